@@ -1,0 +1,47 @@
+#include "core/units.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace skyhaul {
+
+namespace {
+
+constexpr double kMilliminutesPerSemicircle = 0.005029141902924;  // 10,800,000 / 2^31
+constexpr double kSemicirclesPerMilliminute = 198.8410785185;
+
+}  // namespace
+
+int32_t RoundHalfAwayFromZero(double value) {
+  return static_cast<int32_t>(value < 0 ? value - 0.5 : value + 0.5);
+}
+
+double SemicirclesToRadians(int32_t semicircles) {
+  return semicircles * kRadiansPerSemicircle;
+}
+
+double SemicirclesToDegrees(int32_t semicircles) {
+  return SemicirclesToRadians(semicircles) * kDegreesPerRadian;
+}
+
+int32_t RadiansToSemicircles(double radians) {
+  constexpr double kMin = std::numeric_limits<int32_t>::min();
+  constexpr double kMax = std::numeric_limits<int32_t>::max();
+  return RoundHalfAwayFromZero(std::clamp(radians / kRadiansPerSemicircle, kMin, kMax));
+}
+
+int32_t SemicirclesToMilliminutes(int32_t semicircles) {
+  return RoundHalfAwayFromZero(semicircles * kMilliminutesPerSemicircle);
+}
+
+int32_t MilliminutesToSemicircles(int32_t milliminutes) {
+  constexpr double kMin = std::numeric_limits<int32_t>::min();
+  constexpr double kMax = std::numeric_limits<int32_t>::max();
+  return RoundHalfAwayFromZero(std::clamp(milliminutes * kSemicirclesPerMilliminute, kMin, kMax));
+}
+
+int32_t DecimetresToMetres(int32_t decimetres) {
+  return (decimetres + 5) / 10;
+}
+
+}  // namespace skyhaul
