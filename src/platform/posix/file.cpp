@@ -1,0 +1,211 @@
+#include "platform/file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/posix/descriptor.h"
+#include "platform/posix/system_reason.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr size_t kMaxFileSize = size_t{1} << 30;
+constexpr size_t kChunk = size_t{1} << 16;
+constexpr size_t kMaxNameInTemporary = 200;  // leaves room for the rest within 255
+constexpr int kTemporaryAttempts = 100;
+
+FileProblem ProblemFromError(int error) {
+  switch (error) {
+    case EEXIST:
+      return FileProblem::kExists;
+    case ENOENT:
+    case ENOTDIR:
+      return FileProblem::kMissing;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+      return FileProblem::kDenied;
+    case EISDIR:
+      return FileProblem::kIsDirectory;
+    case EFBIG:
+      return FileProblem::kTooLarge;
+    default:
+      return FileProblem::kOther;
+  }
+}
+
+FileResult Failure(int error) {
+  return {.problem = ProblemFromError(error), .reason = SystemReason(error)};
+}
+
+// Reads to the end, not to a size: pipes have none, and the files that the kernel makes up lie.
+// Returns 0 or an errno value.
+int ReadToEnd(int fd, std::string& text) {
+  for (;;) {
+    const size_t have = text.size();
+    text.resize(have + kChunk);
+    const ssize_t count = read(fd, text.data() + have, kChunk);
+    const int error = errno;
+    text.resize(have + static_cast<size_t>(std::max<ssize_t>(count, 0)));
+    if (text.size() > kMaxFileSize) return EFBIG;
+    if (count == 0) return 0;
+    if (count < 0 && error != EINTR) return error;
+  }
+}
+
+int OpenAndRead(const std::string& path, std::string& text) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  struct stat status {};
+  if (file.fd < 0 || fstat(file.fd, &status) != 0) return errno;
+  if (S_ISDIR(status.st_mode)) return EISDIR;
+  if (status.st_size > static_cast<off_t>(kMaxFileSize)) return EFBIG;
+  if (S_ISREG(status.st_mode)) text.reserve(static_cast<size_t>(status.st_size) + kChunk);
+  return ReadToEnd(file.fd, text);
+}
+
+int WriteAll(int fd, const std::string& text) {
+  size_t done = 0;
+  while (done < text.size()) {
+    const ssize_t count = write(fd, text.data() + done, text.size() - done);
+    if (count < 0 && errno != EINTR) return errno;
+    done += static_cast<size_t>(std::max<ssize_t>(count, 0));
+  }
+  return 0;
+}
+
+// What a path leads to now, links followed.
+struct Target {
+  std::string path;
+  bool exists = false;
+  mode_t mode = 0;  // kind and permissions; 0 when nothing exists
+};
+
+// Only a regular file's own name is looked for: "/dev/stdout" can be a link to a pipe that has
+// none.
+Target FindTarget(const std::string& path) {
+  Target target;
+  target.path = path;
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return target;
+  target.exists = true;
+  target.mode = status.st_mode;
+  if (!S_ISREG(status.st_mode)) return target;
+  const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr),
+                                                             &std::free);
+  if (resolved != nullptr) target.path = resolved.get();
+  return target;
+}
+
+// A file in the making beside the one it becomes. The destructor removes it unless it was renamed.
+struct TemporaryFile {
+  explicit TemporaryFile(const std::string& target);
+  ~TemporaryFile() {
+    if (file.fd >= 0 && !path.empty()) unlink(path.c_str());
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  std::string folder;  // with the slash at its end; empty for the current one
+  std::string path;
+  Descriptor file;
+};
+
+TemporaryFile::TemporaryFile(const std::string& target) : file(-1) {
+  static std::atomic<unsigned> counter = 0;
+  const size_t name_start = target.rfind('/') + 1;  // npos + 1 is 0
+  folder = target.substr(0, name_start);
+  const std::string start = folder + "." + target.substr(name_start, kMaxNameInTemporary) + "." +
+                            std::to_string(getpid()) + ".";
+  for (int i = 0; i < kTemporaryAttempts; ++i) {
+    path = start + std::to_string(counter++) + ".tmp";
+    file.fd = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (file.fd >= 0 || errno != EEXIST) return;
+  }
+}
+
+// The bytes and the permissions are on the disk before the name is.
+int Fill(const TemporaryFile& temporary, const std::string& text, const Target& target) {
+  if (temporary.file.fd < 0) return errno;
+  if (target.exists && fchmod(temporary.file.fd, target.mode & 07777) != 0) return errno;
+  const int error = WriteAll(temporary.file.fd, text);
+  if (error != 0) return error;
+  return fsync(temporary.file.fd) == 0 ? 0 : errno;
+}
+
+// Some network file systems cannot rename without replacing, but a second link to a file is refused
+// everywhere when the name is taken.
+int RenameOrRefuse(const std::string& from, const std::string& to) {
+  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
+  if (errno != EINVAL && errno != ENOSYS) return errno;
+  if (link(from.c_str(), to.c_str()) != 0) return errno;
+  unlink(from.c_str());
+  return 0;
+}
+
+int TakeName(TemporaryFile& temporary, const std::string& target, IfExists if_exists) {
+  int error = 0;
+  if (if_exists == IfExists::kRefuse) {
+    error = RenameOrRefuse(temporary.path, target);
+  } else if (rename(temporary.path.c_str(), target.c_str()) != 0) {
+    error = errno;
+  }
+  if (error != 0) return error;
+  temporary.path.clear();
+  // The file is there and whole; a folder that cannot be flushed does not change that.
+  const Descriptor folder(
+      open(temporary.folder.empty() ? "." : temporary.folder.c_str(), O_RDONLY | O_CLOEXEC));
+  if (folder.fd >= 0) fsync(folder.fd);
+  return 0;
+}
+
+// A device or a pipe is written to, never replaced by a file.
+int WriteDirectly(const std::string& path, const std::string& text) {
+  const Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+  return file.fd < 0 ? errno : WriteAll(file.fd, text);
+}
+
+int WriteTarget(const Target& target, const std::string& text, IfExists if_exists) {
+  if (S_ISDIR(target.mode)) return EISDIR;
+  if (target.exists && if_exists == IfExists::kRefuse) return EEXIST;
+  if (target.exists && !S_ISREG(target.mode)) return WriteDirectly(target.path, text);
+  // Renaming asks only the folder: a write-protected file has to be looked at by itself.
+  if (target.exists && access(target.path.c_str(), W_OK) != 0) return errno;
+  TemporaryFile temporary(target.path);
+  const int error = Fill(temporary, text, target);
+  return error != 0 ? error : TakeName(temporary, target.path, if_exists);
+}
+
+}  // namespace
+
+FileResult ReadWholeFile(const std::string& path, std::string& text) {
+  text.clear();
+  const int error = OpenAndRead(path, text);
+  if (error == 0) return {};
+  text.clear();
+  return Failure(error);
+}
+
+FileResult WriteWholeFile(const std::string& path, const std::string& text, IfExists if_exists) {
+  const int error = WriteTarget(FindTarget(path), text, if_exists);
+  return error == 0 ? FileResult{} : Failure(error);
+}
+
+bool FileExists(const std::string& path) {
+  return access(path.c_str(), F_OK) == 0;
+}
+
+bool IsDirectory(const std::string& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace skyhaul

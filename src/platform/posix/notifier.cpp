@@ -1,0 +1,95 @@
+#include "platform/posix/notifier.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <mutex>
+#include <set>
+
+#include "platform/posix/clock.h"
+#include "platform/posix/descriptor.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr uint64_t kPatience_ms = 1000;
+constexpr uint64_t kRetry_ms = 20;
+constexpr size_t kMaxFailedClients = 64;  // enough for one process; more are waited for each time
+
+// The clients whose last text did not arrive.
+struct FailedClients {
+  std::mutex mutex;
+  std::set<std::string> names;
+};
+
+FailedClients& Failed() {
+  static FailedClients failed;
+  return failed;
+}
+
+bool HasFailed(const std::string& client) {
+  FailedClients& failed = Failed();
+  const std::lock_guard lock(failed.mutex);
+  return failed.names.count(client) != 0;
+}
+
+void Remember(const std::string& client, bool has_failed) {
+  FailedClients& failed = Failed();
+  const std::lock_guard lock(failed.mutex);
+  if (!has_failed) {
+    failed.names.erase(client);
+  } else if (failed.names.size() < kMaxFailedClients) {
+    failed.names.insert(client);
+  }
+}
+
+// A connected socket is the only one whose poll tells that the client's queue has room.
+int Connect(int fd, const std::string& client) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (client.empty() || client.size() >= sizeof(address.sun_path)) return -1;
+  std::copy(client.begin(), client.end(), address.sun_path);
+  return connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+}
+
+bool MayRetry(int error) {
+  return error == EAGAIN || error == EWOULDBLOCK || error == EINTR || error == ENOBUFS;
+}
+
+int SendWithin(int fd, const std::string& text, uint64_t patience_ms) {
+  const uint64_t end_ms = MonotonicMilliseconds() + patience_ms;
+  for (;;) {
+    const ssize_t sent = send(fd, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (sent >= 0) return 0;
+    if (!MayRetry(errno)) return -1;
+    const uint64_t now_ms = MonotonicMilliseconds();
+    if (now_ms >= end_ms) return -1;
+    pollfd wanted{.fd = fd, .events = POLLOUT, .revents = 0};
+    // In slices: a client that goes away wakes nobody.
+    poll(&wanted, 1, static_cast<int>(std::min(end_ms - now_ms, kRetry_ms)));
+  }
+}
+
+int Deliver(const std::string& client, const std::string& text, uint64_t patience_ms) {
+  const Descriptor socket_to_client(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  if (socket_to_client.fd < 0 || Connect(socket_to_client.fd, client) != 0) return -1;
+  return SendWithin(socket_to_client.fd, text, patience_ms);
+}
+
+int Send(void*, const std::string& client, const std::string& text) {
+  const int result = Deliver(client, text, HasFailed(client) ? 0 : kPatience_ms);
+  Remember(client, result != 0);
+  return result;
+}
+
+}  // namespace
+
+NotifierFunctions PosixNotifier() {
+  return {.send = Send};
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,287 @@
+#include "platform/posix/serial.h"
+
+#include <fcntl.h>
+#include <grp.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "platform/posix/clock.h"
+#include "platform/posix/descriptor.h"
+#include "platform/posix/port_list.h"
+#include "platform/posix/system_reason.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr const char* kSysfsRoot = "/sys";
+constexpr const char* kDevRoot = "/dev";
+
+constexpr cc_t kXonCharacter = 0x11;
+constexpr cc_t kXoffCharacter = 0x13;
+constexpr size_t kMaxRead = 1U << 20;
+constexpr uint32_t kCloseWait_ms = 500;
+constexpr uint32_t kCloseSlice_ms = 5;
+
+struct LineSpeed {
+  uint32_t baud;
+  speed_t code;
+  uint32_t write_ms_per_byte;
+};
+
+constexpr LineSpeed kLineSpeeds[] = {
+    {.baud = 4800, .code = B4800, .write_ms_per_byte = 3},
+    {.baud = 9600, .code = B9600, .write_ms_per_byte = 2},
+    {.baud = 38400, .code = B38400, .write_ms_per_byte = 2},
+    {.baud = 57600, .code = B57600, .write_ms_per_byte = 2},
+    {.baud = 115200, .code = B115200, .write_ms_per_byte = 2},
+};
+
+// --- Opening ------------------------------------------------------------------------------------
+
+PortOpening Refuse(PortProblem problem, const std::string& reason) {
+  return {.handle = kNoSerialHandle, .problem = problem, .reason = reason};
+}
+
+PortOpening RefuseOther(const std::string& name) {
+  return Refuse(PortProblem::kOther, name + " is not a serial port");
+}
+
+std::string GroupName(gid_t id) {
+  group entry{};
+  group* found = nullptr;
+  std::vector<char> buffer(16384);
+  const int error = getgrgid_r(id, &entry, buffer.data(), buffer.size(), &found);
+  return error == 0 && found != nullptr ? found->gr_name : std::to_string(id);
+}
+
+std::string ReasonDenied(const std::string& name) {
+  std::string reason = "No permission for " + name;
+  struct stat status {};
+  if (stat(name.c_str(), &status) != 0) return reason;
+  constexpr mode_t kGroupMayUse = S_IRGRP | S_IWGRP;
+  if ((status.st_mode & kGroupMayUse) != kGroupMayUse) {
+    return reason + ": only its owner may use the port";
+  }
+  const std::string group = GroupName(status.st_gid);
+  return reason + ": add yourself to the group \"" + group +
+         "\" that owns the port (sudo usermod -aG " + group + " $USER), then log in again";
+}
+
+PortOpening RefuseForError(const std::string& name, int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+    case ENXIO:
+    case ENODEV:
+      return Refuse(PortProblem::kMissing, "There is no port " + name);
+    case EACCES:
+    case EPERM:
+      return Refuse(PortProblem::kDenied, ReasonDenied(name));
+    case EBUSY:
+    case EWOULDBLOCK:  // flock's word for a lock that another holds
+      return Refuse(PortProblem::kBusy, "Another program is using " + name);
+    default:
+      return Refuse(PortProblem::kOther, name + ": " + SystemReason(error));
+  }
+}
+
+// A name that PortName() made up for a number without a port. It must not be looked for in the
+// current folder.
+PortOpening RefuseNumber(const std::string& name) {
+  const std::string number = name.starts_with("COM") ? name.substr(3) : name;
+  return Refuse(PortProblem::kMissing, "There is no port " + number + ": --ports lists the ports");
+}
+
+// The lock keeps out programs that lock too; the exclusive flag keeps out all but the superuser's.
+PortOpening Open(void*, const std::string& name) {
+  if (!IsPortName(name)) return RefuseNumber(name);
+  struct stat status {};
+  if (stat(name.c_str(), &status) != 0) return RefuseForError(name, errno);
+  if (!S_ISCHR(status.st_mode)) return RefuseOther(name);
+  // Without O_NONBLOCK, opening waits for a carrier that no instrument gives.
+  Descriptor port(open(name.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+  if (port.fd < 0) return RefuseForError(name, errno);
+  if (isatty(port.fd) == 0) return RefuseOther(name);
+  if (flock(port.fd, LOCK_EX | LOCK_NB) != 0) return RefuseForError(name, errno);
+  if (ioctl(port.fd, TIOCEXCL) != 0) return RefuseForError(name, errno);
+  PortOpening opened;
+  opened.handle = port.Release();
+  return opened;
+}
+
+// --- Settings -----------------------------------------------------------------------------------
+
+const LineSpeed* FindSpeed(uint32_t baud) {
+  const auto* const found =
+      std::find_if(std::begin(kLineSpeeds), std::end(kLineSpeeds),
+                   [&](const LineSpeed& speed) { return speed.baud == baud; });
+  return found == std::end(kLineSpeeds) ? nullptr : found;
+}
+
+constexpr tcflag_t kControlBits = CSIZE | CSTOPB | PARENB | CRTSCTS | CLOCAL | CREAD;
+constexpr tcflag_t kControlWanted = CS8 | CLOCAL | CREAD;
+
+// Bytes pass unchanged in both directions. One byte is the least that a read gives (VMIN): with 0 a
+// port without data would read like one that is gone.
+void MakeRaw(termios& state, bool xon_xoff) {
+  state.c_iflag = xon_xoff ? IXON | IXOFF : 0;
+  state.c_oflag &= ~static_cast<tcflag_t>(OPOST);
+  state.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
+  state.c_cflag = (state.c_cflag & ~kControlBits) | kControlWanted;
+  state.c_cc[VSTART] = kXonCharacter;
+  state.c_cc[VSTOP] = kXoffCharacter;
+  state.c_cc[VMIN] = 1;
+  state.c_cc[VTIME] = 0;
+}
+
+// tcsetattr() succeeds when it could apply any part of the state, so the port is asked what it
+// took.
+bool Took(int fd, const termios& wanted) {
+  termios state{};
+  if (tcgetattr(fd, &state) != 0) return false;
+  return cfgetospeed(&state) == cfgetospeed(&wanted) &&
+         cfgetispeed(&state) == cfgetispeed(&wanted) && state.c_iflag == wanted.c_iflag &&
+         (state.c_cflag & kControlBits) == kControlWanted;
+}
+
+// Pseudo-terminals and some adapters have no modem lines.
+bool HoldModemLines(int fd) {
+  const int lines = TIOCM_DTR | TIOCM_RTS;
+  return ioctl(fd, TIOCMBIS, &lines) == 0 || errno == ENOTTY || errno == EINVAL;
+}
+
+SetupStep Configure(void*, SerialHandle port, const SerialSettings& settings) {
+  const int fd = static_cast<int>(port);
+  termios state{};
+  if (tcgetattr(fd, &state) != 0) return SetupStep::kGetState;
+  const LineSpeed* const speed = FindSpeed(settings.baud);
+  if (speed == nullptr) return SetupStep::kSetState;
+  MakeRaw(state, settings.xon_xoff);
+  cfsetispeed(&state, speed->code);
+  cfsetospeed(&state, speed->code);
+  if (tcsetattr(fd, TCSANOW, &state) != 0 || !Took(fd, state) || !HoldModemLines(fd)) {
+    return SetupStep::kSetState;
+  }
+  // An XOFF from before would hold the output back for ever.
+  if (tcflow(fd, TCOON) != 0 || tcflush(fd, TCIOFLUSH) != 0) return SetupStep::kPurge;
+  return SetupStep::kNone;
+}
+
+// --- Bytes --------------------------------------------------------------------------------------
+
+bool MayRetry(int error) {
+  return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
+}
+
+// Reading comes before waiting, so what an unplugged port had received is delivered before its end.
+int Read(void*, SerialHandle port, uint8_t* buffer, size_t capacity) {
+  const int fd = static_cast<int>(port);
+  const uint64_t end_ms = MonotonicMilliseconds() + kReadWait_ms;
+  for (;;) {
+    const ssize_t count = read(fd, buffer, std::min(capacity, kMaxRead));
+    if (count > 0) return static_cast<int>(count);
+    if (count == 0 || !MayRetry(errno)) return -1;
+    const uint64_t now_ms = MonotonicMilliseconds();
+    if (now_ms >= end_ms) return 0;
+    pollfd wanted{.fd = fd, .events = POLLIN, .revents = 0};
+    const int ready = poll(&wanted, 1, static_cast<int>(end_ms - now_ms));
+    if (ready > 0 && (wanted.revents & POLLIN) == 0) return -1;
+  }
+}
+
+// The time that a write may take, by the speed that the port has.
+uint64_t WritePatience(int fd, size_t count) {
+  termios state{};
+  const bool known = tcgetattr(fd, &state) == 0;
+  const speed_t code = known ? cfgetospeed(&state) : B0;
+  const auto* const speed = std::find_if(std::begin(kLineSpeeds), std::end(kLineSpeeds),
+                                         [&](const LineSpeed& s) { return s.code == code; });
+  const uint32_t ms_per_byte = speed == std::end(kLineSpeeds) ? 2 : speed->write_ms_per_byte;
+  return static_cast<uint64_t>(count) * ms_per_byte;
+}
+
+// Each round takes the time first and then tries: however late the process gets the processor, the
+// port was asked once more after the time was up.
+int WriteWithin(int fd, const uint8_t* bytes, size_t count, uint64_t end_ms) {
+  while (count > 0) {
+    const uint64_t now_ms = MonotonicMilliseconds();
+    const ssize_t written = write(fd, bytes, count);
+    if (written > 0) {
+      bytes += written;
+      count -= static_cast<size_t>(written);
+      continue;
+    }
+    if (written < 0 && !MayRetry(errno)) return -1;
+    if (now_ms >= end_ms) return -1;
+    pollfd wanted{.fd = fd, .events = POLLOUT, .revents = 0};
+    poll(&wanted, 1, static_cast<int>(end_ms - now_ms));
+    if ((wanted.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0) return -1;
+  }
+  return 0;
+}
+
+int Write(void*, SerialHandle port, const uint8_t* bytes, size_t count) {
+  const int fd = static_cast<int>(port);
+  const uint64_t end_ms = MonotonicMilliseconds() + WritePatience(fd, count);
+  if (WriteWithin(fd, bytes, count, end_ms) == 0) return 0;
+  tcflush(fd, TCOFLUSH);
+  return -1;
+}
+
+// --- The end ------------------------------------------------------------------------------------
+
+// The kernel holds a closing program until the output is gone, up to 30 s when the other side has
+// stopped it. The last command gets its time; what then is still there never leaves.
+void LetOutputLeave(int fd) {
+  const ClockFunctions clock = PosixClock();
+  const uint64_t end_ms = MonotonicMilliseconds() + kCloseWait_ms;
+  int waiting = 0;
+  while (ioctl(fd, TIOCOUTQ, &waiting) == 0 && waiting > 0) {
+    if (MonotonicMilliseconds() >= end_ms) {
+      tcflush(fd, TCOFLUSH);
+      return;
+    }
+    clock.wait(clock.context, kCloseSlice_ms);
+  }
+}
+
+// Both locks are given up by name: a child process may still have a copy of the descriptor.
+void Close(void*, SerialHandle port) {
+  const Descriptor owned(static_cast<int>(port));
+  LetOutputLeave(owned.fd);
+  ioctl(owned.fd, TIOCNXCL);
+  flock(owned.fd, LOCK_UN);
+}
+
+int List(void*, std::vector<PortInfo>& ports) {
+  return ListPorts(kSysfsRoot, kDevRoot, ports);
+}
+
+std::string NameOf(void*, uint32_t number) {
+  return PortName(kSysfsRoot, kDevRoot, number);
+}
+
+}  // namespace
+
+SerialFunctions PosixSerial() {
+  return {.open = Open,
+          .configure = Configure,
+          .read = Read,
+          .write = Write,
+          .close = Close,
+          .list = List,
+          .name_of = NameOf};
+}
+
+}  // namespace skyhaul

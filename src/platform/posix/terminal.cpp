@@ -1,0 +1,41 @@
+#include "platform/terminal.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+
+namespace skyhaul {
+
+namespace {
+
+constexpr int kInterruptedStatus = 130;  // 128 + SIGINT, as shells report it
+
+std::atomic<int> interrupts = 0;
+static_assert(std::atomic<int>::is_always_lock_free, "used in a signal handler");
+
+void OnInterrupt(int /*signal*/) {
+  if (interrupts.fetch_add(1) > 0) _exit(kInterruptedStatus);
+}
+
+}  // namespace
+
+bool ErrorIsTerminal() {
+  const char* term = std::getenv("TERM");
+  return isatty(STDERR_FILENO) != 0 && (term == nullptr || std::strcmp(term, "dumb") != 0);
+}
+
+void CountInterrupts() {
+  struct sigaction action = {};
+  action.sa_handler = OnInterrupt;
+  action.sa_flags = SA_RESTART;
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+}
+
+int Interrupts() { return interrupts; }
+
+}  // namespace skyhaul

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace skyhaul {
+
+// True when standard error is a terminal that a line can be rewritten on.
+bool ErrorIsTerminal();
+
+// From now on the first interrupt of the person (Ctrl-C, or a request to end) is only counted, and
+// the second ends the program at once with status 130.
+void CountInterrupts();
+
+// How many interrupts there were; 0 when they are not counted.
+int Interrupts();
+
+}  // namespace skyhaul
