@@ -1,0 +1,66 @@
+#include "device/find_instrument.h"
+
+#include <algorithm>
+#include <string>
+
+#include "core/count_message.h"
+
+namespace skyhaul {
+
+namespace {
+
+// A round takes about as long as asking one instrument does, so it costs two of the one-second
+// attempts.
+constexpr uint32_t kRoundWithoutPort_ms = 2000;
+constexpr uint32_t kAttemptsPerRound = 2;
+
+std::string JoinedNames(const SerialLink& link) {
+  std::string names;
+  for (const std::string& name : link.candidates) names += (names.empty() ? "" : ", ") + name;
+  return names;
+}
+
+// Returns 0 when found, 1 to go on, -1 when the search is over. Counts the ports that could be
+// opened.
+int TryCandidate(Job& job, const SerialSettings& settings, IdentifyOnce identify, int& opened,
+                 std::string& reason) {
+  SerialLink& link = job.link;
+  PortOpening problem;
+  if (TryOpenPort(link, settings, problem) != 0) {
+    if (reason.empty()) reason = problem.reason;
+    return 1;
+  }
+  ++opened;
+  ShowStatus(job.operation, "Trying " + link.port_name);
+  const int identified = identify(job);
+  if (identified == 0) return 0;
+  ClosePort(link);
+  return identified == kTimedOut || identified == kPortFailed ? 1 : -1;
+}
+
+}  // namespace
+
+int FindInstrument(Job& job, const SerialSettings& settings, IdentifyOnce identify) {
+  SerialLink& link = job.link;
+  std::string reason;
+  int opened = 0;
+  for (uint32_t left = link.attempts; left > 0; left -= std::min(left, kAttemptsPerRound)) {
+    ShowProgress(job.operation, FormatCountMessage("Connecting to GPS (%)", left));
+    opened = 0;
+    for (const std::string& candidate : link.candidates) {
+      if (StopRequested(job.operation)) return -1;
+      link.port_name = candidate;
+      const int tried = TryCandidate(job, settings, identify, opened, reason);
+      if (tried <= 0) return tried;
+    }
+    if (opened == 0) Pause(link, kRoundWithoutPort_ms);
+  }
+  if (StopRequested(job.operation)) return -1;
+  std::string text = opened > 0 ? "No valid response from GPS"
+                                : "Could not open serial port (sure it's the right one ?)";
+  if (opened == 0 && !reason.empty()) text += "\n" + reason;
+  ShowMessage(job.operation, text, "Connecting to GPS on " + JoinedNames(link));
+  return -1;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/operation.h"
+#include "core/shell.h"
+#include "core/track_log.h"
+#include "core/track_point.h"
+#include "core/waypoint_record.h"
+#include "transport/serial_link.h"
+
+namespace skyhaul {
+
+// What is asked of an instrument.
+enum AccessType : uint32_t {
+  kReadWaypoints = 0,
+  kReadTrackLog = 1,
+  kReadProductData = 2,
+  kWriteWaypoints = 3,
+  kEraseTrackLog = 4,
+  kWritePilotData = 5,
+  kUploadTrackLog = 6,
+  kUploadCtr = 7,
+  kReadCtrList = 8,
+  kReadFlightList = 9,
+  kEraseWaypoints = 10,
+};
+inline constexpr uint32_t kAccessTypes = 11;
+
+// The instrument families.
+enum ProtocolType : uint32_t {
+  kGarminSerial = 0,
+  kNmeaLogger = 1,
+  kTopNavigator = 2,
+  kMlrLogit = 3,
+  kFlytec = 4,
+  kGraviter = 5,
+  kMagellan = 6,
+  kXcTrainer = 7,
+  kGarminUsb = 8,
+  kAircotecSecondReader = 9,
+  kAircotecSecondReaderXonXoff = 10,
+  kFlytecAllTracks = 11,
+  kFlymaster = 12,
+  kDsx = 13,
+  kNmeaLoggerSame = 14,
+  kMtkLogger = 15,
+  kFlytec6015 = 16,
+  kDigiflyAir = 17,
+  kNmeaLoggerTracks = 18,
+  kAscent = 19,
+  kSyride = 20,
+};
+inline constexpr uint32_t kProtocolTypes = 21;
+
+// One flight that was downloaded.
+struct DownloadedTrack {
+  uint32_t index = 0;  // TrackListEntry::index; unused for an instrument's only track
+  std::vector<TrackPoint> points;
+  InstrumentIgc igc;  // text is empty when the instrument does not speak IGC
+};
+
+// What a job reads, or on entry what it is to write.
+struct JobData {
+  std::vector<TrackListEntry> track_list;
+  std::vector<DownloadedTrack> tracks;
+  std::vector<WaypointRecord> waypoints;
+};
+
+// Who wants to know the positions while they arrive.
+struct PositionReports {
+  std::string client;       // empty: nobody
+  uint32_t interval_s = 0;  // flight time between two reports; 0: none
+};
+
+// The parameter of a track log job that does not ask for flights from the list.
+inline constexpr int32_t kCurrentTrack = -1;
+
+// One operation on one instrument. It belongs to the job thread until its completion routine has
+// returned; only the abort flag may be touched from outside.
+struct Job {
+  Operation operation;
+  SerialLink link;
+  uint32_t access_type = 0;
+  uint32_t protocol_type = 0;
+  int32_t parameter = 0;     // meaning per family
+  bool join_tracks = false;  // several tracks become one log, which must not overlap or have gaps
+  PositionReports reports;
+
+  // Results.
+  std::string device_name;  // up to 16 characters, as the instrument tells it
+  std::string description;  // one line for a person, up to 80 characters
+  std::string owner;        // model and pilot, up to 50 characters
+  std::string model_name;
+  std::string pilot_name;
+  JobData data;
+  int result = 0;  // 0 or positive; negative is a failure
+};
+
+using JobProcedure = int (*)(Job& job);
+
+// The procedure of each access type (row) and protocol type (column); null: not supported.
+using JobTable = std::array<std::array<JobProcedure, kProtocolTypes>, kAccessTypes>;
+
+// Called on the job thread when the procedure has ended; may take the job's data and texts over.
+using JobCompletion = void (*)(void* context, Job& job);
+
+// XON/XOFF is used by the families whose instruments ask for it.
+bool UsesXonXoff(uint32_t protocol_type);
+
+}  // namespace skyhaul

@@ -1,0 +1,192 @@
+#include "device/job_runner.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <utility>
+
+#include "transport/port_choice.h"
+#include "transport/trace.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr size_t kMaxPortName = 80;
+constexpr uint32_t kRunningJobPause_ms = 2000;
+constexpr const char* kTitle = "GPS access";
+
+struct RunningJob {
+  Job job;
+  JobProcedure procedure = nullptr;
+  JobCompletion completion = nullptr;
+  void* completion_context = nullptr;
+  bool ended = false;
+};
+
+struct Runner {
+  std::mutex mutex;
+  std::condition_variable job_ended;
+  std::unique_ptr<RunningJob> current;  // null: no job
+  bool last_failed = false;
+
+  // Only for the thread that starts jobs: the last thread started, until it is joined.
+  const Platform* thread_platform = nullptr;
+  ThreadHandle thread = 0;
+};
+
+Runner& TheRunner() {
+  static Runner runner;
+  return runner;
+}
+
+void RunJob(void* argument) {
+  auto& running = *static_cast<RunningJob*>(argument);
+  Job& job = running.job;
+  job.result = running.procedure(job);
+  ClosePort(job.link);
+  Runner& runner = TheRunner();
+  {
+    const std::scoped_lock lock(runner.mutex);
+    runner.last_failed = job.result < 0;
+  }
+  if (running.completion != nullptr) running.completion(running.completion_context, job);
+  const std::scoped_lock lock(runner.mutex);
+  running.ended = true;
+  if (!job.operation.quiet) runner.current.reset();
+  runner.job_ended.notify_all();
+}
+
+bool Idle(const Runner& runner) {
+  return runner.current == nullptr || runner.current->ended;
+}
+
+void JoinEndedThread(Runner& runner) {
+  if (runner.thread_platform == nullptr) return;
+  const ThreadFunctions& thread = runner.thread_platform->thread;
+  thread.join(thread.context, runner.thread);
+  runner.thread_platform = nullptr;
+}
+
+const char* StartRefusal(const JobTable& table, const JobRequest& request) {
+  if (request.access_type >= kAccessTypes) return "Bad access type";
+  if (request.protocol_type >= kProtocolTypes) return "Bad protocol type";
+  if (table[request.access_type][request.protocol_type] == nullptr) {
+    return "Unsupported access function";
+  }
+  return nullptr;
+}
+
+void SetUpLink(SerialLink& link, const JobRequest& request, Operation& operation) {
+  link.platform = request.platform;
+  link.operation = &operation;
+  link.attempts = request.attempts;
+  link.port_name = request.port.configured.substr(0, kMaxPortName);
+  if (request.protocol_type == kGarminUsb) return;
+  link.automatic = request.port.automatic;
+  if (link.automatic) link.candidates = CandidatePorts(*request.platform, link.port_name);
+}
+
+std::unique_ptr<RunningJob> MakeJob(const JobTable& table, JobRequest& request) {
+  std::unique_ptr<RunningJob> running(new (std::nothrow) RunningJob);
+  if (running == nullptr) return running;
+  running->procedure = table[request.access_type][request.protocol_type];
+  running->completion = request.completion;
+  running->completion_context = request.completion_context;
+  Job& job = running->job;
+  job.operation.shell = request.shell;
+  job.access_type = request.access_type;
+  job.protocol_type = request.protocol_type;
+  job.parameter = request.parameter;
+  job.join_tracks = request.join_tracks;
+  job.reports = std::move(request.reports);
+  job.data = std::move(request.data);
+  SetUpLink(job.link, request, job.operation);
+  return running;
+}
+
+}  // namespace
+
+int StartJob(const JobTable& table, JobRequest request) {
+  Operation teller;
+  teller.shell = request.shell;
+  Runner& runner = TheRunner();
+  std::unique_lock lock(runner.mutex);
+  runner.last_failed = false;
+  const auto refuse = [&](const char* text, const char* title) {
+    lock.unlock();
+    ShowMessage(teller, text, title);
+    return -1;
+  };
+
+  if (const char* refusal = StartRefusal(table, request)) return refuse(refusal, kTitle);
+  if (runner.current != nullptr) return refuse("Port/USB is being used", kTitle);
+  JoinEndedThread(runner);
+  std::unique_ptr<RunningJob> running = MakeJob(table, request);
+  if (running == nullptr) return refuse("Access data block memory allocation", kTitle);
+  ClearTrace();
+
+  // The job is current before its thread runs, so that the thread finds itself as the current job.
+  runner.current = std::move(running);
+  const ThreadFunctions& thread = request.platform->thread;
+  if (thread.start(thread.context, RunJob, runner.current.get(), &runner.thread) != 0) {
+    runner.current.reset();
+    return refuse("Could not create GPS access thread", "API32 call");
+  }
+  runner.thread_platform = request.platform;
+  return 0;
+}
+
+int AbortJob(const Shell* shell) {
+  Operation teller;
+  teller.shell = shell;
+  Runner& runner = TheRunner();
+  std::unique_lock lock(runner.mutex);
+  if (runner.current == nullptr) {
+    lock.unlock();
+    ShowMessage(teller, "Port not in use", "Abort GPS access");
+    return -1;
+  }
+  teller.quiet = runner.current->job.operation.quiet;
+  ShowStatus(teller, "Aborting transfer");
+  runner.current->job.operation.aborted = true;
+  return 0;
+}
+
+bool WaitForJobEnd(uint32_t timeout_ms) {
+  Runner& runner = TheRunner();
+  std::unique_lock lock(runner.mutex);
+  const bool ended = runner.job_ended.wait_for(lock, std::chrono::milliseconds(timeout_ms),
+                                               [&] { return Idle(runner); });
+  if (!ended) return false;
+  lock.unlock();
+  JoinEndedThread(runner);
+  return true;
+}
+
+bool JobRunning() {
+  Runner& runner = TheRunner();
+  const std::scoped_lock lock(runner.mutex);
+  return !Idle(runner);
+}
+
+void ReleaseQuietJob() {
+  Runner& runner = TheRunner();
+  const std::scoped_lock lock(runner.mutex);
+  if (Idle(runner)) runner.current.reset();
+}
+
+void PauseForRunningJob(const Platform& platform) {
+  if (!JobRunning()) return;
+  platform.clock.wait(platform.clock.context, kRunningJobPause_ms);
+}
+
+bool LastJobFailed() {
+  Runner& runner = TheRunner();
+  const std::scoped_lock lock(runner.mutex);
+  return runner.last_failed;
+}
+
+}  // namespace skyhaul

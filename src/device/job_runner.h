@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "device/job.h"
+
+namespace skyhaul {
+
+// How a job finds its port.
+struct PortChoice {
+  bool automatic = false;  // try every port of the system, the configured one first
+  std::string configured;  // port name, up to 80 characters
+};
+
+struct JobRequest {
+  const Platform* platform = nullptr;
+  const Shell* shell = nullptr;
+  uint32_t access_type = 0;
+  uint32_t protocol_type = 0;
+  int32_t parameter = 0;
+  bool join_tracks = false;
+  PortChoice port;
+  uint32_t attempts = kDefaultAttempts;
+  PositionReports reports;
+  JobCompletion completion = nullptr;
+  void* completion_context = nullptr;
+  JobData data;  // what to upload
+};
+
+// Starts a job on a thread of its own. There is at most one at a time.
+// Returns 0 when the thread runs, or -1 after a message titled "GPS access" (or "API32 call"); a
+// job that is running then is left untouched. The completion routine is called only after a start
+// that returned 0.
+int StartJob(const JobTable& table, JobRequest request);
+
+// Asks the current job to stop: it ends at its next look at the abort flag. Returns 0, or -1 after
+// a message when there is none.
+int AbortJob(const Shell* shell);
+
+// Waits until no job's procedure runs, at most timeout_ms of real time. True when none runs; then
+// the thread has ended too. For the thread that starts jobs.
+bool WaitForJobEnd(uint32_t timeout_ms);
+
+bool JobRunning();
+
+// A job that has made itself quiet stays current when it has ended, with its results, until whoever
+// made it quiet releases it. Does nothing while it runs, or when there is none.
+void ReleaseQuietJob();
+
+// Gives a running job two seconds; returns at once when none runs.
+void PauseForRunningJob(const Platform& platform);
+
+// True from a job's failure until the next start.
+bool LastJobFailed();
+
+}  // namespace skyhaul

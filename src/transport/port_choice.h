@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/platform.h"
+
+namespace skyhaul {
+
+// The candidate ports of a job whose port is chosen automatically: the system's list with the
+// configured port moved to its head, or port 1 alone when the list is empty or unreadable.
+std::vector<std::string> CandidatePorts(const Platform& platform, const std::string& configured);
+
+// What the program remembers between two changes of the system's devices.
+struct PortMemory {
+  bool seen = false;  // the list was read before
+  std::vector<std::string> names;
+};
+
+// Called when the system's devices change, and once before. The first call only remembers the
+// ports; later ones return the first port that was not there before, or, when nothing could be
+// remembered, the one with the highest number. Returns an empty text when there is no new port.
+std::string NewPort(const Platform& platform, PortMemory& memory);
+
+// Turns what a person gave as a port, a number 1..50 or a device's own name of up to 80 characters,
+// into a port name. Returns 0, or -1 when it is neither.
+int PortNameFromText(const Platform& platform, const std::string& text, std::string& name);
+
+}  // namespace skyhaul

@@ -1,0 +1,153 @@
+#include "transport/serial_link.h"
+
+#include <algorithm>
+#include <string>
+
+#include "core/count_message.h"
+#include "transport/trace.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr uint32_t kAttempt_ms = 1000;
+constexpr uint32_t kSettle_ms = 100;
+constexpr uint32_t kSettleAfterReconfigure_ms = 200;
+constexpr uint32_t kPauseSlice_ms = 50;
+
+constexpr const char* kSetupMessages[] = {
+    "",
+    "Error getting COM port state",
+    "Error setting COM port timeouts",
+    "Error setting COM port state",
+    "Error purging COM port buffers",
+};
+
+SetupStep Configure(const SerialLink& link, const SerialSettings& settings) {
+  const SerialFunctions& serial = link.platform->serial;
+  return serial.configure(serial.context, link.handle, settings);
+}
+
+// The link owns the handle from here on.
+PortOpening Open(SerialLink& link) {
+  const SerialFunctions& serial = link.platform->serial;
+  PortOpening opening = serial.open(serial.context, link.port_name);
+  link.handle = opening.handle;
+  return opening;
+}
+
+int ConfigureOpened(SerialLink& link, const SerialSettings& settings) {
+  Pause(link, kSettle_ms);
+  if (Configure(link, settings) != SetupStep::kNone) {
+    ClosePort(link);
+    return -1;
+  }
+  Pause(link, kSettle_ms);
+  return 0;
+}
+
+std::string WithReason(const std::string& text, const std::string& reason) {
+  return reason.empty() ? text : text + "\n" + reason;
+}
+
+}  // namespace
+
+int OpenPort(SerialLink& link, const SerialSettings& settings) {
+  const std::string title = "Connecting to GPS on " + link.port_name;
+  std::string told_reason;
+  for (uint32_t left = link.attempts; left > 0; --left) {
+    if (StopRequested(*link.operation)) return -1;
+    const PortOpening opening = Open(link);
+    if (link.handle != kNoSerialHandle) {
+      if (ConfigureOpened(link, settings) == 0) return 0;
+      ShowMessage(*link.operation, "Error while initialising port", title);
+      return -1;
+    }
+    if (opening.reason != told_reason) {
+      // Told at the first attempt: whoever can mend it should not have to wait for the last.
+      told_reason = opening.reason;
+      ShowStatus(*link.operation, told_reason);
+    }
+    ShowProgress(*link.operation, FormatCountMessage("Connecting to GPS (%)", left));
+    Pause(link, kAttempt_ms);
+  }
+  if (StopRequested(*link.operation)) return -1;
+  ShowMessage(*link.operation,
+              WithReason("Could not open serial port (sure it's the right one ?)", told_reason),
+              title);
+  return -1;
+}
+
+int TryOpenPort(SerialLink& link, const SerialSettings& settings, PortOpening& problem) {
+  problem = Open(link);
+  if (link.handle == kNoSerialHandle) return -1;
+  if (ConfigureOpened(link, settings) == 0) return 0;
+  problem = {.problem = PortProblem::kOther,
+             .reason = link.port_name + " opened but could not be configured"};
+  return -1;
+}
+
+int ReconfigurePort(SerialLink& link, const SerialSettings& settings) {
+  const SetupStep failed = Configure(link, settings);
+  if (failed != SetupStep::kNone) {
+    ShowMessage(*link.operation, kSetupMessages[static_cast<size_t>(failed)],
+                "Initialising COM port");
+    return -1;
+  }
+  link.pending.clear();
+  Pause(link, kSettleAfterReconfigure_ms);
+  return 0;
+}
+
+void ClosePort(SerialLink& link) {
+  if (link.handle == kNoSerialHandle) return;
+  const SerialFunctions& serial = link.platform->serial;
+  serial.close(serial.context, link.handle);
+  link.handle = kNoSerialHandle;
+  link.pending.clear();
+}
+
+int WriteBytes(SerialLink& link, const uint8_t* bytes, size_t count) {
+  TraceHexDump(bytes, count);
+  const SerialFunctions& serial = link.platform->serial;
+  return serial.write(serial.context, link.handle, bytes, count);
+}
+
+int WriteText(SerialLink& link, std::string_view text) {
+  TraceText(text);
+  const SerialFunctions& serial = link.platform->serial;
+  return serial.write(serial.context, link.handle, reinterpret_cast<const uint8_t*>(text.data()),
+                      text.size());
+}
+
+void Pause(const SerialLink& link, uint32_t ms) {
+  const ClockFunctions& clock = link.platform->clock;
+  const uint64_t end_ms = clock.tick_ms(clock.context) + ms;
+  while (!link.operation->aborted) {
+    const uint64_t now_ms = clock.tick_ms(clock.context);
+    if (now_ms >= end_ms) return;
+    const uint64_t slice_ms = std::min<uint64_t>(end_ms - now_ms, kPauseSlice_ms);
+    clock.wait(clock.context, static_cast<uint32_t>(slice_ms));
+  }
+}
+
+namespace internal {
+
+int Receive(SerialLink& link, size_t chunk) {
+  link.pending.resize(std::min(chunk, kMaxChunk));
+  const SerialFunctions& serial = link.platform->serial;
+  const int received =
+      serial.read(serial.context, link.handle, link.pending.data(), link.pending.size());
+  link.pending.resize(received > 0 ? static_cast<size_t>(received) : 0);
+  TraceBytes(link.pending.data(), link.pending.size());
+  return received;
+}
+
+uint64_t Tick_ms(const SerialLink& link) {
+  const ClockFunctions& clock = link.platform->clock;
+  return clock.tick_ms(clock.context);
+}
+
+}  // namespace internal
+
+}  // namespace skyhaul

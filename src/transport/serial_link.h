@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/operation.h"
+#include "platform/platform.h"
+
+namespace skyhaul {
+
+inline constexpr uint8_t kXon = 0x11;
+inline constexpr uint8_t kXoff = 0x13;
+
+inline constexpr int kTimedOut = -1;
+inline constexpr int kPortFailed = -2;
+inline constexpr int kAborted = -3;
+
+inline constexpr uint32_t kDefaultAttempts = 30;
+
+// A serial port as a driver sees it. It belongs to the job thread.
+struct SerialLink {
+  const Platform* platform = nullptr;
+  Operation* operation = nullptr;
+  std::string port_name;
+  uint32_t attempts = kDefaultAttempts;  // one-second attempts to open the port
+  bool automatic = false;                // the port was not chosen: every candidate is tried
+  std::vector<std::string> candidates;   // port names, the configured port first
+  SerialHandle handle = kNoSerialHandle;
+  std::vector<uint8_t> pending;  // received beyond the end of the last answer
+};
+
+// Opens and configures the link's port, attempt by attempt, with "Connecting to GPS (%)" between
+// them. Returns 0, or -1 after a message (or "Transfer aborted"). The port is closed on failure.
+int OpenPort(SerialLink& link, const SerialSettings& settings);
+
+// One attempt to open and configure, without messages. Returns 0 or -1; then problem says why.
+int TryOpenPort(SerialLink& link, const SerialSettings& settings, PortOpening& problem);
+
+// Applies new settings to the open port and lets it settle for 200 ms. Returns 0, or -1 after a
+// message; the port stays open.
+int ReconfigurePort(SerialLink& link, const SerialSettings& settings);
+
+// Does nothing when the port is not open.
+void ClosePort(SerialLink& link);
+
+// Writes to the port and to the trace, bytes as a hex dump and text as text.
+// Returns 0 or -1; the caller says its own message.
+int WriteBytes(SerialLink& link, const uint8_t* bytes, size_t count);
+int WriteText(SerialLink& link, std::string_view text);
+
+// Lets time pass, in slices short enough for an abort to be felt at once; returns early then.
+void Pause(const SerialLink& link, uint32_t ms);
+
+// How a read with a deadline goes.
+struct ReadTerms {
+  uint32_t timeout_ms = 2000;
+  bool since_last_byte = false;   // the time-out counts from the last byte received, not the start
+  size_t chunk = 100;             // bytes asked for at a time, up to kMaxChunk
+  bool drop_flow_control = true;  // XON and XOFF are traced but not fed
+};
+
+inline constexpr size_t kMaxChunk = 200;
+
+// What ReadWithDeadline asks of the one that takes the bytes.
+enum class Feed { kMore, kDone };
+
+namespace internal {
+// One read into the link's pending bytes. Returns the number of bytes, or a negative code.
+int Receive(SerialLink& link, size_t chunk);
+uint64_t Tick_ms(const SerialLink& link);
+}  // namespace internal
+
+// Feeds received bytes to `feed` (a function of one byte that returns Feed) until it is done.
+// Returns 0 then, kTimedOut, kPortFailed, or kAborted after the status "Transfer aborted"; the
+// abort flag is looked at before each read. Bytes after the one that was the last stay in the link
+// for the next call.
+template <typename FeedByte>
+int ReadWithDeadline(SerialLink& link, const ReadTerms& terms, FeedByte feed) {
+  uint64_t start_ms = internal::Tick_ms(link);
+  for (;;) {
+    for (size_t i = 0; i < link.pending.size(); ++i) {
+      const uint8_t byte = link.pending[i];
+      if (terms.drop_flow_control && (byte == kXon || byte == kXoff)) continue;
+      if (feed(byte) == Feed::kDone) {
+        link.pending.erase(link.pending.begin(),
+                           link.pending.begin() + static_cast<ptrdiff_t>(i) + 1);
+        return 0;
+      }
+    }
+    link.pending.clear();
+    if (internal::Tick_ms(link) - start_ms > terms.timeout_ms) return kTimedOut;
+    if (StopRequested(*link.operation)) return kAborted;
+    const int received = internal::Receive(link, terms.chunk);
+    if (received < 0) return kPortFailed;
+    if (received > 0 && terms.since_last_byte) start_ms = internal::Tick_ms(link);
+  }
+}
+
+}  // namespace skyhaul
