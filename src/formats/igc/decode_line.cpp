@@ -1,0 +1,126 @@
+#include "formats/igc/decode_line.h"
+
+#include <cstddef>
+#include <limits>
+
+#include "core/time_scale.h"
+#include "core/units.h"
+#include "formats/igc/fields.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr size_t kARecordLength = 7;
+constexpr size_t kMaxFixes = 4'000'000;  // 46 days of one fix a second
+constexpr int kLatitudeLimitDegrees = 90;
+constexpr int kLongitudeLimitDegrees = 180;
+
+constexpr double kRadiansPerDegree = kPi / 180;
+constexpr double kRadiansPerMinute = kPi / 180 / 60;
+constexpr double kRadiansPerMilliminute = kPi / 180 / 60000;
+
+int DecodeARecord(IgcDecoder& decoder, std::string_view line) {
+  if (line.size() < kARecordLength) return -kIgcBadARecord;
+  RecorderId id;
+  switch (ReadRecorderId(line, id)) {
+    case RecorderIdFault::kManufacturer:
+      return -kIgcBadManufacturer;
+    case RecorderIdFault::kSerial:
+      return -kIgcBadSerial;
+    case RecorderIdFault::kNone:
+      break;
+  }
+  decoder.manufacturer = id.manufacturer;
+  decoder.serial = id.serial;
+  return 0;
+}
+
+int DecodeHRecord(IgcDecoder& decoder, std::string_view line) {
+  if (!line.starts_with("HFDTE")) return 0;
+  line.remove_prefix(5);
+  if (line.starts_with("DATE:")) line.remove_prefix(5);
+  const uint32_t date = ReadDate(line);
+  if (date == 0) return -kIgcBadDate;
+  // An instrument that repeats the date after midnight must not count that midnight twice.
+  if (decoder.points.empty()) decoder.date = date;
+  return 0;
+}
+
+int32_t SemicirclesFromWritten(const WrittenAngle& angle) {
+  const double radians = angle.degrees * kRadiansPerDegree +
+                         angle.milliminutes / 1000 * kRadiansPerMinute +
+                         angle.milliminutes % 1000 * kRadiansPerMilliminute;
+  return RadiansToSemicircles(angle.negative ? -radians : radians);
+}
+
+// Reads everything of a fix but its time. Returns 0 or -n.
+int DecodePlace(std::string_view line, TrackPoint& point) {
+  WrittenAngle angle;
+  if (!ReadLatitude(line, angle) || angle.degrees >= kLatitudeLimitDegrees) {
+    return -kIgcBadLatitude;
+  }
+  point.lat = SemicirclesFromWritten(angle);
+  if (!ReadLongitude(line, angle) || angle.degrees >= kLongitudeLimitDegrees) {
+    return -kIgcBadLongitude;
+  }
+  point.lon = SemicirclesFromWritten(angle);
+  int32_t gps_alt_m = 0;
+  if (!ReadAltitude(line, kPressureAltitudeColumn, point.pressure_alt)) {
+    return -kIgcBadPressureAltitude;
+  }
+  if (!ReadAltitude(line, kGpsAltitudeColumn, gps_alt_m)) return -kIgcBadGpsAltitude;
+  point.gps_alt_dm = gps_alt_m * 10;
+  return 0;
+}
+
+// Puts a fix on the time line. Returns 1, or -n when the days run past the end of the time scale.
+int StoreFix(IgcDecoder& decoder, uint32_t time_of_day_s, TrackPoint& point) {
+  uint32_t day_offset_s = decoder.day_offset_s;
+  const bool first = decoder.points.empty();
+  if (!first && IsPastMidnight(time_of_day_s, decoder.last_time_of_day_s)) {
+    day_offset_s += kSecondsPerDay;
+  }
+  const uint64_t time = uint64_t{decoder.date} + day_offset_s + time_of_day_s;
+  if (time > std::numeric_limits<uint32_t>::max()) return -kIgcBadTimeOfDay;
+
+  point.time = static_cast<uint32_t>(time);
+  point.segment_start = first ? 1 : 0;
+  if (first) decoder.start_time = point.time;
+  decoder.day_offset_s = day_offset_s;
+  decoder.last_time_of_day_s = time_of_day_s;
+  decoder.points.push_back(point);
+  return 1;
+}
+
+int DecodeBRecord(IgcDecoder& decoder, std::string_view line) {
+  if (line.size() < kBRecordLength) return -kIgcShortBRecord;
+  if (decoder.date == 0) return -kIgcNoDate;
+  const int time_of_day_s = ReadTimeOfDay(line);
+  if (time_of_day_s < 0) return -kIgcBadTimeOfDay;
+  TrackPoint point;
+  const int fault = DecodePlace(line, point);
+  if (fault < 0) return fault;
+  if (decoder.points.size() >= kMaxFixes) return -kIgcTooManyFixes;
+  return StoreFix(decoder, static_cast<uint32_t>(time_of_day_s), point);
+}
+
+}  // namespace
+
+int DecodeInstrumentIgcLine(IgcDecoder& decoder, std::string_view line) {
+  switch (line.empty() ? '\0' : line.front()) {
+    case 'A':
+      return DecodeARecord(decoder, line);
+    case 'B':
+      return DecodeBRecord(decoder, line);
+    case 'G':
+      ++decoder.g_records;
+      return 0;
+    case 'H':
+      return DecodeHRecord(decoder, line);
+    default:
+      return 0;
+  }
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,213 @@
+#include "formats/igc/read_igc.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "core/time_scale.h"
+#include "core/units.h"
+#include "formats/igc/digits.h"
+#include "formats/igc/fields.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr size_t kMaxLineLength = 80;
+constexpr size_t kShortestBLine = kBRecordLength + 1;  // with its LF
+constexpr int kMaxLatitudeDegrees = 89;
+constexpr int kMaxLongitudeDegrees = 179;
+constexpr int kMaxMilliminutes = 60000;
+constexpr int kMilliminutesPerDegree = 60000;
+// Room for a time of day after the last midnight: a text that jumps back an hour in every line
+// could else count days past the end of the time scale.
+constexpr uint32_t kLastMidnight = std::numeric_limits<uint32_t>::max() - kSecondsPerDay;
+
+// Columns, counted from 1 as the I record counts them; start 0: no such extension.
+struct ExtensionColumns {
+  size_t start = 0;
+  size_t end = 0;
+};
+
+struct IgcReader {
+  std::vector<TrackPoint>& points;
+  const char* fault = nullptr;  // a message of its own; null: "Format error on line %d"
+  bool has_a_record = false;
+  bool has_i_record = false;
+  uint32_t date = 0;  // midnight before the last fix; 0: not known yet
+  uint32_t last_time_of_day_s = 0;
+  ExtensionColumns fraction = {};  // of the second: code TDS
+};
+
+bool Refuse(IgcReader& reader, const char* fault) {
+  reader.fault = fault;
+  return false;
+}
+
+bool ReadARecord(IgcReader& reader, std::string_view line) {
+  if (reader.has_a_record) return Refuse(reader, "Multiple A-records");
+  reader.has_a_record = true;
+  RecorderId id;
+  return ReadRecorderId(line, id) == RecorderIdFault::kNone;
+}
+
+bool ReadHRecord(IgcReader& reader, std::string_view line) {
+  if (!line.starts_with("HFDTE")) return true;
+  if (reader.date != 0) return Refuse(reader, "Multiple HFDTE-records");
+  std::string_view value = line.substr(5);
+  bool may_go_on = false;
+  if (value.starts_with("DATE:")) {
+    value.remove_prefix(5);
+    value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
+    may_go_on = value.size() > 6 && value[6] == ',';
+  }
+  if (value.size() != 6 && !may_go_on) return false;
+  reader.date = ReadDate(value);
+  return reader.date != 0;
+}
+
+// One entry of an I record: "ssee" and a three-letter code, for example "3638FXA".
+bool ReadExtension(IgcReader& reader, std::string_view entry) {
+  const int start = ReadDigits(entry, 0, 2);
+  const int end = ReadDigits(entry, 2, 2);
+  const std::string_view code = entry.substr(4);
+  if (start <= static_cast<int>(kBRecordLength) || end < start) return false;
+  if (std::any_of(code.begin(), code.end(), [](char c) { return c == ' ' || c == '\0'; })) {
+    return false;
+  }
+  if (code == "TDS") {
+    reader.fraction = {.start = static_cast<size_t>(start), .end = static_cast<size_t>(end)};
+  }
+  return true;
+}
+
+bool ReadIRecord(IgcReader& reader, std::string_view line) {
+  constexpr size_t kEntryLength = 7;
+  if (reader.has_i_record) return Refuse(reader, "Multiple I-records");
+  reader.has_i_record = true;
+  if (line.size() < 3) return false;
+  const int count = ReadDigits(line, 1, 2);
+  if (count < 0) return false;
+  const std::string_view entries = line.substr(3);
+  if (entries.size() < static_cast<size_t>(count) * kEntryLength) return false;
+  for (size_t i = 0; i < static_cast<size_t>(count); ++i) {
+    if (!ReadExtension(reader, entries.substr(i * kEntryLength, kEntryLength))) return false;
+  }
+  return true;
+}
+
+// Digits of the fraction weigh 100, 10 and 1 ms; what is finer than that is left alone.
+bool ReadFraction(const ExtensionColumns& columns, std::string_view line, uint32_t& milliseconds) {
+  if (columns.start == 0) return true;
+  if (line.size() < columns.end) return false;
+  uint32_t weight_ms = 100;
+  for (size_t column = columns.start; column <= columns.end; ++column) {
+    const int digit = ReadDigits(line, column - 1, 1);
+    if (digit < 0) return false;
+    milliseconds += static_cast<uint32_t>(digit) * weight_ms;
+    weight_ms /= 10;
+  }
+  return true;
+}
+
+bool ReadSemicircles(const WrittenAngle& angle, int max_degrees, int32_t& semicircles) {
+  if (angle.degrees > max_degrees || angle.milliminutes > kMaxMilliminutes) return false;
+  const int magnitude = angle.degrees * kMilliminutesPerDegree + angle.milliminutes;
+  semicircles = MilliminutesToSemicircles(angle.negative ? -magnitude : magnitude);
+  return true;
+}
+
+bool ReadPosition(std::string_view line, TrackPoint& point) {
+  WrittenAngle latitude;
+  WrittenAngle longitude;
+  return ReadLatitude(line, latitude) && ReadLongitude(line, longitude) &&
+         ReadSemicircles(latitude, kMaxLatitudeDegrees, point.lat) &&
+         ReadSemicircles(longitude, kMaxLongitudeDegrees, point.lon);
+}
+
+bool ReadAltitudes(std::string_view line, TrackPoint& point) {
+  int32_t gps_alt_m = 0;
+  if (!ReadAltitude(line, kPressureAltitudeColumn, point.pressure_alt) ||
+      !ReadAltitude(line, kGpsAltitudeColumn, gps_alt_m)) {
+    return false;
+  }
+  point.gps_alt_dm = gps_alt_m * 10;
+  return true;
+}
+
+// Puts a fix on the time line. A fix that repeats the second before it is dropped: receivers that
+// report twice a second would else give speeds between equal times.
+bool StoreFix(IgcReader& reader, uint32_t time_of_day_s, TrackPoint& point) {
+  if (reader.points.empty()) {
+    point.segment_start = 1;
+  } else {
+    if (time_of_day_s == reader.last_time_of_day_s) return true;
+    if (IsPastMidnight(time_of_day_s, reader.last_time_of_day_s)) reader.date += kSecondsPerDay;
+    if (reader.date > kLastMidnight) return false;
+    point.milliseconds = 0;
+  }
+  point.time = reader.date + time_of_day_s;
+  reader.last_time_of_day_s = time_of_day_s;
+  reader.points.push_back(point);
+  return true;
+}
+
+bool ReadBRecord(IgcReader& reader, std::string_view line) {
+  if (reader.date == 0 || line.size() < kBRecordLength) return false;
+  TrackPoint point;
+  const int time_of_day_s = ReadTimeOfDay(line);
+  if (time_of_day_s < 0) return false;
+  if (!ReadFraction(reader.fraction, line, point.milliseconds)) return false;
+  if (!ReadPosition(line, point) || !ReadAltitudes(line, point)) return false;
+  return StoreFix(reader, static_cast<uint32_t>(time_of_day_s), point);
+}
+
+bool ReadLine(IgcReader& reader, std::string_view line) {
+  const char letter = line.empty() ? '\0' : line.front();
+  if (!reader.has_a_record && letter != 'A') return Refuse(reader, "Missing A-record");
+  switch (letter) {
+    case 'A':
+      return ReadARecord(reader, line);
+    case 'B':
+      return ReadBRecord(reader, line);
+    case 'H':
+      return ReadHRecord(reader, line);
+    case 'I':
+      return ReadIRecord(reader, line);
+    default:
+      return true;
+  }
+}
+
+std::string_view UsefulContent(std::string_view line) {
+  line = line.substr(0, kMaxLineLength);
+  return line.substr(0, line.find('\r'));
+}
+
+int Fail(std::vector<TrackPoint>& points, std::string& message, std::string text) {
+  points.clear();
+  message = std::move(text);
+  return -1;
+}
+
+}  // namespace
+
+int ParseIgc(std::string_view text, std::vector<TrackPoint>& points, std::string& message) {
+  points.clear();
+  points.reserve(text.size() / kShortestBLine);
+  IgcReader reader{.points = points};
+  for (int line_number = 1; !text.empty(); ++line_number) {
+    const size_t line_end = std::min(text.find('\n'), text.size());
+    if (!ReadLine(reader, UsefulContent(text.substr(0, line_end)))) {
+      return Fail(points, message,
+                  reader.fault != nullptr ? reader.fault
+                                          : "Format error on line " + std::to_string(line_number));
+    }
+    text.remove_prefix(std::min(line_end + 1, text.size()));
+  }
+  if (!reader.has_a_record) return Fail(points, message, "No A-record found");
+  if (points.empty()) return Fail(points, message, "No positions found");
+  return static_cast<int>(points.size());
+}
+
+}  // namespace skyhaul
