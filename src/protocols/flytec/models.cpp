@@ -1,0 +1,37 @@
+#include "protocols/flytec/models.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr FlytecModel kFlytecModels[] = {
+    // In the order they are looked for: "COMPEO+" must be found before "COMPEO".
+    {.device_name = "5020", .model_name = "5020", .track_list_above = "1.13"},
+    {.device_name = "5030", .model_name = "5030", .track_list_above = "2.19"},
+    {.device_name = "6020", .model_name = "6020"},
+    {.device_name = "6030", .model_name = "6030"},
+    {.device_name = "COMPEO+", .model_name = "Compeo+"},
+    {.device_name = "COMPEO", .model_name = "Compeo", .track_list_above = "2.19"},
+    {.device_name = "COMPETINO+", .model_name = "Competino+"},
+    {.device_name = "COMPETINO", .model_name = "Competino", .track_list_above = "1.13"},
+    {.device_name = "GALILEO", .model_name = "Galileo"},
+};
+
+}  // namespace
+
+const FlytecModel* FindFlytecModel(const std::string& device_name) {
+  for (const FlytecModel& model : kFlytecModels) {
+    if (device_name.find(model.device_name) != std::string::npos) return &model;
+  }
+  return nullptr;
+}
+
+bool HasTrackList(const std::string& device_name, const std::string& software) {
+  for (const FlytecModel& model : kFlytecModels) {
+    if (device_name != model.device_name) continue;
+    return model.track_list_above == nullptr || software > model.track_list_above;
+  }
+  return false;
+}
+
+}  // namespace skyhaul

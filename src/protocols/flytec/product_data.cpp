@@ -1,0 +1,125 @@
+#include "protocols/flytec/product_data.h"
+
+#include <vector>
+
+#include "core/count_message.h"
+#include "device/find_instrument.h"
+#include "protocols/flytec/models.h"
+#include "protocols/flytec/requests.h"
+#include "protocols/sentence/fields.h"
+#include "protocols/sentence/line_collector.h"
+#include "protocols/sentence/write_sentence.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr uint32_t kAnswer_ms = 2000;
+constexpr uint32_t kBeforeNextCommand_ms = 1000;
+constexpr uint32_t kAttemptsPerRequest = 2;  // a request takes two of the one-second attempts
+constexpr size_t kLongestLine = 80;
+constexpr size_t kFields = 5;
+constexpr const char* kTitle = "Get GPS product data";
+
+// Beside the transport's own kTimedOut, kPortFailed and kAborted.
+constexpr int kWriteFailed = -4;
+constexpr int kNoPilotName = -5;
+
+std::string Normalised(std::string_view text, size_t longest) {
+  std::string result;
+  for (const char c : text) {
+    if (c == ' ' && (result.empty() || result.back() == ' ')) continue;
+    result += c;
+  }
+  if (!result.empty() && result.back() == ' ') result.pop_back();
+  return result.substr(0, longest);
+}
+
+int AskOnce(Job& job, FlytecProductData& data) {
+  if (WriteSentence(job.link, kRequestProductData) != 0) return kWriteFailed;
+  LineCollector collector;
+  collector.limit = kLongestLine;
+  const auto feed = [&](uint8_t byte) {
+    const bool complete = CollectLineByte(collector, byte);
+    return complete && ParseProductData(collector.line, data) == 0 ? Feed::kDone : Feed::kMore;
+  };
+  const int result = ReadWithDeadline(job.link, {.timeout_ms = kAnswer_ms}, feed);
+  if (result != 0) return result;
+  return data.pilot_name.empty() ? kNoPilotName : 0;
+}
+
+// Says what ended the asking; a time-out is said by the one who counts attempts.
+void TellFailure(const Job& job, int failure) {
+  switch (failure) {
+    case kWriteFailed:
+      return ShowMessage(job.operation, "COM port write error", "Requesting GPS product data");
+    case kPortFailed:
+      return ShowMessage(job.operation, "COM port read error", "Reading product data");
+    case kNoPilotName:
+      return ShowMessage(job.operation, "Bad/missing user name", kTitle);
+    default:
+      return;
+  }
+}
+
+int AskWithAttempts(Job& job, FlytecProductData& data) {
+  const uint32_t attempts = job.link.attempts;
+  for (uint32_t used = 0; used < attempts; used += kAttemptsPerRequest) {
+    ShowProgress(job.operation, FormatCountMessage("Requesting product info (%)",
+                                                   (attempts - used) / kAttemptsPerRequest));
+    const int result = AskOnce(job, data);
+    if (result == kTimedOut) continue;
+    TellFailure(job, result);
+    return result;
+  }
+  ShowMessage(job.operation, "No valid response from GPS", kTitle);
+  return -1;
+}
+
+int AskOnCandidate(Job& job) {
+  FlytecProductData data;
+  const int result = AskOnce(job, data);
+  if (result == kNoPilotName) TellFailure(job, result);
+  return result == kWriteFailed ? kPortFailed : result;
+}
+
+void FillIdentity(Job& job, const FlytecProductData& data) {
+  constexpr size_t kLongestOwner = 50;
+  const FlytecModel* model = FindFlytecModel(data.device_name);
+  job.device_name = data.device_name;
+  job.pilot_name = data.pilot_name;
+  job.model_name = model != nullptr ? model->model_name : "Unknown";
+  job.description = data.device_name + " SN" + data.serial_number + " SW" + data.software;
+  job.owner = (job.model_name + ": " + data.pilot_name).substr(0, kLongestOwner);
+}
+
+}  // namespace
+
+int ParseProductData(std::string_view line, FlytecProductData& data) {
+  const std::vector<std::string_view> fields = SplitFields(line, kFields);
+  if (fields.size() < kFields || fields[0] != "$PBRSNP") return -1;
+  const std::string_view software = fields[4].substr(0, fields[4].find('*'));
+  data.device_name = Normalised(fields[1], 16);
+  data.pilot_name = Normalised(fields[2], 40);
+  data.serial_number = Normalised(fields[3], 7);
+  data.software = Normalised(software, 6);
+  return 0;
+}
+
+int ReadProductData(Job& job, FlytecProductData& data) {
+  if (job.link.automatic) {
+    if (FindInstrument(job, kFlytecSettings, AskOnCandidate) != 0) return -1;
+  } else if (OpenPort(job.link, kFlytecSettings) != 0) {
+    return -1;
+  }
+  const int result = AskWithAttempts(job, data);
+  if (result != 0) return result;
+  ShowStatus(job.operation, "Product data read");
+  ShowProgress(job.operation,
+               data.device_name + ", SN" + data.serial_number + ", SW" + data.software);
+  FillIdentity(job, data);
+  Pause(job.link, kBeforeNextCommand_ms);
+  return StopRequested(job.operation) ? kAborted : 0;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "device/job.h"
+#include "protocols/flytec/product_data.h"
+
+namespace skyhaul {
+
+// The instrument's model or software has no track list. Nothing has been said about it.
+inline constexpr int kNoTrackList = -10;
+
+// Asks an identified instrument for its track list into job.data.track_list, in the order of its
+// index. Returns the number of tracks, kNoTrackList, or another negative number after a message (or
+// "Transfer aborted").
+int ReadTrackList(Job& job, const FlytecProductData& product);
+
+// Job procedure: the flight list.
+int FlytecFlightListJob(Job& job);
+
+}  // namespace skyhaul

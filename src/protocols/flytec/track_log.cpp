@@ -1,0 +1,158 @@
+#include "protocols/flytec/track_log.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+#include <vector>
+
+#include "core/count_message.h"
+#include "device/position_reports.h"
+#include "protocols/flytec/join_tracks.h"
+#include "protocols/flytec/product_data.h"
+#include "protocols/flytec/requests.h"
+#include "protocols/flytec/track_list.h"
+#include "protocols/flytec/track_receiver.h"
+#include "protocols/sentence/write_sentence.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr uint32_t kBeforeRequest_ms = 500;
+constexpr uint32_t kSilence_ms = 2000;
+constexpr uint32_t kFixesPerProgress = 100;
+constexpr const char* kTitle = "Read GPS track log";
+
+int Fail(const Job& job, const std::string& text) {
+  ShowMessage(job.operation, text, kTitle);
+  return -1;
+}
+
+// Told of the first position and of every hundredth after it.
+void TellPosition(const Job& job, const IgcDecoder& decoder, uint32_t duration_s) {
+  const auto count = static_cast<uint32_t>(decoder.points.size());
+  if (count % kFixesPerProgress != 1) return;
+  if (count == 1) ShowStatus(job.operation, "Receiving track log");
+  const uint32_t now = std::max(decoder.points.back().time, decoder.start_time);
+  const uint32_t flown_s = now - decoder.start_time;
+  const std::string text =
+      FormatCountMessage("Track position % (%m %s)", count, flown_s / 60, flown_s % 60);
+  const int percent =
+      duration_s == 0
+          ? kUnknownPercent
+          : static_cast<int>(std::min<uint64_t>(uint64_t{flown_s} * 100 / duration_s, 100));
+  ShowProgress(job.operation, text, percent);
+}
+
+int ReceiveTrack(Job& job, TrackReceiver& receiver, uint32_t duration_s) {
+  TrackFault fault = TrackFault::kNone;
+  uint32_t last_report_time = 0;
+  const auto feed = [&](uint8_t byte) {
+    const size_t before = receiver.decoder.points.size();
+    fault = FeedTrackByte(receiver, byte);
+    if (fault != TrackFault::kNone) return Feed::kDone;
+    if (receiver.decoder.points.size() > before) {
+      TellPosition(job, receiver.decoder, duration_s);
+      ReportPosition(job, receiver.decoder.points.back(), last_report_time);
+    }
+    return Feed::kMore;
+  };
+  const int result =
+      ReadWithDeadline(job.link, {.timeout_ms = kSilence_ms, .since_last_byte = true}, feed);
+  if (fault != TrackFault::kNone) return Fail(job, TrackFaultMessage(fault, receiver.detail));
+  if (result == kPortFailed) return Fail(job, "E203 COM port read error");
+  return result == kTimedOut ? 0 : result;
+}
+
+// Downloads one track behind the given request.
+int DownloadTrack(Job& job, const std::string& request, uint32_t index, uint32_t duration_s) {
+  if (StopRequested(job.operation)) return kAborted;
+  ShowStatus(job.operation, FormatCountMessage("Requesting track log %", index + 1));
+  Pause(job.link, kBeforeRequest_ms);
+  if (StopRequested(job.operation)) return kAborted;
+  if (WriteSentence(job.link, request) != 0) return Fail(job, "E202 COM port write error");
+
+  TrackReceiver receiver;
+  const int received = ReceiveTrack(job, receiver, duration_s);
+  if (received != 0) return received;
+  IgcDecoder& decoder = receiver.decoder;
+  if (decoder.points.empty()) return Fail(job, "0 points received");
+  if (decoder.g_records == 0) ShowMessage(job.operation, "No G-records found", kTitle);
+  job.data.tracks.push_back({.index = index,
+                             .points = std::move(decoder.points),
+                             .igc = {.text = std::move(receiver.text),
+                                     .manufacturer = std::move(decoder.manufacturer),
+                                     .serial = std::move(decoder.serial)}});
+  return 0;
+}
+
+// Lets the person choose. Returns 0 with at least one index in ascending order, or a negative
+// number.
+int ChooseTracks(const Job& job, std::vector<uint32_t>& chosen) {
+  const std::vector<TrackListEntry>& list = job.data.track_list;
+  if (list.empty()) return Fail(job, "The instrument holds no track logs");
+  const Shell* shell = job.operation.shell;
+  if (shell == nullptr || shell->choose_tracks(shell->context, list, chosen) <= 0) return -1;
+  std::sort(chosen.begin(), chosen.end());
+  for (const uint32_t index : chosen) {
+    if (index < kRequestableTracks) continue;
+    return Fail(job, FormatCountMessage("Track log % is too old to be requested", index + 1));
+  }
+  return 0;
+}
+
+uint32_t DurationOf(const std::vector<TrackListEntry>& list, uint32_t index) {
+  const auto has_index = [&](const TrackListEntry& entry) { return entry.index == index; };
+  const auto found = std::find_if(list.begin(), list.end(), has_index);
+  return found == list.end() ? 0 : found->duration_s;
+}
+
+int DownloadChosen(Job& job, const FlytecProductData& product) {
+  const int listed = ReadTrackList(job, product);
+  if (listed < 0) return listed;
+  std::vector<uint32_t> chosen;
+  const int choice = ChooseTracks(job, chosen);
+  if (choice < 0) return choice;
+  for (const uint32_t index : chosen) {
+    const uint32_t duration_s = DurationOf(job.data.track_list, index);
+    const int downloaded = DownloadTrack(job, TrackRequest(index), index, duration_s);
+    if (downloaded != 0) return downloaded;
+  }
+  return 0;
+}
+
+int Join(Job& job) {
+  switch (JoinTracks(job.data.tracks)) {
+    case JoinResult::kOverlap:
+      return Fail(job, "Overlapping track start/stop times");
+    case JoinResult::kGap: {
+      char text[64];
+      std::snprintf(text, sizeof text, "Time gap between tracks greater than %u s", kLongestGap_s);
+      return Fail(job, text);
+    }
+    case JoinResult::kJoined:
+      break;
+  }
+  return 0;
+}
+
+}  // namespace
+
+int FlytecTrackLogJob(Job& job) {
+  FlytecProductData product;
+  const int identified = ReadProductData(job, product);
+  if (identified != 0) return identified;
+  const int downloaded = job.parameter < 0 ? DownloadTrack(job, kRequestCurrentIgc, 0, 0)
+                                           : DownloadChosen(job, product);
+  if (downloaded != 0) return downloaded;
+  if (job.join_tracks && Join(job) != 0) return -1;
+
+  uint32_t points = 0;
+  for (const DownloadedTrack& track : job.data.tracks) {
+    points += static_cast<uint32_t>(track.points.size());
+  }
+  ShowStatus(job.operation, FormatCountMessage("% points received", points));
+  return static_cast<int>(points);
+}
+
+}  // namespace skyhaul

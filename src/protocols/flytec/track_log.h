@@ -1,0 +1,13 @@
+#pragma once
+
+#include "device/job.h"
+
+namespace skyhaul {
+
+// Job procedure: the track log. With the parameter kCurrentTrack the flight selected on the
+// instrument is downloaded; otherwise the person chooses from the track list, and several tracks
+// become one log when the job asks for that. Returns the number of positions in job.data.tracks, or
+// a negative number (kNoTrackList among them) after a message (or "Transfer aborted").
+int FlytecTrackLogJob(Job& job);
+
+}  // namespace skyhaul

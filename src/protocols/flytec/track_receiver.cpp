@@ -1,0 +1,65 @@
+#include "protocols/flytec/track_receiver.h"
+
+#include <cstdio>
+
+#include "core/count_message.h"
+
+namespace skyhaul {
+
+namespace {
+
+// A week at one fix a second has 600,000 positions and 22 MB of text. An instrument that sends more
+// will not stop by itself.
+constexpr size_t kMostText = size_t{64} << 20;
+constexpr size_t kMostPositions = 2'000'000;
+constexpr size_t kLongestLine = 81;
+
+TrackFault DecodeLine(TrackReceiver& receiver) {
+  if (receiver.line.empty()) return TrackFault::kNone;
+  if (receiver.decoder.points.size() >= kMostPositions) return TrackFault::kPositionMemory;
+  const int result = DecodeInstrumentIgcLine(receiver.decoder, receiver.line);
+  receiver.line.clear();
+  if (result >= 0) return TrackFault::kNone;
+  receiver.detail = -result;
+  return TrackFault::kFormat;
+}
+
+}  // namespace
+
+TrackFault FeedTrackByte(TrackReceiver& receiver, uint8_t byte) {
+  if (receiver.text.size() >= kMostText) return TrackFault::kTextMemory;
+  receiver.text += static_cast<char>(byte);
+  if (byte == '\n') return DecodeLine(receiver);
+  if (byte == '\r') return TrackFault::kNone;
+  if (receiver.line.empty() && (byte < 'A' || byte > 'Z')) {
+    receiver.detail = byte;
+    return TrackFault::kBadRecordType;
+  }
+  if (receiver.line.size() >= kLongestLine) return TrackFault::kTooLongSentence;
+  receiver.line += static_cast<char>(byte);
+  return TrackFault::kNone;
+}
+
+std::string TrackFaultMessage(TrackFault fault, int detail) {
+  switch (fault) {
+    case TrackFault::kTextMemory:
+      return "E200 Track log memory allocation";
+    case TrackFault::kPositionMemory:
+      return "E201 Track log memory allocation";
+    case TrackFault::kBadRecordType: {
+      char text[40];
+      std::snprintf(text, sizeof text, "E205 Bad record type (%02X)",
+                    static_cast<unsigned>(detail));
+      return text;
+    }
+    case TrackFault::kTooLongSentence:
+      return "E207 Too long sentence";
+    case TrackFault::kFormat:
+      return FormatCountMessage("E206 Format error %", static_cast<uint32_t>(detail));
+    case TrackFault::kNone:
+      break;
+  }
+  return "";
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "formats/igc/decode_line.h"
+
+namespace skyhaul {
+
+// Why a byte of a track's IGC text ends the download.
+enum class TrackFault {
+  kNone,
+  kTextMemory,      // more text than a flight can be
+  kPositionMemory,  // more positions than a flight can have
+  kBadRecordType,   // TrackReceiver::detail is the byte
+  kTooLongSentence,
+  kFormat,  // TrackReceiver::detail is the line decoder's error number
+};
+
+// A track that arrives byte by byte: the text as it is and the positions decoded from its lines.
+struct TrackReceiver {
+  std::string text;
+  IgcDecoder decoder;
+  int detail = 0;
+
+  std::string line;  // the line being received
+};
+
+// Feeds one byte that is not flow control. LF ends a line, CR is not part of one, and a last line
+// without LF is not decoded: it was cut off.
+TrackFault FeedTrackByte(TrackReceiver& receiver, uint8_t byte);
+
+// The message of a fault, as a driver of this family numbers it.
+std::string TrackFaultMessage(TrackFault fault, int detail);
+
+}  // namespace skyhaul
