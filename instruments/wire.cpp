@@ -1,0 +1,33 @@
+#include "instruments/wire.h"
+
+#include <algorithm>
+
+namespace skyhaul {
+
+uint64_t ByteTime_ns(const Wire& wire) {
+  constexpr uint64_t kBitsPerByte_ns = 10'000'000'000;  // start bit, 8 data bits, stop bit
+  return wire.baud == 0 ? 0 : kBitsPerByte_ns / wire.baud;
+}
+
+void Send(Wire& wire, std::string_view bytes, uint64_t not_before_ns) {
+  if (bytes.empty()) return;
+  wire.chunks.push_back({.not_before_ns = not_before_ns, .bytes = std::string(bytes)});
+}
+
+uint64_t NextArrival_ns(const Wire& wire) {
+  if (wire.held || wire.chunks.empty()) return kNever_ns;
+  return std::max(wire.chunks.front().not_before_ns, wire.free_at_ns) + ByteTime_ns(wire);
+}
+
+size_t TakeArrived(Wire& wire, uint64_t now_ns, uint8_t* buffer, size_t capacity) {
+  size_t count = 0;
+  while (count < capacity && NextArrival_ns(wire) <= now_ns) {
+    wire.free_at_ns = NextArrival_ns(wire);
+    Wire::Chunk& chunk = wire.chunks.front();
+    buffer[count++] = static_cast<uint8_t>(chunk.bytes[chunk.taken++]);
+    if (chunk.taken == chunk.bytes.size()) wire.chunks.pop_front();
+  }
+  return count;
+}
+
+}  // namespace skyhaul
