@@ -1,0 +1,31 @@
+#include "app/command_line/characters.h"
+
+namespace skyhaul {
+
+bool StartsCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+}
+
+void AppendWithin(char byte, size_t max_characters, size_t& seen, std::string& text) {
+  if (StartsCharacter(byte)) ++seen;
+  if (seen <= max_characters && text.size() < max_characters * kMaxBytesPerCharacter) text += byte;
+}
+
+std::string CutToCharacters(std::string_view text, size_t max_characters) {
+  std::string cut;
+  size_t seen = 0;
+  for (const char byte : text) AppendWithin(byte, max_characters, seen, cut);
+  return cut;
+}
+
+char UpperCase(char byte) {
+  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
+}
+
+std::string UpperCase(std::string_view text) {
+  std::string upper(text);
+  for (char& byte : upper) byte = UpperCase(byte);
+  return upper;
+}
+
+}  // namespace skyhaul

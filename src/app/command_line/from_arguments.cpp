@@ -1,0 +1,38 @@
+#include "app/command_line/from_arguments.h"
+
+namespace skyhaul {
+
+namespace {
+
+std::string QuoteValue(const std::string& argument) {
+  const size_t equals = argument.find('=');
+  if (!argument.starts_with('/') || equals == std::string::npos) return argument;
+  const std::string value = argument.substr(equals + 1);
+  const bool has_blanks = value.find_first_of(" \t") != std::string::npos;
+  const bool has_quotes = value.find('"') != std::string::npos;
+  if (!has_blanks || has_quotes) return argument;
+  return argument.substr(0, equals + 1) + '"' + value + '"';
+}
+
+}  // namespace
+
+ArgumentText CommandTextFromArguments(std::span<const std::string> arguments,
+                                      const FileExistsFunction& file_exists) {
+  if (arguments.size() == 1 && file_exists(arguments[0])) {
+    return {.is_file = true, .file = arguments[0], .text = {}};
+  }
+  ArgumentText result;
+  bool has_switches = false;
+  for (const std::string& argument : arguments) {
+    if (argument.empty()) continue;
+    if (result.text.empty()) {
+      has_switches = argument.starts_with('/');
+    } else {
+      result.text += ' ';
+    }
+    result.text += has_switches ? QuoteValue(argument) : argument;
+  }
+  return result;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+
+namespace skyhaul {
+
+using FileExistsFunction = std::function<bool(const std::string& path)>;
+
+// What the arguments of a program say.
+struct ArgumentText {
+  bool is_file = false;  // the only argument is an existing file, whatever its name looks like
+  std::string file;      // that file
+  std::string text;      // else: the command line to parse
+};
+
+// The command line where a shell has split it and taken its quotes away. Every argument after the
+// program's name is one switch, so '/PILOT=First Last' becomes /PILOT="First Last". A value that
+// begins with a double quote or holds one is kept as it is: quotes in quotes cannot be written.
+// Arguments that do not begin with a switch are the words of one file name.
+ArgumentText CommandTextFromArguments(std::span<const std::string> arguments,
+                                      const FileExistsFunction& file_exists);
+
+}  // namespace skyhaul

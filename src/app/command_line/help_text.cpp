@@ -1,0 +1,117 @@
+#include "app/command_line/help_text.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "app/command_line/keywords.h"
+#include "app/command_line/long_options.h"
+#include "app/command_line/settings_block.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr size_t kLastColumn = 79;
+constexpr size_t kIndent = 2;
+constexpr size_t kHelpColumn = 27;  // where the explanations begin, counted from 0
+
+constexpr std::string_view kSynopsis =
+    "Usage: skyhaul FILE\n"
+    "       skyhaul /SWITCH[=VALUE]...\n"
+    "       skyhaul --OPTION [FILE...]\n"
+    "\n"
+    "Opens a file, runs one command on an instrument, or looks at flight files.\n";
+
+constexpr std::string_view kSwitchNotes =
+    "A value with blanks is quoted: '/PILOT=First Last'. Case does not matter in\n"
+    "the names of switches and instruments. A command that this version cannot\n"
+    "carry out says so and ends with status 1; a switch that the command does not\n"
+    "use has no effect.\n";
+
+constexpr std::string_view kStatusesAndExamples =
+    "\n"
+    "Exit status: 0 the job is done, 1 it failed, 2 the command line is wrong.\n"
+    "\n"
+    "Examples:\n"
+    "  skyhaul /GPS=IQCOMPEO /COM=1 /IGC_LOG=flights /EXIT\n"
+    "  skyhaul /GPS=IQCOMPEO /COM=/dev/ttyUSB0 /TRACK=1,3-5 '/PILOT=First Last' \\\n"
+    "          /IGC_LOG=flights /OVERWRITE /EXIT\n"
+    "  skyhaul --info 2024-06-01-xsh-abc-01.igc --json\n";
+
+// Writes words from the current column on; a word that would pass the last column starts a new line
+// at the given one.
+void AppendWords(std::string& out, size_t column, size_t line_start, std::string_view words) {
+  while (!words.empty()) {
+    const std::string_view word = words.substr(0, words.find(' '));
+    words.remove_prefix(std::min(word.size() + 1, words.size()));
+    const bool first = column == line_start;
+    if (!first && column + 1 + word.size() > kLastColumn) {
+      out += '\n' + std::string(line_start, ' ');
+      column = line_start;
+    } else if (!first) {
+      out += ' ';
+      ++column;
+    }
+    out += word;
+    column += word.size();
+  }
+  out += '\n';
+}
+
+void AppendEntry(std::string& out, const std::string& name, std::string_view help) {
+  out += std::string(kIndent, ' ') + name;
+  const size_t column = kIndent + name.size();
+  if (column + 1 < kHelpColumn) {
+    out += std::string(kHelpColumn - column, ' ');
+  } else {
+    out += '\n' + std::string(kHelpColumn, ' ');
+  }
+  AppendWords(out, kHelpColumn, kHelpColumn, help);
+}
+
+void AppendLongOptions(std::string& out) {
+  out += "\nOptions:\n";
+  for (const LongOption& option : kLongOptions) {
+    std::string name(option.name);
+    if (!option.argument_help.empty()) name += ' ' + std::string(option.argument_help);
+    AppendEntry(out, name, option.help);
+  }
+}
+
+void AppendKeywords(std::string& out, bool commands) {
+  for (const Keyword& keyword : Keywords()) {
+    if ((keyword.command != Command::kNone) != commands) continue;
+    std::string name = "/" + std::string(keyword.name);
+    if (!keyword.value_name.empty()) name += '=' + std::string(keyword.value_name);
+    AppendEntry(out, name, keyword.help);
+  }
+}
+
+void AppendGpsTypes(std::string& out) {
+  out += "\nInstruments for /GPS=TYPE:\n";
+  std::string names;
+  for (const std::string_view name : kGpsTypeNames) {
+    if (!names.empty()) names += ' ';
+    names += name;
+  }
+  out += std::string(kIndent, ' ');
+  AppendWords(out, kIndent, kIndent, names);
+}
+
+}  // namespace
+
+std::string HelpText() {
+  std::string out(kSynopsis);
+  AppendLongOptions(out);
+  out += "\nSwitches that are commands, one in a run:\n";
+  AppendKeywords(out, true);
+  out += "\nSwitches that say how:\n";
+  AppendKeywords(out, false);
+  out += '\n';
+  out += kSwitchNotes;
+  AppendGpsTypes(out);
+  out += kStatusesAndExamples;
+  return out;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "app/command_line/settings_block.h"
+#include "app/command_line/tokeniser.h"
+
+namespace skyhaul {
+
+// What the parser must be told about the system and the settings that it runs with.
+struct CommandLineHost {
+  // True when a text is a device's own name, such as a path, and not a port number. Null: ports
+  // have numbers only.
+  bool (*is_port_name)(const std::string& text) = nullptr;
+  bool has_notify_client = false;  // a client was set elsewhere, so /NOTIFY= need not be given
+};
+
+struct Keyword;
+
+// Puts the value of a keyword into its field. Returns the message to show, empty when accepted.
+using TakeValueFunction = std::string_view (*)(const Keyword& keyword, const std::string& value,
+                                               const CommandLineHost& host,
+                                               CommandLineBlock& block);
+
+// One keyword of the command line. Which of the field pointers is set depends on take.
+struct Keyword {
+  std::string_view name;
+  std::string_view value_name = {};  // what the help calls the value; empty: there is none
+  std::string_view help = {};        // one line without a full stop
+  TakeValueFunction take = nullptr;
+  Command command = Command::kNone;  // what the keyword makes the run's command, if anything
+
+  bool CommandLineBlock::*flag = nullptr;
+  std::string CommandLineBlock::*text = nullptr;
+  size_t max_characters = 0;  // of text
+  std::optional<uint32_t> CommandLineBlock::*number = nullptr;
+  std::optional<int32_t> CommandLineBlock::*signed_number = nullptr;
+
+  std::string_view missing = {};  // the message for an empty value; empty: one is allowed or bad
+  std::string_view bad = {};      // the message for a value that is not understood
+};
+
+// All keywords, the commands first, in the order in which the help shows them.
+std::span<const Keyword> Keywords();
+
+// Takes one switch into the block. Returns 0, or -1 with the message to show.
+int TakeItem(const Item& item, const CommandLineHost& host, CommandLineBlock& block,
+             std::string& message);
+
+}  // namespace skyhaul

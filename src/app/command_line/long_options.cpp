@@ -1,0 +1,110 @@
+#include "app/command_line/long_options.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace skyhaul {
+
+namespace {
+
+// An unknown option is likely to be a misspelt known one up to this many edits, which forgives two
+// swapped letters and one more mistake. Beyond it the nearest name would only mislead.
+constexpr size_t kMaxEdits = 3;
+
+// The least number of characters to insert, delete or replace that turns one text into the other
+// (Levenshtein's distance, kept row by row).
+size_t EditDistance(std::string_view from, std::string_view to) {
+  std::vector<size_t> row(to.size() + 1);
+  std::iota(row.begin(), row.end(), size_t{0});
+  for (size_t i = 0; i < from.size(); ++i) {
+    size_t diagonal = row[0]++;
+    for (size_t j = 0; j < to.size(); ++j) {
+      const size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+std::string Quoted(std::string_view text) {
+  return '"' + std::string(text) + '"';
+}
+
+std::string UnknownOption(const std::string& argument) {
+  std::string_view nearest = kJsonOption;
+  for (const LongOption& option : kLongOptions) {
+    if (EditDistance(argument, option.name) < EditDistance(argument, nearest)) {
+      nearest = option.name;
+    }
+  }
+  const std::string unknown = "Unknown option " + Quoted(argument);
+  if (EditDistance(argument, nearest) > kMaxEdits) return unknown + " (see \"--help\")";
+  return unknown + " (did you mean " + Quoted(nearest) + "?)";
+}
+
+struct Parsing {
+  const LongOption* chosen = nullptr;
+  bool only_files = false;  // "--" was met
+};
+
+// Takes one argument. Returns what is wrong with it, empty when nothing is.
+std::string TakeArgument(const std::string& argument, Parsing& parsing, LongOptions& options) {
+  if (parsing.only_files || !argument.starts_with('-')) {
+    options.files.push_back(argument);
+    return {};
+  }
+  if (argument == "--") {
+    parsing.only_files = true;
+    return {};
+  }
+  if (argument == kJsonOption) {
+    options.json = true;
+    return {};
+  }
+  const auto has_name = [&](const LongOption& option) { return option.name == argument; };
+  const auto found = std::find_if(std::begin(kLongOptions), std::end(kLongOptions), has_name);
+  if (found == std::end(kLongOptions)) return UnknownOption(argument);
+  if (parsing.chosen != nullptr && parsing.chosen != found) {
+    return Quoted(parsing.chosen->name) + " and " + Quoted(found->name) + " cannot be combined";
+  }
+  parsing.chosen = found;
+  return {};
+}
+
+// What is wrong with the arguments as a whole, empty when nothing is.
+std::string CheckOptions(const LongOption& chosen, const LongOptions& options) {
+  const std::string name = Quoted(chosen.name);
+  if (options.json && !chosen.allows_json) return Quoted(kJsonOption) + " does not go with " + name;
+  if (options.files.size() < chosen.min_files) return "Missing file name after " + name;
+  if (options.files.size() > chosen.max_files) {
+    return "Unexpected " + Quoted(options.files[chosen.max_files]) + " after " + name;
+  }
+  return {};
+}
+
+}  // namespace
+
+bool HasLongOptions(std::span<const std::string> arguments) {
+  return !arguments.empty() && arguments.front().starts_with("--");
+}
+
+int ParseLongOptions(std::span<const std::string> arguments, LongOptions& options,
+                     std::string& message) {
+  options = {};
+  message.clear();
+  Parsing parsing;
+  for (const std::string& argument : arguments) {
+    message = TakeArgument(argument, parsing, options);
+    if (!message.empty()) return -1;
+  }
+  if (parsing.chosen == nullptr) {
+    message = "No option says what to do (see \"--help\")";
+    return -1;
+  }
+  options.command = parsing.chosen->command;
+  message = CheckOptions(*parsing.chosen, options);
+  return message.empty() ? 0 : -1;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,59 @@
+#include "app/command_line/parse.h"
+
+#include <string_view>
+
+#include "app/command_line/characters.h"
+#include "app/command_line/checks.h"
+#include "app/command_line/tokeniser.h"
+
+namespace skyhaul {
+
+namespace {
+
+// Takes the quotes off a command line that was quoted as a whole. Returns 0 or -1 with a message.
+int Unquote(std::string_view& text, std::string& message) {
+  if (!text.starts_with('"')) return 0;
+  const size_t close = text.find('"', 1);
+  if (close == std::string_view::npos) {
+    message = "Bad double apostrophe (\") balance";
+    return -1;
+  }
+  text = text.substr(1, close - 1);
+  return 0;
+}
+
+int ParseSwitches(std::string_view text, const CommandLineHost& host, CommandLineBlock& block,
+                  std::string& message) {
+  block.present = true;
+  const auto take = [&](const Item& item) { return TakeItem(item, host, block, message); };
+  const int tokenised = Tokenise(text, take, message);
+  return tokenised != 0 ? tokenised : CheckBlock(block, host, message);
+}
+
+}  // namespace
+
+int ParseCommandLine(const std::string& text, const CommandLineHost& host, CommandLineBlock& block,
+                     std::string& message) {
+  block = {};
+  message.clear();
+  std::string_view rest(text.c_str());
+  if (rest.empty()) return 0;
+  if (Unquote(rest, message) != 0) return -1;
+  if (!rest.starts_with('/')) {
+    block = OpenFileBlock(CutToCharacters(rest, kMaxFileName));
+    return 0;
+  }
+  const int parsed = ParseSwitches(rest, host, block, message);
+  if (parsed != 0) block = {};
+  return parsed;
+}
+
+CommandLineBlock OpenFileBlock(const std::string& file) {
+  CommandLineBlock block;
+  block.present = true;
+  block.command = Command::kOpenFile;
+  block.file = file;
+  return block;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include "app/command_line/keywords.h"
+#include "app/command_line/settings_block.h"
+
+namespace skyhaul {
+
+// The title under which the messages of ParseCommandLine are shown.
+inline constexpr char kCommandLineTitle[] = "Parsing command line";
+
+// Parses the program's command line: the text after the program's name, which ends at its first
+// zero or at its end. A text that begins with a double quote is what lies between it and the next
+// one; a text that does not begin with a slash is one file to open. Nothing is carried out.
+// Returns 0 with the block filled (block.present is false when the text is empty), or -1 with the
+// message to show and the block empty.
+int ParseCommandLine(const std::string& text, const CommandLineHost& host, CommandLineBlock& block,
+                     std::string& message);
+
+// The block of a command line that names one file to open. The name is kept whole: it came as one
+// argument and is known to exist, so no limit of the text form applies.
+CommandLineBlock OpenFileBlock(const std::string& file);
+
+}  // namespace skyhaul

@@ -1,0 +1,88 @@
+#include "app/command_line/tokeniser.h"
+
+#include "app/command_line/characters.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr char kEnd = '\0';
+
+bool EndsItem(char byte) {
+  return byte == ' ' || byte == kEnd;
+}
+
+int CompleteItem(Tokeniser& tokeniser) {
+  tokeniser.state = TokeniserState::kBetweenItems;
+  return 0;
+}
+
+int FeedBetweenItems(Tokeniser& tokeniser, char byte) {
+  if (EndsItem(byte)) return 1;
+  if (byte != '/') return -1;
+  tokeniser = {};
+  tokeniser.state = TokeniserState::kKeyword;
+  return 1;
+}
+
+int FeedKeyword(Tokeniser& tokeniser, char byte) {
+  if (EndsItem(byte)) return CompleteItem(tokeniser);
+  if (byte == '=') {
+    tokeniser.state = TokeniserState::kValue;
+  } else {
+    AppendWithin(UpperCase(byte), kMaxKeyword, tokeniser.keyword_seen, tokeniser.item.keyword);
+  }
+  return 1;
+}
+
+int FeedValue(Tokeniser& tokeniser, char byte) {
+  if (EndsItem(byte)) return CompleteItem(tokeniser);
+  if (byte == '"' && tokeniser.item.value.empty()) {
+    tokeniser.state = TokeniserState::kQuotedValue;
+  } else {
+    AppendWithin(byte, kMaxValue, tokeniser.value_seen, tokeniser.item.value);
+  }
+  return 1;
+}
+
+int FeedQuotedValue(Tokeniser& tokeniser, char byte) {
+  if (byte == '"' || byte == kEnd) return CompleteItem(tokeniser);
+  AppendWithin(byte, kMaxValue, tokeniser.value_seen, tokeniser.item.value);
+  return 1;
+}
+
+}  // namespace
+
+int FeedCharacter(Tokeniser& tokeniser, char byte) {
+  switch (tokeniser.state) {
+    case TokeniserState::kBetweenItems:
+      return FeedBetweenItems(tokeniser, byte);
+    case TokeniserState::kKeyword:
+      return FeedKeyword(tokeniser, byte);
+    case TokeniserState::kValue:
+      return FeedValue(tokeniser, byte);
+    case TokeniserState::kQuotedValue:
+      return FeedQuotedValue(tokeniser, byte);
+  }
+  return -1;
+}
+
+int Tokenise(std::string_view text, const TakeItemFunction& take, std::string& message) {
+  text = text.substr(0, text.find(kEnd));
+  Tokeniser tokeniser;
+  size_t position = 0;
+  for (size_t i = 0; i <= text.size(); ++i) {
+    const char byte = i < text.size() ? text[i] : kEnd;
+    if (StartsCharacter(byte)) ++position;
+    const int fed = FeedCharacter(tokeniser, byte);
+    if (fed < 0) {
+      message = "Error at position " + std::to_string(position);
+      return -1;
+    }
+    const int taken = fed == 0 ? take(tokeniser.item) : 0;
+    if (taken < 0) return taken;
+  }
+  return 0;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,104 @@
+#include "app/long_commands.h"
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "app/batch.h"
+#include "app/command_line/help_text.h"
+#include "app/igc_files.h"
+#include "app/summary.h"
+#include "core/version.h"
+#include "formats/igc/header.h"
+#include "formats/igc/security_record.h"
+#include "platform/file.h"
+
+namespace skyhaul {
+
+namespace {
+
+int PrintVersion() {
+  std::printf("Skyhaul %d.%02d\n", kVersionNumber / 100, kVersionNumber % 100);
+  return kExitDone;
+}
+
+int PrintPorts(const Platform& platform, const Operation& operation) {
+  std::vector<PortInfo> ports;
+  if (platform.serial.list(platform.serial.context, ports) != 0) {
+    ShowMessage(operation, "The system's list of serial ports cannot be read", "Serial ports");
+    return kExitFailed;
+  }
+  for (const PortInfo& port : ports) {
+    std::printf("%2u  %s  %s\n", port.number, port.name.c_str(), port.description.c_str());
+  }
+  if (ports.empty()) std::puts("No serial ports found");
+  return kExitDone;
+}
+
+int PrintInfo(const Operation& operation, const LongOptions& options) {
+  std::vector<FlightSummary> summaries;
+  for (const std::string& file : options.files) {
+    std::string text;
+    std::vector<TrackPoint> points;
+    if (LoadIgcFile(operation, file, text, points) < 0) continue;
+    summaries.push_back(SummariseFlight(file, text, points));
+  }
+  if (options.json) {
+    std::fputs(SummariesJson(summaries).c_str(), stdout);
+  } else {
+    for (size_t i = 0; i < summaries.size(); ++i) {
+      std::printf("%s%s", i > 0 ? "\n" : "", SummaryText(summaries[i]).c_str());
+    }
+  }
+  return summaries.size() == options.files.size() ? kExitDone : kExitFailed;
+}
+
+// Only files that this program signed can pass: each maker keeps its own secret.
+constexpr const char* kOurManufacturer = "XSH";
+
+bool CheckFile(const Operation& operation, const std::string& file) {
+  std::string text;
+  const FileResult read = ReadWholeFile(file, text);
+  if (read.problem != FileProblem::kNone) {
+    ShowMessage(operation, "Error opening file\n" + file + ": " + read.reason, "Security check");
+    return false;
+  }
+  const SecurityCheck check = CheckSecurityRecord(text);
+  std::printf("%s: %s\n", file.c_str(), SecurityCheckText(check));
+  const std::string manufacturer = ReadIgcHeader(text).manufacturer;
+  if (check == SecurityCheck::kFailed && manufacturer != kOurManufacturer) {
+    std::printf("  signed by \"%s\", whose records only its maker can check\n",
+                manufacturer.c_str());
+  }
+  return check == SecurityCheck::kPassed;
+}
+
+int PrintChecks(const Operation& operation, const LongOptions& options) {
+  bool all_passed = true;
+  for (const std::string& file : options.files) {
+    all_passed = CheckFile(operation, file) && all_passed;
+  }
+  return all_passed ? kExitDone : kExitFailed;
+}
+
+}  // namespace
+
+int RunLongCommand(const Platform& platform, const Operation& operation,
+                   const LongOptions& options) {
+  switch (options.command) {
+    case LongCommand::kHelp:
+      std::fputs(HelpText().c_str(), stdout);
+      return kExitDone;
+    case LongCommand::kVersion:
+      return PrintVersion();
+    case LongCommand::kPorts:
+      return PrintPorts(platform, operation);
+    case LongCommand::kInfo:
+      return PrintInfo(operation, options);
+    case LongCommand::kCheck:
+      return PrintChecks(operation, options);
+  }
+  return kExitBadCommandLine;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,70 @@
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "app/batch.h"
+#include "app/command_line/from_arguments.h"
+#include "app/command_line/help_text.h"
+#include "app/command_line/long_options.h"
+#include "app/command_line/parse.h"
+#include "app/console/console_shell.h"
+#include "app/long_commands.h"
+#include "platform/file.h"
+#include "platform/platform.h"
+#include "platform/terminal.h"
+
+namespace {
+
+using namespace skyhaul;
+
+int RunLongOptions(const Operation& operation, const std::vector<std::string>& arguments) {
+  LongOptions options;
+  std::string message;
+  if (ParseLongOptions(arguments, options, message) != 0) {
+    ShowMessage(operation, message, kCommandLineTitle);
+    return kExitBadCommandLine;
+  }
+  return RunLongCommand(NativePlatform(), operation, options);
+}
+
+int RunSwitches(const Operation& operation, const std::vector<std::string>& arguments,
+                Console& console) {
+  const ArgumentText given = CommandTextFromArguments(arguments, FileExists);
+  CommandLineBlock block;
+  if (given.is_file) {
+    block = OpenFileBlock(given.file);
+  } else {
+    std::string message;
+    const CommandLineHost host = {.is_port_name = IsPortName};
+    if (ParseCommandLine(given.text, host, block, message) != 0) {
+      ShowMessage(operation, message, kCommandLineTitle);
+      return kExitBadCommandLine;
+    }
+  }
+  if (!block.present) {
+    std::fputs(HelpText().c_str(), stdout);
+    return kExitDone;
+  }
+  CountInterrupts();
+  const Settings settings;
+  const BatchRun run = {.platform = &NativePlatform(),
+                        .settings = &settings,
+                        .console = &console,
+                        .interrupts = Interrupts};
+  return RunBatch(run, block);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  Console console;
+  console.terminal = ErrorIsTerminal();
+  const Shell shell = ConsoleShell(console);
+  Operation operation;
+  operation.shell = &shell;
+  const int status = HasLongOptions(arguments) ? RunLongOptions(operation, arguments)
+                                               : RunSwitches(operation, arguments, console);
+  FinishProgressLine(console);
+  return status;
+}
