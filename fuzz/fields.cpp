@@ -1,0 +1,62 @@
+// The field parsers over one arbitrary line: whatever is accepted lies in its range.
+
+#include "protocols/sentence/fields.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/shell.h"
+#include "protocols/flytec/product_data.h"
+#include "protocols/flytec/track_list_line.h"
+#include "protocols/sentence/positions.h"
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) __builtin_trap();
+}
+
+void RequirePosition(std::string_view digits, std::string_view hemisphere) {
+  double latitude_rad = 0;
+  if (skyhaul::ParseLatitude(digits, hemisphere, latitude_rad) == 0) {
+    Require(latitude_rad > -1.6 && latitude_rad < 1.6);
+  }
+  double longitude_rad = 0;
+  if (skyhaul::ParseLongitude(digits, hemisphere, longitude_rad) == 0) {
+    Require(longitude_rad > -3.2 && longitude_rad < 3.2);
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  using namespace skyhaul;
+  const std::string_view line(reinterpret_cast<const char*>(data), size);
+
+  const auto fields = SplitFields(line, 10);
+  std::string joined;
+  for (const std::string_view field : fields) {
+    uint32_t value = 0;
+    if (ParseUintField(field, value) == 0) Require(value <= 2147483649U);
+    joined += joined.empty() && field.data() == line.data() ? "" : ",";
+    joined += field;
+  }
+  Require(joined == line);
+
+  std::string_view rest = line;
+  std::string_view digits;
+  if (SplitField(rest, digits)) RequirePosition(digits, rest);
+
+  TrackListEntry entry;
+  if (ParseTrackListLine(line, entry) == nullptr) {
+    Require(entry.start_time >= 315532800 && entry.duration_s < 360000);
+  }
+  FlytecProductData product;
+  if (ParseProductData(line, product) == 0) {
+    Require(product.device_name.size() <= 16 && product.pilot_name.size() <= 40);
+    Require(product.serial_number.size() <= 7 && product.software.size() <= 6);
+  }
+  return 0;
+}

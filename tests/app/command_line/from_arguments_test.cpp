@@ -1,0 +1,56 @@
+#include "app/command_line/from_arguments.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace skyhaul {
+namespace {
+
+ArgumentText Convert(const std::vector<std::string>& arguments, const std::string& existing = {}) {
+  return CommandTextFromArguments(
+      arguments, [&](const std::string& path) { return !existing.empty() && path == existing; });
+}
+
+TEST(FromArguments, OneExistingFileIsAFile) {
+  for (const char* name :
+       {"flight.igc", "/tmp/flight.igc", "my flight.igc", "\"quoted\".igc", "/PILOT=First Last"}) {
+    const ArgumentText result = Convert({name}, name);
+    EXPECT_TRUE(result.is_file) << name;
+    EXPECT_EQ(result.file, name);
+  }
+  EXPECT_FALSE(Convert({"flight.igc", "/EXIT"}, "flight.igc").is_file);
+}
+
+TEST(FromArguments, RebuildsTheCommandLine) {
+  const struct {
+    std::vector<std::string> arguments;
+    const char* text;
+  } cases[] = {
+      {{}, ""},
+      {{""}, ""},
+      {{"/EXIT"}, "/EXIT"},
+      {{"/GPS=IQCOMPEO", "/COM=1"}, "/GPS=IQCOMPEO /COM=1"},
+      {{"/PILOT=First Last", "/EXIT"}, "/PILOT=\"First Last\" /EXIT"},
+      {{"/PILOT=First\tLast"}, "/PILOT=\"First\tLast\""},
+      {{"/PILOT= "}, "/PILOT=\" \""},
+      {{"/PILOT=a=b c"}, "/PILOT=\"a=b c\""},
+      {{"/PILOT=\"First Last\""}, "/PILOT=\"First Last\""},
+      {{"/PILOT=First \"F\" Last"}, "/PILOT=First \"F\" Last"},
+      {{"/PILOT="}, "/PILOT="},
+      {{"", "/EXIT", "", "/USB"}, "/EXIT /USB"},
+      {{"/EXIT", "name=a b"}, "/EXIT name=a b"},
+      {{"missing.igc"}, "missing.igc"},
+      {{"my", "flight.igc"}, "my flight.igc"},
+      {{"my", "/x=a b"}, "my /x=a b"},
+  };
+  for (const auto& c : cases) {
+    const ArgumentText result = Convert(c.arguments);
+    EXPECT_FALSE(result.is_file);
+    EXPECT_EQ(result.text, c.text);
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,74 @@
+#include "app/command_line/long_options.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace skyhaul {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+TEST(LongOptions, AreRecognisedByTheFirstArgument) {
+  EXPECT_TRUE(HasLongOptions(Arguments{"--help"}));
+  EXPECT_TRUE(HasLongOptions(Arguments{"--"}));
+  EXPECT_FALSE(HasLongOptions(Arguments{}));
+  EXPECT_FALSE(HasLongOptions(Arguments{"/EXIT", "--help"}));
+  EXPECT_FALSE(HasLongOptions(Arguments{"-h"}));
+}
+
+TEST(LongOptions, Accepts) {
+  const struct {
+    Arguments arguments;
+    Arguments files;
+    LongCommand command = LongCommand::kHelp;
+    bool json = false;
+  } cases[] = {
+      {{"--help"}, {}, LongCommand::kHelp, false},
+      {{"--version"}, {}, LongCommand::kVersion, false},
+      {{"--ports"}, {}, LongCommand::kPorts, false},
+      {{"--info", "a", "b"}, {"a", "b"}, LongCommand::kInfo, false},
+      {{"--info", "a", "--json", "b"}, {"a", "b"}, LongCommand::kInfo, true},
+      {{"--json", "--info", "a"}, {"a"}, LongCommand::kInfo, true},
+      {{"--check", "--", "-a", "--json", "--"}, {"-a", "--json", "--"}, LongCommand::kCheck, false},
+      {{"--check", "--check", "a"}, {"a"}, LongCommand::kCheck, false},
+  };
+  for (const auto& c : cases) {
+    LongOptions options;
+    std::string message;
+    EXPECT_EQ(ParseLongOptions(c.arguments, options, message), 0) << message;
+    EXPECT_EQ(message, "");
+    EXPECT_EQ(options.command, c.command) << c.arguments[0];
+    EXPECT_EQ(options.files, c.files) << c.arguments[0];
+    EXPECT_EQ(options.json, c.json) << c.arguments[0];
+  }
+}
+
+TEST(LongOptions, SaysWhatIsWrong) {
+  const struct {
+    Arguments arguments;
+    const char* message;
+  } cases[] = {
+      {{"--chek", "a"}, "Unknown option \"--chek\" (did you mean \"--check\"?)"},
+      {{"--prots"}, "Unknown option \"--prots\" (did you mean \"--ports\"?)"},
+      {{"--info", "-json", "a"}, "Unknown option \"-json\" (did you mean \"--json\"?)"},
+      {{"--transmogrify"}, "Unknown option \"--transmogrify\" (see \"--help\")"},
+      {{"--info"}, "Missing file name after \"--info\""},
+      {{"--check", "--"}, "Missing file name after \"--check\""},
+      {{"--check", "a", "--json"}, "\"--json\" does not go with \"--check\""},
+      {{"--ports", "a", "b"}, "Unexpected \"a\" after \"--ports\""},
+      {{"--info", "--check", "a"}, "\"--info\" and \"--check\" cannot be combined"},
+      {{"--", "--info"}, "No option says what to do (see \"--help\")"},
+      {{"--json"}, "No option says what to do (see \"--help\")"},
+  };
+  for (const auto& c : cases) {
+    LongOptions options;
+    std::string message;
+    EXPECT_EQ(ParseLongOptions(c.arguments, options, message), -1) << c.message;
+    EXPECT_EQ(message, c.message);
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,129 @@
+#include "formats/igc/decode_line.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/time_scale.h"
+#include "core/units.h"
+
+namespace skyhaul {
+namespace {
+
+std::string Fix(const std::string& hhmmss) {
+  return std::string("B").append(hhmmss).append("4707500N01130001EA0012300456");
+}
+
+TEST(DecodeInstrumentIgcLine, AcceptsAndRefusesLines) {
+  const struct {
+    const char* line;
+    int result;
+  } cases[] = {
+      {"", 0},
+      {"LXSHwhatever", 0},
+      {"G1234", 0},
+      {"AXSH000", 0},
+      {"AXSH free", 0},
+      {"AXSH", -kIgcBadARecord},
+      {"AXSH00", -kIgcBadARecord},
+      {"AX H000", -kIgcBadManufacturer},
+      {"AXSH0 0", -kIgcBadSerial},
+      {"HFPLTPILOT:x", 0},
+      {"HFDTE140526", 0},
+      {"HFDTE140526rest", 0},
+      {"HFDTEDATE:140526,01", 0},
+      {"HFDTE14052", -kIgcBadDate},
+      {"HFDTEDATE:14052", -kIgcBadDate},
+      {"HFDTE000526", -kIgcBadDate},
+      {"HFDTE141326", -kIgcBadDate},
+      {"HFDTE1a0526", -kIgcBadDate},
+      {"B1200004707500N01130001EA0012300456", 1},
+      {"B1200004799999N01199999WV-0012-0456extension", 1},
+      {"B2359598999999S17999999EA9999999999", 1},
+      {"B1200004707500N01130001EA001230045", -kIgcShortBRecord},
+      {"B2400004707500N01130001EA0012300456", -kIgcBadTimeOfDay},
+      {"B1260004707500N01130001EA0012300456", -kIgcBadTimeOfDay},
+      {"B12000x4707500N01130001EA0012300456", -kIgcBadTimeOfDay},
+      {"B1200009000000N01130001EA0012300456", -kIgcBadLatitude},
+      {"B12000047075 0N01130001EA0012300456", -kIgcBadLatitude},
+      {"B1200004707500X01130001EA0012300456", -kIgcBadLatitude},
+      {"B1200004707500N18000000EA0012300456", -kIgcBadLongitude},
+      {"B1200004707500N0113000-EA0012300456", -kIgcBadLongitude},
+      {"B1200004707500N01130001SA0012300456", -kIgcBadLongitude},
+      {"B1200004707500N01130001EA--12300456", -kIgcBadPressureAltitude},
+      {"B1200004707500N01130001EA001230045x", -kIgcBadGpsAltitude},
+  };
+  for (const auto& test : cases) {
+    IgcDecoder decoder;
+    ASSERT_EQ(DecodeInstrumentIgcLine(decoder, "HFDTE010126"), 0);
+    EXPECT_EQ(DecodeInstrumentIgcLine(decoder, test.line), test.result) << test.line;
+    EXPECT_EQ(decoder.points.size(), test.result == 1 ? 1U : 0U) << test.line;
+  }
+}
+
+TEST(DecodeInstrumentIgcLine, ReadsEveryField) {
+  IgcDecoder decoder;
+  EXPECT_EQ(DecodeInstrumentIgcLine(decoder, Fix("120000")), -kIgcNoDate);
+  DecodeInstrumentIgcLine(decoder, "AABC12xFLIGHT:1");
+  DecodeInstrumentIgcLine(decoder, "HFDTE140526");
+  // Minutes are not held below 60: 47 degrees and 61.5 minutes are 48 degrees and 1.5 minutes.
+  ASSERT_EQ(DecodeInstrumentIgcLine(decoder, "B0102034761500S01130999WA-0012-0456"), 1);
+  DecodeInstrumentIgcLine(decoder, "G1");
+  DecodeInstrumentIgcLine(decoder, "G2");
+  EXPECT_EQ(decoder.manufacturer, "ABC");
+  EXPECT_EQ(decoder.serial, "12x");
+  EXPECT_EQ(decoder.g_records, 2U);
+  const TrackPoint& point = decoder.points[0];
+  EXPECT_EQ(decoder.start_time, point.time);
+  EXPECT_EQ(
+      CalendarFromTime(point.time),
+      (CalendarTime{.year = 2026, .month = 5, .day = 14, .hour = 1, .minute = 2, .second = 3}));
+  EXPECT_EQ(SemicirclesToMilliminutes(point.lat), -(48 * 60000 + 1500));
+  EXPECT_EQ(SemicirclesToMilliminutes(point.lon), -(11 * 60000 + 30999));
+  EXPECT_EQ(point.pressure_alt, -12);
+  EXPECT_EQ(point.gps_alt_dm, -4560);
+
+  DecodeInstrumentIgcLine(decoder, "AXYZ anything");
+  EXPECT_EQ(decoder.serial, "000");
+}
+
+TEST(DecodeInstrumentIgcLine, LinesUpTimes) {
+  IgcDecoder decoder;
+  DecodeInstrumentIgcLine(decoder, "HFDTE150526");
+  DecodeInstrumentIgcLine(decoder, "HFDTE140526");
+  // Repeated seconds stay; a refused line between does not count as the previous fix.
+  for (const char* hhmmss : {"100000", "100000", "090001", "24", "080001", "235959"}) {
+    DecodeInstrumentIgcLine(decoder, Fix(hhmmss));
+  }
+  EXPECT_EQ(DecodeInstrumentIgcLine(decoder, "B0000009100000N01130001EA0012300456"),
+            -kIgcBadLatitude);
+  // The instrument repeats the date after midnight, which is one midnight all the same.
+  DecodeInstrumentIgcLine(decoder, "HFDTE160526");
+  DecodeInstrumentIgcLine(decoder, Fix("000000"));
+  const uint32_t midnight = TimeFromCalendar({.year = 2026, .month = 5, .day = 14});
+  const std::vector<uint32_t> expected = {36000,         36000,         32401,
+                                          86400 + 28801, 86400 + 86399, 2 * 86400};
+  ASSERT_EQ(decoder.points.size(), expected.size());
+  for (size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(decoder.points[i].time - midnight, expected[i]) << i;
+    EXPECT_EQ(decoder.points[i].segment_start, i == 0 ? 1U : 0U) << i;
+  }
+}
+
+TEST(DecodeInstrumentIgcLine, StopsAtTheLimits) {
+  IgcDecoder decoder;
+  DecodeInstrumentIgcLine(decoder, "HFDTE311299");
+  int result = 1;
+  for (bool evening = true; result == 1; evening = !evening) {
+    result = DecodeInstrumentIgcLine(decoder, Fix(evening ? "230000" : "000000"));
+  }
+  EXPECT_EQ(result, -kIgcBadTimeOfDay);
+  EXPECT_GT(decoder.points.back().time, decoder.points.front().time);
+
+  decoder.points.resize(4'000'000);
+  EXPECT_EQ(DecodeInstrumentIgcLine(decoder, Fix("233000")), -kIgcTooManyFixes);
+  EXPECT_EQ(decoder.points.size(), 4'000'000U);
+}
+
+}  // namespace
+}  // namespace skyhaul

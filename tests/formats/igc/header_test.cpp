@@ -1,0 +1,58 @@
+#include "formats/igc/header.h"
+
+#include <gtest/gtest.h>
+
+namespace skyhaul {
+namespace {
+
+TEST(ReadIgcHeader, ReadsLongAndShortKeys) {
+  const IgcHeader header = ReadIgcHeader(
+      "AABC12345 and more\r\n"
+      "HFFTYFRTYPE:Maker,Type 7\r\n"
+      "HFPLTPILOTINCHARGE:\t Ada Lovelace \r\n"
+      "HOPLTPilot:Somebody else\r\n"
+      "HPGTYGLIDERTYPE: \n"
+      "HPGTYGLIDERTYPE:Wing: 7\n"
+      "HFGIDD-1234\n"
+      "HFSITSite:  Hill\r ignored\n"
+      "HSCCLCOMPETITION CLASS:FAI-3 (PG)\n"
+      "HFCIDCOMPETITIONID:\n"
+      "HFTZNTIMEZONE:3\n"
+      "HF\n"
+      "AXYZ999");
+  EXPECT_EQ(header.manufacturer, "ABC");
+  EXPECT_EQ(header.serial, "12345");
+  EXPECT_EQ(header.recorder, "Maker,Type 7");
+  EXPECT_EQ(header.pilot, "Ada Lovelace");
+  EXPECT_EQ(header.glider_type, "Wing: 7");
+  EXPECT_EQ(header.glider_id, "D-1234");
+  EXPECT_EQ(header.site, "Hill");
+  EXPECT_EQ(header.competition_class, "FAI-3 (PG)");
+  EXPECT_EQ(header.competition_id, "");
+}
+
+TEST(ReadIgcHeader, MakesTextsPrintable) {
+  const struct {
+    std::string bytes;
+    const char* text;
+  } cases[] = {
+      {"S\xc4\x81rnate", "S\xc4\x81rnate"},             // UTF-8 stays
+      {"\xf0\x9f\xaa\x82", "\xf0\x9f\xaa\x82"},         // with four bytes, too
+      {"J\xf6rg", "J\xc3\xb6rg"},                       // ISO 8859-1
+      {"\xc4\x81\xf6", "\xc3\x84?\xc3\xb6"},            // not UTF-8 throughout
+      {"\xc0\xaf", "\xc3\x80\xc2\xaf"},                 // overlong
+      {"\xed\xa0\x80", "\xc3\xad\xc2\xa0?"},            // surrogate
+      {"\xf4\x90\x80\x80", "\xc3\xb4???"},              // past the last character
+      {"\xe2\x82", "\xc3\xa2?"},                        // cut off
+      {std::string("a\x1b[2J\x7f\0z", 8), "a?[2J??z"},  // controls
+      {"\xc2\x9b"
+       "31m",
+       "?31m"},  // a control in UTF-8
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(ReadIgcHeader("HFPLTPILOT:" + test.bytes).pilot, test.text) << test.text;
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,45 @@
+#include "formats/igc/names.h"
+
+#include <gtest/gtest.h>
+
+#include "core/time_scale.h"
+
+namespace skyhaul {
+namespace {
+
+const uint32_t kTime =
+    TimeFromCalendar({.year = 2026, .month = 5, .day = 4, .hour = 3, .minute = 2, .second = 1});
+
+TEST(ExpandNameTemplate, ReplacesEveryKey) {
+  const struct {
+    const char* path;
+    const char* expanded;
+  } cases[] = {
+      {"", ""},
+      {"flight.igc", "flight.igc"},
+      {"$date", "20260504"},
+      {"a/$date-$time/$date.igc", "a/20260504-030201/20260504.igc"},
+      {"$$date$dat$Time", "$20260504$dat$Time"},
+  };
+  for (const auto& test : cases) {
+    std::string expanded;
+    EXPECT_EQ(ExpandNameTemplate(test.path, kTime, expanded), 0);
+    EXPECT_EQ(expanded, test.expanded);
+  }
+}
+
+TEST(ExpandNameTemplate, LimitsTheLength) {
+  std::string expanded = "before";
+  EXPECT_EQ(ExpandNameTemplate(std::string(252, 'x') + "$date", kTime, expanded), -1);
+  EXPECT_EQ(expanded, "before");
+  EXPECT_EQ(ExpandNameTemplate(std::string(251, 'x') + "$date", kTime, expanded), 0);
+  EXPECT_EQ(expanded.size(), kMaxPath);
+}
+
+TEST(IgcLongName, IsBuiltOfItsParts) {
+  EXPECT_EQ(IgcLongName(kTime, "xsh", "000", 1), "2026-05-04-xsh-000-01.igc");
+  EXPECT_EQ(IgcLongName(0, "abc", "7Q9", kMaxFlightNumber), "1989-12-31-abc-7Q9-35.igc");
+}
+
+}  // namespace
+}  // namespace skyhaul

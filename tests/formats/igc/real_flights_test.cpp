@@ -1,0 +1,109 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "core/units.h"
+#include "formats/igc/decode_line.h"
+#include "formats/igc/read_igc.h"
+#include "formats/igc/write_igc.h"
+
+namespace skyhaul {
+namespace {
+
+std::vector<std::filesystem::path> FlightFiles() {
+  const char* directory = std::getenv("SKYHAUL_FLIGHTS");
+  std::error_code error;
+  std::vector<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::directory_iterator(
+           directory != nullptr ? directory : SKYHAUL_SOURCE_DIR "/../shared/flights", error)) {
+    if (entry.path().extension() == ".igc") files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::string Contents(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::vector<TrackPoint> DecodeLines(std::string_view text) {
+  IgcDecoder decoder;
+  while (!text.empty()) {
+    const size_t line_end = std::min(text.find('\n'), text.size());
+    const std::string_view line = text.substr(0, line_end);
+    const int result = DecodeInstrumentIgcLine(decoder, line.substr(0, line.find('\r')));
+    // Files may have a short A record, which is none for an instrument.
+    EXPECT_TRUE(result >= 0 || line.starts_with('A')) << line;
+    text.remove_prefix(std::min(line_end + 1, text.size()));
+  }
+  return decoder.points;
+}
+
+bool SameMilliminutes(const TrackPoint& left, const TrackPoint& right) {
+  return SemicirclesToMilliminutes(left.lat) == SemicirclesToMilliminutes(right.lat) &&
+         SemicirclesToMilliminutes(left.lon) == SemicirclesToMilliminutes(right.lon);
+}
+
+// Every fix of the file reader is one of the decoder's, in the same order.
+void ExpectAllDecoded(const std::vector<TrackPoint>& read, const std::vector<TrackPoint>& decoded) {
+  auto found = decoded.begin();
+  for (const TrackPoint& point : read) {
+    while (found != decoded.end() && found->time != point.time) ++found;
+    ASSERT_NE(found, decoded.end()) << point.time;
+    EXPECT_EQ(found->pressure_alt, point.pressure_alt);
+    EXPECT_EQ(found->gps_alt_dm, point.gps_alt_dm);
+    EXPECT_LE(std::abs(found->lat - point.lat), 1);
+    EXPECT_LE(std::abs(found->lon - point.lon), 1);
+    EXPECT_TRUE(SameMilliminutes(*found, point)) << point.time;
+  }
+}
+
+void ExpectWrittenBack(const std::vector<TrackPoint>& points) {
+  std::string text;
+  ASSERT_GT(WriteIgc(points, {}, {}, text), 0);
+  std::vector<TrackPoint> again;
+  std::string message;
+  ASSERT_EQ(ParseIgc(text, again, message), static_cast<int>(points.size())) << message;
+  for (size_t i = 0; i < points.size(); ++i) {
+    EXPECT_EQ(again[i].time, points[i].time);
+    EXPECT_TRUE(SameMilliminutes(again[i], points[i])) << i;
+    EXPECT_EQ(again[i].pressure_alt, points[i].pressure_alt);
+    if (std::abs(points[i].gps_alt_dm) > 9999) continue;  // written as no altitude
+    // The writer's integer division moves altitudes below zero up by a metre.
+    const int32_t moved_dm = points[i].gps_alt_dm < 0 ? 10 : 0;
+    EXPECT_EQ(again[i].gps_alt_dm, points[i].gps_alt_dm + moved_dm) << i;
+  }
+}
+
+TEST(RealFlights, BothReadersAgreeAndTheWriterReturnsThem) {
+  const std::vector<std::filesystem::path> files = FlightFiles();
+  if (files.empty()) GTEST_SKIP() << "no flights: set SKYHAUL_FLIGHTS to a folder of .igc files";
+  int accepted = 0;
+  for (const std::filesystem::path& file : files) {
+    SCOPED_TRACE(file.filename().string());
+    const std::string text = Contents(file);
+    std::vector<TrackPoint> points;
+    std::string message;
+    if (ParseIgc(text, points, message) < 0) {
+      std::cout << file.filename().string() << ": " << message << '\n';
+      continue;
+    }
+    ++accepted;
+    ExpectAllDecoded(points, DecodeLines(text));
+    ExpectWrittenBack(points);
+  }
+  std::cout << accepted << " of " << files.size() << " flights read\n";
+  EXPECT_GT(accepted, 0);
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,92 @@
+#include "formats/igc/security_record.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "formats/igc/write_igc.h"
+
+namespace skyhaul {
+namespace {
+
+std::string SignedText() {
+  const TrackPoint point = {.segment_start = 1, .time = 1'000'000'000, .lat = 5, .lon = 6};
+  std::string text;
+  WriteIgc({&point, 1}, {.pilot = "Ada"}, {.sign = true, .may_be_signed = true}, text);
+  return text;
+}
+
+TEST(SecurityRecord, DigestIsTheUsualCyclicRedundancyCheck) {
+  SecurityDigest digest;
+  UpdateDigest(digest, "12345");
+  UpdateDigest(digest, "6789");
+  // The published check value of this polynomial is 0xCBF43926, complemented at the end.
+  EXPECT_EQ(digest.value, ~0xcbf43926U);
+}
+
+TEST(SecurityRecord, DiffersForEveryDigest) {
+  std::set<std::string> records;
+  constexpr uint32_t kCount = 20000;
+  for (uint32_t i = 0; i < kCount; ++i) {
+    const std::string record = SecurityRecord({.value = i * 214013});
+    EXPECT_EQ(record.size(), 17U);
+    records.insert(record);
+  }
+  EXPECT_EQ(records.size(), kCount);
+}
+
+TEST(CheckSecurityRecord, FindsEverySingleChangedByte) {
+  const std::string text = SignedText();
+  ASSERT_EQ(CheckSecurityRecord(text), SecurityCheck::kPassed);
+  const size_t record = text.rfind('G');
+  for (size_t at = 0; at < text.size(); ++at) {
+    // Without its letter, or without the line end before it, there is no G record left to fail.
+    const SecurityCheck expected =
+        at == record || at == record - 1 ? SecurityCheck::kNoRecord : SecurityCheck::kFailed;
+    for (unsigned change = 1; change < 256; ++change) {
+      std::string changed = text;
+      changed[at] = static_cast<char>(static_cast<unsigned char>(text[at]) ^ change);
+      ASSERT_EQ(CheckSecurityRecord(changed), expected) << "byte " << at << " change " << change;
+    }
+  }
+}
+
+TEST(CheckSecurityRecord, JudgesWholeTexts) {
+  const std::string text = SignedText();
+  const size_t record = text.rfind('G');
+  const std::string body = text.substr(0, record);
+  const std::string g = text.substr(record);
+  std::string lower = g;
+  for (char& c : lower) c = c >= 'A' && c <= 'F' ? static_cast<char>(c + 'a' - 'A') : c;
+  const struct {
+    const char* what;
+    std::string text;
+    SecurityCheck expected;
+  } cases[] = {
+      {"blank lines after it", text + "\r\n  \r\n", SecurityCheck::kPassed},
+      {"empty", "", SecurityCheck::kNoRecord},
+      {"unsigned", body, SecurityCheck::kNoRecord},
+      {"a line after it", text + "LXSH more\r\n", SecurityCheck::kFailed},
+      {"a second record", text + g, SecurityCheck::kFailed},
+      {"a line before it", body + "LXSH more\r\n" + g, SecurityCheck::kFailed},
+      {"another's record", body + "GABCDEF\r\n", SecurityCheck::kFailed},
+      {"lower case", body + lower, SecurityCheck::kFailed},
+      {"longer", body + g.substr(0, 17) + "0\r\n", SecurityCheck::kFailed},
+      {"cut off", text.substr(0, text.size() - 2), SecurityCheck::kFailed},
+      {"only the record", g, SecurityCheck::kFailed},
+      {"record of nothing", SecurityRecord({}) + "\r\n", SecurityCheck::kPassed},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(CheckSecurityRecord(test.text), test.expected) << test.what;
+  }
+}
+
+TEST(CheckSecurityRecord, HasItsTexts) {
+  EXPECT_STREQ(SecurityCheckText(SecurityCheck::kPassed), "Security check PASSED");
+  EXPECT_STREQ(SecurityCheckText(SecurityCheck::kFailed), "Security check FAILED");
+  EXPECT_STREQ(SecurityCheckText(SecurityCheck::kNoRecord), "No security record");
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,208 @@
+#include "formats/igc/write_igc.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/units.h"
+#include "core/version.h"
+#include "formats/igc/read_igc.h"
+#include "formats/igc/security_record.h"
+
+namespace skyhaul {
+namespace {
+
+constexpr CalendarTime kFirstFix = {
+    .year = 2026, .month = 5, .day = 14, .hour = 23, .minute = 59, .second = 58};
+
+int32_t Angle(int degrees, int milliminutes) {
+  return MilliminutesToSemicircles(degrees * 60000 + milliminutes);
+}
+
+WaypointRecord Turnpoint(int32_t lat, int32_t lon, const char* description) {
+  WaypointRecord point = {.lat = lat, .lon = lon};
+  std::memcpy(point.description, description, std::strlen(description));
+  return point;
+}
+
+std::string FixLine(const TrackPoint& point, bool enl = false) {
+  std::string text;
+  WriteIgc({&point, 1}, {}, {.enl = enl}, text);
+  const size_t start = text.find("\nB") + 1;
+  return text.substr(start, text.find('\r', start) - start);
+}
+
+TEST(WriteIgc, WritesEveryRecord) {
+  const uint32_t time = TimeFromCalendar(kFirstFix);
+  const std::vector<TrackPoint> points = {
+      {.segment_start = 1,
+       .time = time,
+       .lat = Angle(47, 7500),
+       .lon = Angle(11, 30001),
+       .gps_alt_dm = 4564,
+       .pressure_alt = 123,
+       .extra = 10},
+      {.time = time + 3,
+       .lat = -Angle(0, 1),
+       .lon = -Angle(179, 59999),
+       .gps_alt_dm = 4565,
+       .pressure_alt = -7,
+       .extra = 0},
+  };
+  std::string forty(40, 'x');
+  const DeclaredRoute task = {
+      .declaration_time = time - 86400,
+      .flight_date = time,
+      .task_number = 7,
+      .name = "Long\nway",
+      .points = {Turnpoint(0, 0, ""), Turnpoint(Angle(47, 7500), Angle(11, 30001), "Start"),
+                 Turnpoint(-Angle(8, 59999), -Angle(100, 5), "Lake\r\nB"),
+                 Turnpoint(Angle(47, 0), Angle(11, 0), forty.c_str()), Turnpoint(0, 0, "Landing")}};
+  std::string text;
+  const int length = WriteIgc(
+      points,
+      {.pilot = "Ada\r\nB", .glider_type = "Wing 7", .competition_class = "Open", .site = "Hill"},
+      {.sign = true,
+       .may_be_signed = true,
+       .serial = "000",
+       .free_text = "from\rhere",
+       .download_time = {.year = 2026, .month = 5, .day = 15, .hour = 6, .minute = 7, .second = 8},
+       .enl = true,
+       .task = &task},
+      text);
+
+  const int version = kVersionNumber % 100;
+  const std::string body =
+      "AXSH000 from here\r\n"
+      "HFDTEDATE:140526,01\r\n"
+      "HFPLTPILOT: Ada  B\r\n"
+      "HFGTYGLIDERTYPE: Wing 7\r\n"
+      "HFGIDGLIDERID: \r\n"
+      "HFDTM100GPSDATUM: WGS-84\r\n"
+      "HFCIDCOMPETITIONID: \r\n"
+      "HFCCLCOMPETITIONCLASS: Open\r\n"
+      "HFSITSITE: Hill\r\n"
+      "I013638ENL\r\n"
+      "C130526235958140526000701Long way\r\n"
+      "C0000000N00000000E\r\n"
+      "C4707500N01130001EStart\r\n"
+      "C0859999S10000005WLake  B\r\n"
+      "C4700000N01100000Exxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\r\n"
+      "C0000000N00000000ELanding\r\n"
+      "B2359584707500N01130001EA0012300456033\r\n"
+      "B0000010000001S17959999WA-000700457000\r\n"
+      "LXSH Skyhaul version " +
+      std::to_string(kVersionNumber / 100) + (version < 10 ? ".0" : ".") + std::to_string(version) +
+      "\r\n"
+      "LXSH Downloaded 2026-05-15  06:07:08\r\n";
+  EXPECT_EQ(text.substr(0, body.size()), body);
+  EXPECT_EQ(text.size(), body.size() + 19);
+  EXPECT_EQ(length, static_cast<int>(text.size()));
+  EXPECT_EQ(CheckSecurityRecord(text), SecurityCheck::kPassed);
+}
+
+TEST(WriteIgc, LeavesOutWhatIsNotAskedFor) {
+  const TrackPoint point = {.time = TimeFromCalendar(kFirstFix)};
+  const DeclaredRoute no_points = {.name = "Empty"};
+  for (const bool sign : {false, true}) {
+    std::string text;
+    WriteIgc({&point, 1}, {}, {.sign = sign, .may_be_signed = !sign, .task = &no_points}, text);
+    EXPECT_EQ(text.substr(0, 7), "AXSH \r\n");
+    for (const char* absent : {"\nG", "\nI", "\nC"}) EXPECT_EQ(text.find(absent), text.npos);
+  }
+  std::string text = "left over";
+  EXPECT_EQ(WriteIgc({}, {}, {}, text), -1);
+  EXPECT_EQ(text, "");
+}
+
+TEST(WriteIgc, CountsTurnpointsOfTheTask) {
+  const TrackPoint point = {.time = TimeFromCalendar(kFirstFix)};
+  const struct {
+    size_t points;
+    uint32_t task_number;
+    const char* counts;
+  } cases[] = {{1, 0, "000000"}, {4, 1, "000100"}, {6, 12345, "1234502"}, {104, 2, "0002100"}};
+  for (const auto& test : cases) {
+    const DeclaredRoute task = {.task_number = test.task_number,
+                                .points = std::vector<WaypointRecord>(test.points)};
+    std::string text;
+    WriteIgc({&point, 1}, {}, {.task = &task}, text);
+    const std::string line = text.substr(text.find("\nC") + 1);
+    EXPECT_EQ(line.substr(19, line.find('\r') - 19), test.counts);
+  }
+}
+
+TEST(WriteIgc, ClampsAltitudes) {
+  const struct {
+    int32_t pressure_alt;
+    int32_t gps_alt_dm;
+    const char* written;
+  } cases[] = {
+      {99999, 99999, "9999910000"},
+      {100000, 100000, "9999999999"},
+      {-9999, -9999, "-9999-0999"},
+      {-10000, -10000, "-9999-9999"},
+      {0, 4, "0000000000"},
+      {-1, 5, "-000100001"},
+      {1, -5, "0000100000"},
+      {1, -15, "00001-0001"},
+      {std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::min(), "-9999-9999"},
+      {std::numeric_limits<int32_t>::max(), std::numeric_limits<int32_t>::max(), "9999999999"},
+  };
+  for (const auto& test : cases) {
+    const TrackPoint point = {.gps_alt_dm = test.gps_alt_dm, .pressure_alt = test.pressure_alt};
+    EXPECT_EQ(FixLine(point).substr(25), test.written);
+  }
+}
+
+TEST(WriteIgc, WritesExtraValues) {
+  const struct {
+    float extra;
+    const char* written;
+  } cases[] = {{0, "000"},      {-1, "000"},  {-0.1F, "000"}, {0.152F, "000"}, {0.153F, "001"},
+               {304.4F, "999"}, {400, "999"}, {1e30F, "999"}, {-1e30F, "000"}, {NAN, "000"}};
+  for (const auto& test : cases) {
+    EXPECT_EQ(FixLine({.extra = test.extra}, true).substr(35), test.written) << test.extra;
+  }
+}
+
+TEST(WriteIgc, KeepsColumnsAtTheEdgesOfTheWorld) {
+  constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
+  constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
+  EXPECT_EQ(FixLine({.lat = kMax, .lon = kMax}), "B0000009000000N18000000EA0000000000");
+  EXPECT_EQ(FixLine({.lat = kMin, .lon = kMin}), "B0000009000000S18000000WA0000000000");
+  // Half a thousandth of a minute is 99.4 semicircles.
+  EXPECT_EQ(FixLine({.lat = -99, .lon = -100}), "B0000000000000N00000001WA0000000000");
+}
+
+TEST(WriteIgc, ReaderReturnsWhatWasWritten) {
+  std::mt19937 random(20260514);  // NOLINT(bugprone-random-generator-seed): repeatable
+  const auto between = [&](int low, int high) {
+    return std::uniform_int_distribution<int>(low, high)(random);
+  };
+  std::vector<TrackPoint> points;
+  uint32_t time = TimeFromCalendar(kFirstFix);
+  for (int i = 0; i < 5000; ++i) {
+    points.push_back({.segment_start = i == 0 ? 1U : 0U,
+                      .time = time,
+                      .lat = MilliminutesToSemicircles(between(-5399999, 5399999)),
+                      .lon = MilliminutesToSemicircles(between(-10799999, 10799999)),
+                      .gps_alt_dm = between(-999, 9999) * 10,
+                      .pressure_alt = between(-9999, 99999)});
+    time += static_cast<uint32_t>(between(1, 82799));
+  }
+  std::string text;
+  ASSERT_GT(WriteIgc(points, {}, {}, text), 0);
+  std::vector<TrackPoint> read;
+  std::string message;
+  ASSERT_EQ(ParseIgc(text, read, message), 5000) << message;
+  EXPECT_EQ(read, points);
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,226 @@
+#include "instruments/flytec/flytec_simulator.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include "core/time_scale.h"
+
+namespace skyhaul {
+namespace {
+
+constexpr uint64_t kMillisecond_ns = 1'000'000;
+constexpr uint64_t kXoffDelay_ns = 750'000;
+constexpr uint64_t kByte_ns = 173'611;  // 10 bits at 57600 baud
+
+// Every byte value once, so that nothing on the way can take it for its own.
+std::string AllBytes() {
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+  return bytes;
+}
+
+FlytecSimulator Simulator() {
+  return {.device_name = "5030",
+          .pilot_name = "JIMI HENDRIX",
+          .serial = "01001",
+          .software = "2.00",
+          .flights =
+              {{.igc_text = "AXSH\r\nB\r\n",
+                .start_time = TimeFromCalendar(
+                    {.year = 2017, .month = 4, .day = 27, .hour = 15, .minute = 29, .second = 56}),
+                .duration_s = 4 * 60 + 55},
+               {.igc_text = AllBytes(),
+                .start_time = TimeFromCalendar({.year = 2009, .month = 1, .day = 2}),
+                .duration_s = 12 * 3600 + 34}},
+          .sentence = {}};
+}
+
+void Say(SimulatedInstrument& instrument, std::string_view bytes, uint64_t now_ns = 0) {
+  for (const char c : bytes) {
+    instrument.receive(instrument.state, instrument.wire, static_cast<uint8_t>(c), now_ns);
+  }
+}
+
+std::string Hear(SimulatedInstrument& instrument, uint64_t now_ns) {
+  std::string heard(4096, 0);
+  heard.resize(
+      TakeArrived(instrument.wire, now_ns, reinterpret_cast<uint8_t*>(heard.data()), heard.size()));
+  return heard;
+}
+
+std::string AnswerTo(std::string_view request) {
+  FlytecSimulator simulator = Simulator();
+  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+  Say(instrument, request);
+  return Hear(instrument, kNever_ns - 1);
+}
+
+constexpr const char* kProductData = "\x13$PBRSNP,5030,JIMI HENDRIX     ,01001,2.00*64\r\n\x11";
+constexpr const char* kFlightList =
+    "\x13$PBRTL,02,00,27.04.17,15:29:56,00:04:55*79\r\n"
+    "$PBRTL,02,01,02.01.09,00:00:00,12:00:34*79\r\n\x11";
+
+TEST(FlytecSimulator, AnswersWhatItUnderstands) {
+  struct Case {
+    const char* name;
+    std::string request;
+    std::string answer;
+  };
+  const Case cases[] = {
+      {"product data", "\x11$PBRSNP,*21\r\n", kProductData},
+      {"flight list", "\x11$PBRTL,*74\r\n", kFlightList},
+      {"newest flight", "$PBRTR,00*6A\r\n",
+       "\x13"
+       "AXSH\r\nB\r\n\x11"},
+      {"flight byte for byte", "$PBRTR,01*6B\r\n", "\x13" + AllBytes() + "\x11"},
+      {"flight on the screen", "$PBRIGC,*21\r\n",
+       "\x13"
+       "AXSH\r\nB\r\n\x11"},
+      {"no checksum", "$PBRSNP,\r\n", kProductData},
+      {"no carriage return", "$PBRTL,*74\n", kFlightList},
+      {"garbage before", "PBRTL,*00\r\nxyz$PBRTL,*74\r\n", kFlightList},
+      {"broken off and begun again", "$PBRS$PBRTL,*74\r\n", kFlightList},
+      {"flow control inside", "$PBR\x11TL,*74\r\n", kFlightList},
+      {"two in a row", "$PBRTL,*74\r\n$PBRSNP,*21\r\n", std::string(kFlightList) + kProductData},
+      {"after an endless one", "$" + std::string(500, 'x') + "\r\n$PBRTL,*74\r\n", kFlightList},
+  };
+  for (const Case& c : cases) EXPECT_EQ(AnswerTo(c.request), c.answer) << c.name;
+}
+
+TEST(FlytecSimulator, IsSilentOtherwise) {
+  constexpr std::pair<const char*, const char*> kCases[] = {
+      {"wrong checksum", "$PBRTL,*75\r\n"},
+      {"lower-case checksum", "$PBRTR,00*6a\r\n"},
+      {"half a checksum", "$PBRTL,*7\r\n"},
+      {"more after the checksum", "$PBRTL,*740\r\n"},
+      {"no line end", "$PBRTL,*74\r"},
+      {"no dollar", "PBRTL,*74\r\n"},
+      {"unknown", "$PBRXYZ,*37\r\n"},
+      {"flight without a checksum", "$PBRTR,00\r\n"},
+      {"flight not in memory", "$PBRTR,02*68\r\n"},
+      {"flight with one digit", "$PBRTR,0*5A\r\n"},
+      {"flight with a letter", "$PBRTR,0A*1B\r\n"},
+      {"field too many", "$PBRTL,0*44\r\n"},
+      {"empty", "$\r\n"},
+      {"only a checksum", "$*00\r\n"},
+      {"only line ends", "\r\n\n\r"},
+  };
+  for (const auto& [name, request] : kCases) EXPECT_EQ(AnswerTo(request), "") << name;
+}
+
+TEST(FlytecSimulator, ListsAFlightAsARealInstrumentDid) {
+  FlytecSimulator simulator = Simulator();
+  simulator.flights.resize(7);
+  std::swap(simulator.flights[0], simulator.flights[1]);
+  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+  Say(instrument, "$PBRTL,*74\r\n");
+  const std::string list = Hear(instrument, kNever_ns - 1);
+  EXPECT_NE(list.find("$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D\r\n"), std::string::npos) << list;
+}
+
+TEST(FlytecSimulator, EmptyMemoryHasAnEmptyListAndNoFlight) {
+  FlytecSimulator simulator = Simulator();
+  simulator.flights.clear();
+  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 0);
+  Say(instrument, "$PBRTL,*74\r\n$PBRTR,00*6A\r\n$PBRIGC,*21\r\n");
+  EXPECT_EQ(Hear(instrument, kNever_ns - 1), "\x13\x11");
+}
+
+TEST(FlytecSimulator, TakesItsTime) {
+  FlytecSimulator simulator = Simulator();
+  simulator.thinking_ns = 40 * kMillisecond_ns;
+  simulator.line_gap_ns = 100 * kMillisecond_ns;
+  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+  constexpr uint64_t kAsked_ns = 5 * kMillisecond_ns;
+  Say(instrument, "$PBRTL,*74\r\n", kAsked_ns);
+  constexpr uint64_t kXoff_ns = kAsked_ns + kXoffDelay_ns + kByte_ns;
+  EXPECT_EQ(NextArrival_ns(instrument.wire), kXoff_ns);
+  EXPECT_EQ(Hear(instrument, kXoff_ns), "\x13");
+  constexpr uint64_t kAnswer_ns = kAsked_ns + kXoffDelay_ns + 40 * kMillisecond_ns;
+  EXPECT_EQ(NextArrival_ns(instrument.wire), kAnswer_ns + kByte_ns);
+  const std::string line = Hear(instrument, kAnswer_ns + 99 * kMillisecond_ns);
+  EXPECT_EQ(line, "$PBRTL,02,00,27.04.17,15:29:56,00:04:55*79\r\n");
+  EXPECT_EQ(NextArrival_ns(instrument.wire), kAnswer_ns + 100 * kMillisecond_ns + kByte_ns);
+  EXPECT_EQ(Hear(instrument, kAnswer_ns + 199 * kMillisecond_ns).back(), '\n');
+  EXPECT_EQ(Hear(instrument, kAnswer_ns + 200 * kMillisecond_ns + kByte_ns), "\x11");
+}
+
+TEST(FlytecSimulator, StopsOnXoffAndGoesOnWhereItWas) {
+  FlytecSimulator simulator = Simulator();
+  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+  Say(instrument, "$PBRSNP,*21\r\n");
+  const uint64_t some_ns = kXoffDelay_ns + simulator.thinking_ns + 5 * kByte_ns;
+  std::string heard = Hear(instrument, some_ns);
+  EXPECT_EQ(heard, "\x13$PBRS");
+  Say(instrument, "\x13", some_ns);
+  EXPECT_EQ(Hear(instrument, 1000 * kMillisecond_ns), "");
+  Say(instrument, "\x11", 1000 * kMillisecond_ns);
+  // No burst of what could have been sent in the meantime.
+  EXPECT_EQ(NextArrival_ns(instrument.wire), 1000 * kMillisecond_ns + kByte_ns);
+  heard += Hear(instrument, kNever_ns - 1);
+  EXPECT_EQ(heard, kProductData);
+}
+
+TEST(FlytecSimulator, TellsWhatBecameOfASentence) {
+  FlytecSimulator simulator = Simulator();
+  std::string told;
+  simulator.log_context = &told;
+  simulator.log = [](void* context, std::string_view text, uint64_t) {
+    *static_cast<std::string*>(context) += std::string(text) + "\n";
+  };
+  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 0);
+  Say(instrument, "$PBRTL,*74\r\n$PBRTL,*75\r\n$PBRTR,05*6F\r\n");
+  EXPECT_EQ(told,
+            "answering $PBRTL,*74\n"
+            "no sound checksum: $PBRTL,*75\n"
+            "nothing to answer: $PBRTR,05*6F\n");
+}
+
+TEST(FlightFromIgc, FindsTheTimes) {
+  struct Case {
+    const char* name;
+    const char* text;
+    CalendarTime start;
+    uint32_t duration_s;
+  };
+  constexpr CalendarTime kNoon{.year = 2021, .month = 8, .day = 5, .hour = 12};
+  constexpr CalendarTime kLate{
+      .year = 2021, .month = 8, .day = 5, .hour = 23, .minute = 59, .second = 58};
+  const Case cases[] = {
+      {"sound",
+       "AXSH000\r\nHFDTE050821\r\nB1200004700000N01100000EA0100001050\r\n"
+       "B1201404700000N01100000EA0100001050\r\n",
+       kNoon, 100},
+      {"past midnight",
+       "AXSH000\r\nHFDTEDATE:050821,01\r\nB2359584700000N01100000EA0100001050\r\n"
+       "B0000084700000N01100000EA0100001050\r\n",
+       kLate, 10},
+      {"bent but readable", "HFDTE050821\nB120000\nB47\nBxxxxxx\nB120140 and no position\n", kNoon,
+       100},
+      {"bent past midnight", "HFDTEDATE: 050821\nB235958\nB000008", kLate, 10},
+      {"date too short",
+       "HFDTE0508\r\nB120000\r\n",
+       {.year = 1989, .month = 12, .day = 31, .hour = 12},
+       0},
+      {"nothing", "\r\n\n", {}, 0},
+      {"empty", "", {}, 0},
+  };
+  for (const Case& c : cases) {
+    const FlytecFlight flight = FlightFromIgc(c.text);
+    EXPECT_EQ(flight.igc_text, c.text) << c.name;
+    EXPECT_EQ(CalendarFromTime(flight.start_time), c.start) << c.name;
+    EXPECT_EQ(flight.duration_s, c.duration_s) << c.name;
+  }
+}
+
+TEST(FlightFromIgc, NewestComesFirst) {
+  std::vector<FlytecFlight> flights = {{.igc_text = "old", .start_time = 1},
+                                       {.igc_text = "new", .start_time = 3},
+                                       {.igc_text = "middle", .start_time = 2}};
+  SortNewestFirst(flights);
+  EXPECT_EQ(flights[0].igc_text + flights[1].igc_text + flights[2].igc_text, "newmiddleold");
+}
+
+}  // namespace
+}  // namespace skyhaul
