@@ -1,0 +1,39 @@
+#include "core/track_log.h"
+
+#include <gtest/gtest.h>
+
+namespace skyhaul {
+namespace {
+
+TEST(TrackLog, InstallingResetsTheSelectionAndMarksOldResults) {
+  InstallTrackLog({{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}}, {.text = "AXSH"});
+  const uint32_t generation = CurrentTrackLog().generation;
+  SelectTrackPoints({1, 2});
+  InstallTrackLog({{.time = 9}});
+  EXPECT_TRUE(CurrentTrackLog().selection.empty());
+  EXPECT_TRUE(CurrentTrackLog().instrument_igc.text.empty());
+  EXPECT_NE(CurrentTrackLog().generation, generation);
+}
+
+TEST(TrackLog, ExportsTheSelectionUnlessItHasAHole) {
+  const struct {
+    std::vector<uint32_t> selection;
+    int result;
+    std::vector<uint32_t> times;
+  } cases[] = {
+      {{}, 0, {10, 11, 12, 13}},    {{2}, 0, {12}},      {{2, 1}, 0, {11, 12}},
+      {{1, 1, 2, 99}, 0, {11, 12}}, {{0, 1, 3}, -1, {}},
+  };
+  for (const auto& c : cases) {
+    InstallTrackLog({{.time = 10}, {.time = 11}, {.time = 12}, {.time = 13}});
+    SelectTrackPoints(c.selection);
+    std::vector<TrackPoint> points;
+    EXPECT_EQ(SelectedTrackPoints(CurrentTrackLog(), points), c.result);
+    std::vector<uint32_t> times;
+    for (const TrackPoint& point : points) times.push_back(point.time);
+    EXPECT_EQ(times, c.times);
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,172 @@
+#include "device/job_runner.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <utility>
+
+#include "instruments/bench.h"
+#include "tests/support/recording_shell.h"
+#include "transport/trace.h"
+
+namespace skyhaul {
+namespace {
+
+// Jobs of these tests wait for the test: none ends before it may.
+std::atomic<bool> may_end = true;
+std::atomic<bool> saw_abort = false;
+
+int Succeed(Job& job) {
+  job.data.waypoints.push_back({.altitude = 7});
+  ShowStatus(job.operation, "working");
+  return 3;
+}
+
+int Fail(Job& job) {
+  ShowMessage(job.operation, "broken", "Test");
+  return -1;
+}
+
+int WaitForTest(Job& job) {
+  while (!may_end && !job.operation.aborted) {
+  }
+  saw_abort = job.operation.aborted.load();
+  return StopRequested(job.operation) ? -1 : 0;
+}
+
+int BecomeQuiet(Job& job) {
+  job.operation.quiet = true;
+  ShowStatus(job.operation, "heard by nobody");
+  return 1;
+}
+
+struct Outcome {
+  int result = 0;
+  int calls = 0;
+  JobData data;
+};
+
+void Take(void* context, Job& job) {
+  auto& outcome = *static_cast<Outcome*>(context);
+  outcome.result = job.result;
+  outcome.data = std::move(job.data);
+  ++outcome.calls;
+}
+
+class JobRunnerTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    platform = BenchPlatform(bench);
+    shell = MakeShell(recorder);
+    table[kReadWaypoints][kMagellan] = Succeed;
+    table[kReadTrackLog][kMagellan] = Fail;
+    table[kEraseWaypoints][kSyride] = WaitForTest;
+    table[kReadCtrList][kFlytec] = BecomeQuiet;
+  }
+
+  int Start(uint32_t access_type, uint32_t protocol_type) {
+    return StartJob(table, {.platform = &platform,
+                            .shell = &shell,
+                            .access_type = access_type,
+                            .protocol_type = protocol_type,
+                            .completion = Take,
+                            .completion_context = &outcome});
+  }
+
+  Bench bench;
+  Platform platform;
+  RecordingShell recorder;
+  Shell shell;
+  Outcome outcome;
+  JobTable table{};
+};
+
+constexpr uint32_t kLong_ms = 60000;
+
+TEST_F(JobRunnerTest, RefusesInTheGivenOrder) {
+  const struct {
+    uint32_t access_type;
+    uint32_t protocol_type;
+    const char* message;
+  } cases[] = {
+      {11, 21, "GPS access: Bad access type"},
+      {10, 21, "GPS access: Bad protocol type"},
+      {kReadProductData, kFlytec, "GPS access: Unsupported access function"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Start(c.access_type, c.protocol_type), -1);
+    EXPECT_EQ(recorder.messages.back(), c.message);
+  }
+  EXPECT_EQ(outcome.calls, 0);
+  EXPECT_FALSE(JobRunning());
+}
+
+TEST_F(JobRunnerTest, RunsCompletesAndForgets) {
+  TraceText("of the job before");
+  ASSERT_EQ(Start(kReadWaypoints, kMagellan), 0);
+  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  EXPECT_EQ(outcome.calls, 1);
+  EXPECT_EQ(outcome.result, 3);
+  ASSERT_EQ(outcome.data.waypoints.size(), 1U);
+  EXPECT_FALSE(LastJobFailed());
+  EXPECT_FALSE(JobRunning());
+  EXPECT_EQ(TraceContents(), "");
+
+  ASSERT_EQ(Start(kReadTrackLog, kMagellan), 0);
+  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  EXPECT_EQ(outcome.result, -1);
+  EXPECT_TRUE(LastJobFailed());
+  EXPECT_EQ(Start(11, 0), -1);
+  EXPECT_FALSE(LastJobFailed()) << "every start forgets it";
+}
+
+TEST_F(JobRunnerTest, OneAtATimeAndAbort) {
+  may_end = false;
+  ASSERT_EQ(Start(kEraseWaypoints, kSyride), 0);
+  EXPECT_FALSE(WaitForJobEnd(1));
+  EXPECT_TRUE(JobRunning());
+  TraceText("of the running job");
+  EXPECT_EQ(Start(kReadWaypoints, kMagellan), -1);
+  EXPECT_EQ(recorder.messages.back(), "GPS access: Port/USB is being used");
+  EXPECT_EQ(TraceContents(), "of the running job");
+  const uint64_t before_ns = bench.now_ns;
+  PauseForRunningJob(platform);
+  EXPECT_EQ(Elapsed_ms(bench, before_ns), 2000U);
+
+  EXPECT_EQ(AbortJob(&shell), 0);
+  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  EXPECT_TRUE(saw_abort);
+  EXPECT_EQ(outcome.calls, 1);
+  EXPECT_EQ(recorder.statuses, (std::vector<std::string>{"Aborting transfer", "Transfer aborted"}));
+  may_end = true;
+
+  EXPECT_EQ(AbortJob(&shell), -1);
+  EXPECT_EQ(recorder.messages.back(), "Abort GPS access: Port not in use");
+  PauseForRunningJob(platform);
+  EXPECT_EQ(Elapsed_ms(bench, before_ns), 2000U);
+}
+
+TEST_F(JobRunnerTest, AQuietJobStaysCurrentUntilItIsReleased) {
+  ASSERT_EQ(Start(kReadCtrList, kFlytec), 0);
+  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  EXPECT_TRUE(recorder.statuses.empty());
+  EXPECT_FALSE(JobRunning());
+  EXPECT_EQ(Start(kReadWaypoints, kMagellan), -1);
+  EXPECT_EQ(recorder.messages.back(), "GPS access: Port/USB is being used");
+  ReleaseQuietJob();
+  EXPECT_EQ(Start(kReadWaypoints, kMagellan), 0);
+  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+}
+
+TEST_F(JobRunnerTest, ASystemWithoutThreadsIsToldAndLeavesNothingBehind) {
+  bench.no_threads = true;
+  EXPECT_EQ(Start(kReadWaypoints, kMagellan), -1);
+  EXPECT_EQ(recorder.messages.back(), "API32 call: Could not create GPS access thread");
+  bench.no_threads = false;
+  EXPECT_EQ(Start(kReadWaypoints, kMagellan), 0);
+  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  EXPECT_EQ(outcome.calls, 1);
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,45 @@
+#include "device/position_reports.h"
+
+#include <gtest/gtest.h>
+
+#include "core/units.h"
+#include "instruments/bench.h"
+
+namespace skyhaul {
+namespace {
+
+TEST(PositionReports, ReportsAtTheIntervalOfFlightTime) {
+  const struct {
+    const char* client;
+    uint32_t interval_s;
+    std::vector<std::string> told;
+  } cases[] = {
+      {"", 10, {}},
+      {"me", 0, {}},
+      {"me",
+       10,
+       {"me: Pos=47.000000,-11.500000,124", "me: Pos=47.000000,-11.500000,125",
+        "me: Pos=47.000000,-11.500000,126"}},
+  };
+  for (const auto& c : cases) {
+    Bench bench;
+    const Platform platform = BenchPlatform(bench);
+    Job job;
+    job.link.platform = &platform;
+    job.reports = {.client = c.client, .interval_s = c.interval_s};
+    TrackPoint point = {.lat = RadiansToSemicircles(47 / kDegreesPerRadian),
+                        .lon = RadiansToSemicircles(-11.5 / kDegreesPerRadian)};
+    uint32_t last_time = 0;
+    int32_t alt_dm = 1235;
+    for (const uint32_t time : {1000U, 1009U, 1010U, 1011U, 1019U, 1035U, 1036U}) {
+      point.time = time;
+      point.gps_alt_dm = alt_dm;
+      alt_dm += 5;
+      ReportPosition(job, point, last_time);
+    }
+    EXPECT_EQ(bench.told, c.told);
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

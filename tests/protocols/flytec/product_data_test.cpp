@@ -1,0 +1,165 @@
+#include "protocols/flytec/product_data.h"
+
+#include <gtest/gtest.h>
+
+#include "protocols/flytec/models.h"
+#include "tests/protocols/flytec/flytec_bench.h"
+
+namespace skyhaul {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+TEST(ProductData, TextsAreNormalisedAndCut) {
+  const struct {
+    const char* line;
+    int result;
+    Texts texts;
+  } cases[] = {
+      {"$PBRSNP,5030,JIMI HENDRIX     ,01001,2.00*hh",
+       0,
+       {"5030", "JIMI HENDRIX", "01001", "2.00"}},
+      {"$PBRSNP, 6030 ,  A   B  ,  01 ,3.30", 0, {"6030", "A B", "01", "3.30"}},
+      {"$PBRSNP,6030,,01001,3.30*00", 0, {"6030", "", "01001", "3.30"}},
+      {"$PBRSNP,12345678901234567,P,12345678,1234567,x*00",
+       0,
+       {"1234567890123456", "P", "1234567", "123456"}},
+      {"$PBRSNP,6030,P,01001", -1, {}},
+      {"$PBRTL,6030,P,01001,3.30", -1, {}},
+      {"", -1, {}},
+  };
+  for (const auto& c : cases) {
+    FlytecProductData data;
+    EXPECT_EQ(ParseProductData(c.line, data), c.result) << c.line;
+    if (c.result != 0) continue;
+    EXPECT_EQ((Texts{data.device_name, data.pilot_name, data.serial_number, data.software}),
+              c.texts);
+  }
+}
+
+TEST(ProductData, ModelsAndTheTrackListGate) {
+  const struct {
+    const char* device;
+    const char* model;
+    const char* software;
+    bool has_track_list;
+  } cases[] = {
+      {"5020", "5020", "1.13", false},
+      {"5020", "5020", "1.14", true},
+      {"5030", "5030", "2.19", false},
+      {"5030", "5030", "2.2", true},
+      {"COMPEO", "Compeo", "2.19", false},
+      {"COMPEO", "Compeo", "3.00", true},
+      {"COMPEO+", "Compeo+", "0.01", true},
+      {"COMPETINO", "Competino", "1.13", false},
+      {"COMPETINO", "Competino", "1.13a", true},
+      {"COMPETINO+", "Competino+", "", true},
+      {"GALILEO", "Galileo", "1.00", true},
+      {"6020", "6020", "1.00", true},
+      {"6030", "6030", "1.00", true},
+      {"IQ 6030", "6030", "9.99", false},
+      {"7000", nullptr, "9.99", false},
+  };
+  for (const auto& c : cases) {
+    const FlytecModel* model = FindFlytecModel(c.device);
+    EXPECT_STREQ(model == nullptr ? nullptr : model->model_name, c.model) << c.device;
+    EXPECT_EQ(HasTrackList(c.device, c.software), c.has_track_list) << c.device << c.software;
+  }
+}
+
+TEST(ProductData, IsReadAndShown) {
+  FlytecBench b("COMPEO+", "3.15");
+  FlytecProductData data;
+  const uint64_t start_ns = b.bench.now_ns;
+  ASSERT_EQ(ReadProductData(b.job, data), 0);
+  EXPECT_EQ(b.bench.settings.baud, 57600U);
+  EXPECT_TRUE(b.bench.settings.xon_xoff);
+  EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n");
+  EXPECT_EQ(b.job.device_name, "COMPEO+");
+  EXPECT_EQ(b.job.model_name, "Compeo+");
+  EXPECT_EQ(b.job.description, "COMPEO+ SN01001 SW3.15");
+  EXPECT_EQ(b.job.owner, "Compeo+: JIMI HENDRIX");
+  EXPECT_EQ(b.recorder.statuses, Texts{"Product data read"});
+  EXPECT_EQ(b.recorder.progress,
+            (Texts{"Requesting product info (15)", "COMPEO+, SN01001, SW3.15"}));
+  EXPECT_GE(Elapsed_ms(b.bench, start_ns), 1200U) << "the instrument needs a second";
+}
+
+TEST(ProductData, EachFailureHasItsMessage) {
+  const struct {
+    const char* what;
+    Texts answers;
+    Fault fault;
+    uint32_t attempts;
+    size_t requests;
+    const char* message;
+  } cases[] = {
+      {"silence", {""}, {}, 30, 15, "Get GPS product data: No valid response from GPS"},
+      {"odd number of attempts",
+       {""},
+       {},
+       3,
+       2,
+       "Get GPS product data: No valid response from GPS"},
+      {"another sentence",
+       {Sentence("PBRTL,0")},
+       {},
+       2,
+       1,
+       "Get GPS product data: No valid response from GPS"},
+      {"no name",
+       {Sentence("PBRSNP,6030,  ,01001,3.30")},
+       {},
+       30,
+       1,
+       "Get GPS product data: Bad/missing user name"},
+      {"write",
+       {""},
+       {.kind = FaultKind::kFailWrite, .at = 1},
+       30,
+       1,
+       "Requesting GPS product data: COM port write error"},
+      {"unplugged",
+       {"$PBRSNP,60"},
+       {.kind = FaultKind::kUnplug, .at = 5},
+       30,
+       1,
+       "Reading product data: COM port read error"},
+  };
+  for (const auto& c : cases) {
+    FlytecBench b;
+    b.script.answers["$PBRSNP,"] = c.answers;
+    b.bench.fault = c.fault;
+    b.job.link.attempts = c.attempts;
+    FlytecProductData data;
+    const uint64_t start_ns = b.bench.now_ns;
+    EXPECT_LT(ReadProductData(b.job, data), 0) << c.what;
+    EXPECT_EQ(b.recorder.messages, Texts{c.message}) << c.what;
+    EXPECT_EQ(b.script.requests.size(), c.requests) << c.what;
+    EXPECT_LE(Elapsed_ms(b.bench, start_ns), 200 + c.requests * 2051) << c.what;
+  }
+}
+
+TEST(ProductData, ALateOrSecondAnswerIsTaken) {
+  FlytecBench b;
+  const std::string good = b.script.answers["$PBRSNP,"][0];
+  b.script.answers["$PBRSNP,"] = {"", "\x13garbage$PBRSNP,60\r\n" + good + "\x11"};
+  FlytecProductData data;
+  ASSERT_EQ(ReadProductData(b.job, data), 0);
+  EXPECT_EQ(b.script.requests.size(), 2U);
+  EXPECT_EQ(b.recorder.progress[1], "Requesting product info (14)");
+  EXPECT_EQ(data.device_name, "6030");
+}
+
+TEST(ProductData, APortIsFoundAutomatically) {
+  FlytecBench b;
+  b.job.link.automatic = true;
+  b.job.link.candidates = {"port9", "port1"};
+  FlytecProductData data;
+  EXPECT_EQ(ReadProductData(b.job, data), 0);
+  EXPECT_EQ(b.bench.open_port, "port1");
+  EXPECT_EQ(data.device_name, "6030");
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,108 @@
+#include "protocols/flytec/track_list.h"
+
+#include <gtest/gtest.h>
+
+#include "core/time_scale.h"
+#include "protocols/flytec/track_list_line.h"
+#include "tests/protocols/flytec/flytec_bench.h"
+
+namespace skyhaul {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+TEST(TrackListLine, EachFieldHasItsMessage) {
+  const struct {
+    const char* line;
+    const char* message;  // null: accepted
+  } cases[] = {
+      {"$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D", nullptr},
+      {"$PBRTL,07,01,27.04.17,15:29:56,00:04:55,1,2,3,4,5*00", nullptr},
+      {"$PBRTL,07,01,27.04.17,15:29:56", "NMEA line parse error"},
+      {"$PBRTL", "NMEA line parse error"},
+      {"$PBRTR,07,01,27.04.17,15:29:56,00:04:55", "Bad NMEA identifier"},
+      {"$PBRTL,x,01,27.04.17,15:29:56,00:04:55", "Bad track count parameter"},
+      {"$PBRTL,07,1x,27.04.17,15:29:56,00:04:55", "Bad track index parameter"},
+      {"$PBRTL,07,01,32.04.17,15:29:56,00:04:55", "Bad track date parameter"},
+      {"$PBRTL,07,01,27.13.17,15:29:56,00:04:55", "Bad track date parameter"},
+      {"$PBRTL,07,01,27.04,15:29:56,00:04:55", "Bad track date parameter"},
+      {"$PBRTL,07,01,27.04.2017,15:29:56,00:04:55", "Bad track date parameter"},
+      {"$PBRTL,07,01,27.04.17,24:29:56,00:04:55", "Bad track time parameter"},
+      {"$PBRTL,07,01,27.04.17,15:60:56,00:04:55", "Bad track time parameter"},
+      {"$PBRTL,07,01,27.04.17,15-29-56,00:04:55", "Bad track time parameter"},
+      {"$PBRTL,07,01,27.04.17,15:29:56,00:04:60", "Bad track duration parameter"},
+      {"$PBRTL,07,01,27.04.17,15:29:56,*7D", "Bad track duration parameter"},
+  };
+  for (const auto& c : cases) {
+    TrackListEntry entry;
+    EXPECT_STREQ(ParseTrackListLine(c.line, entry), c.message) << c.line;
+  }
+  TrackListEntry entry;
+  ParseTrackListLine("$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D", entry);
+  const CalendarTime start = {
+      .year = 2017, .month = 4, .day = 27, .hour = 15, .minute = 29, .second = 56};
+  EXPECT_EQ(entry.index, 1U);
+  EXPECT_EQ(CalendarFromTime(entry.start_time), start);
+  EXPECT_EQ(entry.duration_s, 295U);
+}
+
+std::string ListLine(uint32_t index) {
+  return Sentence("PBRTL,300," + std::to_string(index) + ",27.04.17,15:29:56,00:04:55");
+}
+
+TEST(TrackList, IsReadUntilTheInstrumentIsSilent) {
+  FlytecBench b;
+  // The last index that is kept, one that is not, and one that comes twice.
+  b.script.answers["$PBRTL,"] = {"\x13" + ListLine(3) + ListLine(254) + ListLine(255) +
+                                 ListLine(0) + ListLine(3) + "\x11"};
+  EXPECT_EQ(FlytecFlightListJob(b.job), 3);
+  std::vector<uint32_t> indices;
+  for (const TrackListEntry& entry : b.job.data.track_list) indices.push_back(entry.index);
+  EXPECT_EQ(indices, (std::vector<uint32_t>{0, 3, 254}));
+  EXPECT_EQ(b.recorder.statuses.back(), "3 tracks in track list found");
+  EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRTL,*74\r\n");
+  EXPECT_TRUE(b.recorder.messages.empty());
+}
+
+TEST(TrackList, EndsAfterOneSecondOfSilence) {
+  FlytecBench b;
+  b.script.answers["$PBRTL,"] = {""};
+  const uint64_t start_ns = b.bench.now_ns;
+  EXPECT_EQ(FlytecFlightListJob(b.job), 0);
+  EXPECT_EQ(b.recorder.statuses.back(), "0 tracks in track list found");
+  // Opening 200 ms, identification, its pause of 1000 ms, then the silence.
+  EXPECT_NEAR(static_cast<double>(Elapsed_ms(b.bench, start_ns)), 2260, 60);
+}
+
+TEST(TrackList, TheGateRefusesWithoutAWord) {
+  FlytecBench b("COMPETINO", "1.13");
+  EXPECT_EQ(FlytecFlightListJob(b.job), kNoTrackList);
+  EXPECT_EQ(b.script.requests.size(), 1U);
+  EXPECT_TRUE(b.recorder.messages.empty());
+}
+
+TEST(TrackList, EachFailureHasItsMessage) {
+  const struct {
+    std::string answer;
+    Fault fault;
+    const char* message;
+  } cases[] = {
+      {"$PBRTL,1\r\n", {}, "Read GPS track list: NMEA line parse error"},
+      {ListLine(0),
+       {.kind = FaultKind::kFailWrite, .at = 1},
+       "Read GPS track list: E500 COM port write error"},
+      {ListLine(0),
+       {.kind = FaultKind::kUnplug, .at = 60},
+       "Read GPS track list: E503 COM port read error"},
+  };
+  for (const auto& c : cases) {
+    FlytecBench b;
+    b.script.answers["$PBRTL,"] = {c.answer};
+    b.bench.fault = c.fault;
+    EXPECT_EQ(FlytecFlightListJob(b.job) < 0, true);
+    EXPECT_EQ(b.recorder.messages, Texts{c.message});
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

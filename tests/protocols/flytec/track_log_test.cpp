@@ -1,0 +1,204 @@
+#include "protocols/flytec/track_log.h"
+
+#include <gtest/gtest.h>
+
+#include "formats/igc/decode_line.h"
+#include "protocols/flytec/track_list.h"
+#include "tests/protocols/flytec/flytec_bench.h"
+
+namespace skyhaul {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+// A flight whose fixes are a second apart, with or without its G record.
+std::string Igc(const char* hour_minute, int fixes, bool sealed = true) {
+  std::string text = "AXSH000 6030\r\nHFDTE270417\r\n";
+  for (int i = 0; i < fixes; ++i) {
+    char line[64];
+    std::snprintf(line, sizeof line, "B%s%02d4743%03dN01121571EA0062000640\r\n", hour_minute,
+                  i % 60, i);
+    text += line;
+  }
+  return sealed ? text + "G0123456789ABCDEF\r\n" : text;
+}
+
+std::string ListLine(uint32_t index, const char* start, const char* duration = "00:00:50") {
+  return Sentence("PBRTL,02,0" + std::to_string(index) + ",27.04.17," + start + "," + duration);
+}
+
+// A bench with two flights aboard, the newest first.
+struct TwoFlights : FlytecBench {
+  TwoFlights() {
+    script.answers["$PBRTL,"] = {ListLine(0, "12:30:00") + ListLine(1, "12:00:00")};
+    script.answers["$PBRTR,00"] = {"\x13" + newest + "\x11"};
+    script.answers["$PBRTR,01"] = {"\x13" + oldest + "\x11"};
+    script.answers["$PBRIGC,"] = {"\x13" + oldest + "\x11"};
+  }
+  std::string newest = Igc("1230", 5);
+  std::string oldest = Igc("1200", 3);
+};
+
+TEST(TrackLogJob, DownloadsTheChosenFlightToTheByte) {
+  TwoFlights b;
+  b.newest = Igc("1230", 50);
+  b.script.answers["$PBRTR,00"] = {"\x13" + b.newest + "\x11"};
+  const uint64_t start_ns = b.bench.now_ns;
+  ASSERT_EQ(FlytecTrackLogJob(b.job), 50);
+  ASSERT_EQ(b.job.data.tracks.size(), 1U);
+  const DownloadedTrack& track = b.job.data.tracks[0];
+  EXPECT_EQ(track.igc.text, b.newest);
+  EXPECT_EQ(track.igc.manufacturer, "XSH");
+  EXPECT_EQ(track.igc.serial, "000");
+  EXPECT_EQ(track.points.size(), 50U);
+  EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRTL,*74\r\n\x11$PBRTR,00*6A\r\n");
+  EXPECT_EQ(b.recorder.statuses,
+            (Texts{"Product data read", "2 tracks in track list found", "Requesting track log 1",
+                   "Receiving track log", "50 points received"}));
+  EXPECT_EQ(b.recorder.progress.back(), "Track position 1 (0m 0s)");
+  EXPECT_TRUE(b.recorder.messages.empty());
+  // 200 opening, 1000 after identification, 1000 and 2000 silence, 500 before the request, the
+  // wire.
+  const double wire_ms = static_cast<double>(b.bench.sent + b.bench.received) * 10'000 / 57600;
+  EXPECT_NEAR(static_cast<double>(Elapsed_ms(b.bench, start_ns)), 4700 + wire_ms, 120);
+}
+
+TEST(TrackLogJob, ShowsEveryHundredthPositionWithItsTimeAndPercentage) {
+  FlytecBench b;
+  std::string text = "AXSH000\r\nHFDTE270417\r\n";
+  for (int i = 0; i < 350; ++i) {
+    char line[64];
+    std::snprintf(line, sizeof line, "B12%02d%02d4743564N01121571EA0062000640\r\n", i / 60, i % 60);
+    text += line;
+  }
+  b.script.answers["$PBRTL,"] = {ListLine(0, "12:00:00", "00:06:40")};
+  b.script.answers["$PBRTR,00"] = {text + "G00\r\n"};
+  ASSERT_EQ(FlytecTrackLogJob(b.job), 350);
+  b.recorder.progress.erase(b.recorder.progress.begin(), b.recorder.progress.begin() + 2);
+  EXPECT_EQ(b.recorder.progress,
+            (Texts{"Track position 1 (0m 0s)", "Track position 101 (1m 40s)",
+                   "Track position 201 (3m 20s)", "Track position 301 (5m 0s)"}));
+  b.recorder.percents.erase(b.recorder.percents.begin(), b.recorder.percents.begin() + 2);
+  EXPECT_EQ(b.recorder.percents, (std::vector<int>{0, 25, 50, 75}));
+}
+
+TEST(TrackLogJob, DownloadsTheFlightSelectedOnTheInstrument) {
+  TwoFlights b;
+  b.job.parameter = kCurrentTrack;
+  ASSERT_EQ(FlytecTrackLogJob(b.job), 3);
+  EXPECT_EQ(b.job.data.tracks[0].igc.text, b.oldest);
+  EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRIGC,*21\r\n");
+}
+
+TEST(TrackLogJob, SeveralFlightsComeOneByOneOrJoined) {
+  for (const bool join : {false, true}) {
+    TwoFlights b;
+    b.recorder.choice = {1, 0};
+    b.job.join_tracks = join;
+    ASSERT_EQ(FlytecTrackLogJob(b.job), 8);
+    ASSERT_EQ(b.job.data.tracks.size(), join ? 1U : 2U);
+    if (!join) {
+      EXPECT_EQ(b.job.data.tracks[0].igc.text, b.newest);
+      EXPECT_EQ(b.job.data.tracks[1].igc.text, b.oldest);
+      continue;
+    }
+    const std::vector<TrackPoint>& points = b.job.data.tracks[0].points;
+    EXPECT_TRUE(std::is_sorted(points.begin(), points.end(),
+                               [](const auto& x, const auto& y) { return x.time < y.time; }));
+    EXPECT_TRUE(b.job.data.tracks[0].igc.text.empty());
+  }
+}
+
+TEST(TrackLogJob, EachFailureHasItsMessage) {
+  const struct {
+    std::string answer;  // to the track's request
+    Fault fault;
+    const char* message;
+  } cases[] = {
+      {"", {}, "Read GPS track log: 0 points received"},
+      {"AXSH000\r\nG00\r\n", {}, "Read GPS track log: 0 points received"},
+      {"axsh000\r\n", {}, "Read GPS track log: E205 Bad record type (61)"},
+      {Igc("1200", 1) + "\xff", {}, "Read GPS track log: E205 Bad record type (FF)"},
+      {"L" + std::string(81, 'x'), {}, "Read GPS track log: E207 Too long sentence"},
+      {"AX\r\n", {}, "Read GPS track log: E206 Format error 1"},
+      {"B1200004743564N01121571EA0062000640\r\n", {}, "Read GPS track log: E206 Format error 6"},
+      {Igc("1200", 5),
+       {.kind = FaultKind::kFailWrite, .at = 2},
+       "Read GPS track log: E202 COM port write error"},
+      {Igc("1200", 5),
+       {.kind = FaultKind::kUnplug, .at = 150},
+       "Read GPS track log: E203 COM port read error"},
+  };
+  for (const auto& c : cases) {
+    TwoFlights b;
+    b.script.answers["$PBRTR,00"] = {c.answer};
+    b.bench.fault = c.fault;
+    EXPECT_LT(FlytecTrackLogJob(b.job), 0);
+    EXPECT_EQ(b.recorder.messages, Texts{c.message});
+    EXPECT_TRUE(b.job.data.tracks.empty());
+  }
+}
+
+TEST(TrackLogJob, ALineOf81CharactersIsTaken) {
+  TwoFlights b;
+  const std::string text = "L" + std::string(80, 'x') + "\r\n" + b.newest;
+  b.script.answers["$PBRTR,00"] = {text};
+  EXPECT_EQ(FlytecTrackLogJob(b.job), 5);
+  EXPECT_EQ(b.job.data.tracks[0].igc.text, text);
+}
+
+TEST(TrackLogJob, AFlightWithoutSealIsKeptAndTold) {
+  TwoFlights b;
+  b.script.answers["$PBRTR,00"] = {Igc("1230", 5, false)};
+  EXPECT_EQ(FlytecTrackLogJob(b.job), 5);
+  EXPECT_EQ(b.recorder.messages, Texts{"Read GPS track log: No G-records found"});
+}
+
+TEST(TrackLogJob, JoiningRefusesOverlapsAndGaps) {
+  const struct {
+    const char* oldest_start;
+    const char* message;
+  } cases[] = {
+      {"1230", "Read GPS track log: Overlapping track start/stop times"},
+      {"1129", "Read GPS track log: Time gap between tracks greater than 3600 s"},
+  };
+  for (const auto& c : cases) {
+    TwoFlights b;
+    b.recorder.choice = {0, 1};
+    b.job.join_tracks = true;
+    b.script.answers["$PBRTR,01"] = {Igc(c.oldest_start, 3)};
+    EXPECT_LT(FlytecTrackLogJob(b.job), 0);
+    EXPECT_EQ(b.recorder.messages, Texts{c.message});
+  }
+}
+
+TEST(TrackLogJob, WhatCannotBeChosenIsTold) {
+  TwoFlights empty;
+  empty.script.answers["$PBRTL,"] = {""};
+  EXPECT_LT(FlytecTrackLogJob(empty.job), 0);
+  EXPECT_EQ(empty.recorder.messages,
+            Texts{"Read GPS track log: The instrument holds no track logs"});
+
+  TwoFlights too_old;
+  too_old.recorder.choice = {100};
+  EXPECT_LT(FlytecTrackLogJob(too_old.job), 0);
+  EXPECT_EQ(too_old.recorder.messages,
+            Texts{"Read GPS track log: Track log 101 is too old to be requested"});
+  EXPECT_EQ(too_old.script.requests.size(), 2U);
+
+  TwoFlights nothing;
+  nothing.recorder.choice = {};
+  EXPECT_LT(FlytecTrackLogJob(nothing.job), 0);
+  EXPECT_EQ(nothing.script.requests.size(), 2U);
+}
+
+TEST(TrackLogJob, ClientsHearOfPositionsWhileTheyArrive) {
+  TwoFlights b;
+  b.job.reports = {.client = "me", .interval_s = 2};
+  ASSERT_EQ(FlytecTrackLogJob(b.job), 5);
+  EXPECT_EQ(b.bench.told.size(), 3U);
+  EXPECT_EQ(b.bench.told[0], "me: Pos=47.716667,11.359517,640");
+}
+
+}  // namespace
+}  // namespace skyhaul

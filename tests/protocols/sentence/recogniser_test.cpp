@@ -1,0 +1,126 @@
+#include "protocols/sentence/recogniser.h"
+
+#include <gtest/gtest.h>
+
+#include "protocols/sentence/checksum.h"
+#include "protocols/sentence/line_collector.h"
+
+namespace skyhaul {
+namespace {
+
+template <typename Recogniser>
+std::vector<int> FeedAll(Recogniser& recogniser, const std::string& bytes,
+                         int (*feed)(Recogniser&, uint8_t)) {
+  std::vector<int> ends;  // results that are not "more"
+  for (const char c : bytes) {
+    const int result = feed(recogniser, static_cast<uint8_t>(c));
+    if (result != 1) ends.push_back(result);
+  }
+  return ends;
+}
+
+std::string Sentence(const std::string& body) {
+  std::string sentence = "$" + body;
+  AppendNmeaChecksum(sentence, 200);
+  return sentence;
+}
+
+using Results = std::vector<int>;
+
+TEST(SentenceRecogniser, TellsEachFaultByItsNumber) {
+  const struct {
+    const char* what;
+    std::string bytes;
+    Results results;
+  } cases[] = {
+      {"published example",
+       "$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\n",
+       {0}},
+      {"noise before it", "xx*12\r\n$PBRANS,1*01\r\n", {0}},
+      {"two sentences", "$PBRANS,1*01\r\n$PBRANS,1*01\r\n", {0, 0}},
+      {"81 characters", Sentence(std::string(81, 'x')), {0}},
+      {"82 characters", "$" + std::string(82, 'x'), {-kSentenceTooLong}},
+      {"lower case first digit", "$PBRTR,08*d1", {-kBadFirstChecksumDigit}},
+      {"lower case second digit", "$PBRTR,00*6a", {-kBadSecondChecksumDigit}},
+      {"no CR", "$PBRANS,1*01\n", {-kCrMissing}},
+      {"no LF", "$PBRANS,1*01\rx", {-kLfMissing}},
+      {"wrong checksum", "$PBRANS,2*01\r\n", {-kChecksumMismatch}},
+      {"goes on after a fault", "$PBRANS,2*01\r\n$PBRANS,1*01\r\n", {-kChecksumMismatch, 0}},
+      {"dollar inside", Sentence("A$B"), {0}},
+      {"empty body", "$*00\r\n", {0}},
+  };
+  for (const auto& c : cases) {
+    SentenceRecogniser recogniser;
+    EXPECT_EQ(FeedAll(recogniser, c.bytes, FeedSentenceByte), c.results) << c.what;
+  }
+  SentenceRecogniser recogniser;
+  FeedAll(recogniser, "$PBRANS,1*01\r\n", FeedSentenceByte);
+  EXPECT_EQ(recogniser.text, "$PBRANS,1");
+}
+
+TEST(PrefixRecogniser, TellsEachFaultByItsNumberAndKeepsTheStatus) {
+  const struct {
+    const char* what;
+    std::string bytes;
+    Results results;
+    char status;
+  } cases[] = {
+      {"acknowledgement", "$PBRANS,1*01\r\n", {0}, '1'},
+      {"noise before it", "A\r\n$PBRANS,3*03\r\n", {0}, '3'},
+      {"more after the status", Sentence("PBRANS,2 because"), {0}, '2'},
+      {"another sentence first", "$PBRTL,1*00\r\n$PBRANS,1*01\r\n", {-kPrefixMismatch, 0}, '1'},
+      {"bad digits", "$PBRANS,1*g", {-kBadFirstChecksumDigit}, '1'},
+      {"bad digits", "$PBRANS,1*0a", {-kBadSecondChecksumDigit}, '1'},
+      {"no CR", "$PBRANS,1*01x", {-kCrMissing}, '1'},
+      {"no LF", "$PBRANS,1*01\r\r", {-kLfMissing}, '1'},
+      {"wrong checksum", "$PBRANS,1*02\r\n", {-kChecksumMismatch}, '1'},
+  };
+  for (const auto& c : cases) {
+    PrefixRecogniser recogniser{.prefix = "$PBRANS,"};
+    EXPECT_EQ(FeedAll(recogniser, c.bytes, FeedPrefixedSentenceByte), c.results) << c.what;
+    EXPECT_EQ(recogniser.status, c.status) << c.what;
+  }
+}
+
+TEST(Checksum, IsAppendedAsFarAsItFits) {
+  const struct {
+    const char* sentence;
+    size_t capacity;
+    const char* expected;
+  } cases[] = {
+      {"$PBRSNP,", 85, "$PBRSNP,*21\r\n"}, {"$PBRTL,", 85, "$PBRTL,*74\r\n"},
+      {"$PBRIGC,", 85, "$PBRIGC,*21\r\n"}, {"$PBRWPS,", 85, "$PBRWPS,*38\r\n"},
+      {"$PBRCTR,", 85, "$PBRCTR,*29\r\n"}, {"$PBRTR,07", 85, "$PBRTR,07*6D\r\n"},
+      {"$PBRTL,", 11, "$PBRTL,*74"},       {"", 85, "*00\r\n"},
+  };
+  for (const auto& c : cases) {
+    std::string sentence = c.sentence;
+    AppendNmeaChecksum(sentence, c.capacity);
+    EXPECT_EQ(sentence, c.expected);
+  }
+}
+
+TEST(LineCollector, CollectsFromDollarToCarriageReturn) {
+  const struct {
+    const char* bytes;
+    std::vector<std::string> lines;
+  } cases[] = {
+      {"noise\r\n$A,1*00\r\n\x11", {"$A,1*00"}},
+      {"$A\n$B\r\n", {"$A", "$B"}},
+      {"$A\rdropped\n$B\r\n", {"$A", "$B"}},
+      {"$123456789012\r\n", {"$123456789"}},
+      {"$A\r", {}},
+  };
+  for (const auto& c : cases) {
+    LineCollector collector;
+    collector.limit = 10;
+    std::vector<std::string> lines;
+    for (const char* at = c.bytes; *at != 0; ++at) {
+      if (CollectLineByte(collector, static_cast<uint8_t>(*at))) lines.push_back(collector.line);
+    }
+    EXPECT_EQ(lines, c.lines) << c.bytes;
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

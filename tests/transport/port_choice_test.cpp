@@ -1,0 +1,92 @@
+#include "transport/port_choice.h"
+
+#include <gtest/gtest.h>
+
+#include "instruments/bench.h"
+
+namespace skyhaul {
+namespace {
+
+using Names = std::vector<std::string>;
+
+std::vector<PortInfo> Ports(const Names& names) {
+  std::vector<PortInfo> ports;
+  for (const std::string& name : names) {
+    ports.push_back({.number = static_cast<uint32_t>(ports.size() + 1), .name = name});
+  }
+  return ports;
+}
+
+TEST(PortChoice, TheConfiguredPortComesFirst) {
+  const struct {
+    Names listed;
+    bool list_fails;
+    const char* configured;
+    Names expected;
+  } cases[] = {
+      {{"a", "b", "c"}, false, "c", {"c", "b", "a"}},
+      {{"a", "b", "c"}, false, "a", {"a", "b", "c"}},
+      {{"a", "b"}, false, "x", {"a", "b"}},
+      {{}, false, "x", {"COM1"}},
+      {{}, true, "x", {"COM1"}},
+  };
+  for (const auto& c : cases) {
+    Bench bench;
+    bench.ports = Ports(c.listed);
+    bench.list_fails = c.list_fails;
+    EXPECT_EQ(CandidatePorts(BenchPlatform(bench), c.configured), c.expected);
+  }
+}
+
+TEST(PortChoice, ANewPortIsNoticed) {
+  Bench bench;
+  const Platform platform = BenchPlatform(bench);
+  PortMemory memory;
+  const struct {
+    Names listed;
+    const char* expected;
+  } changes[] = {
+      {{}, ""},                     // only remembered
+      {{"a", "b"}, "b"},            // nothing was remembered: the highest number
+      {{"a", "b"}, ""},             // nothing new
+      {{"a", "c", "b", "d"}, "c"},  // the first new one
+      {{"a"}, ""},                  // ports that go are no reason to change
+      {{"a", "b"}, "b"},
+  };
+  for (const auto& change : changes) {
+    bench.ports = Ports(change.listed);
+    EXPECT_EQ(NewPort(platform, memory), change.expected);
+  }
+}
+
+TEST(PortChoice, PortsFromText) {
+  Bench bench;
+  bench.ports = Ports({"/dev/ttyUSB0", "/dev/ttyS0"});
+  const Platform platform = BenchPlatform(bench);
+  const std::string longest = "/" + std::string(79, 'x');
+  const struct {
+    std::string text;
+    const char* name;  // null: refused
+  } cases[] = {
+      {"1", "/dev/ttyUSB0"},
+      {"2", "/dev/ttyS0"},
+      {"50", "COM50"},
+      {"0", nullptr},
+      {"51", nullptr},
+      {"-1", nullptr},
+      {"1x", nullptr},
+      {"", nullptr},
+      {"/dev/x", "/dev/x"},
+      {"dev/x", nullptr},
+      {longest, longest.c_str()},
+      {longest + "x", nullptr},
+  };
+  for (const auto& c : cases) {
+    std::string name;
+    EXPECT_EQ(PortNameFromText(platform, c.text, name), c.name == nullptr ? -1 : 0) << c.text;
+    EXPECT_EQ(name, c.name == nullptr ? "" : c.name);
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

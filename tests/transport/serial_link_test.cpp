@@ -1,0 +1,182 @@
+#include "transport/serial_link.h"
+
+#include <gtest/gtest.h>
+
+#include "instruments/bench.h"
+#include "tests/support/recording_shell.h"
+#include "tests/support/scripted_instrument.h"
+#include "transport/trace.h"
+
+namespace skyhaul {
+namespace {
+
+constexpr SerialSettings kSettings = {.baud = 57600, .xon_xoff = true};
+
+// A link over a bench on which a scripted instrument answers.
+class SerialLinkTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    instrument = MakeScripted(script);
+    bench.instrument = &instrument;
+    platform = BenchPlatform(bench);
+    shell = MakeShell(recorder);
+    operation.shell = &shell;
+    link.platform = &platform;
+    link.operation = &operation;
+    link.port_name = bench.instrument_port;
+    bench.abort = [](void* context) { static_cast<Operation*>(context)->aborted = true; };
+    bench.abort_context = &operation;
+  }
+
+  ScriptedInstrument script;
+  SimulatedInstrument instrument;
+  Bench bench;
+  Platform platform;
+  RecordingShell recorder;
+  Shell shell;
+  Operation operation;
+  SerialLink link;
+};
+
+TEST_F(SerialLinkTest, OpensAtOnceAndLetsThePortSettle) {
+  const uint64_t start_ns = bench.now_ns;
+  ASSERT_EQ(OpenPort(link, kSettings), 0);
+  EXPECT_EQ(Elapsed_ms(bench, start_ns), 200U);
+  EXPECT_EQ(bench.settings.baud, 57600U);
+  EXPECT_TRUE(bench.settings.xon_xoff);
+  EXPECT_TRUE(recorder.progress.empty());
+  ClosePort(link);
+  ClosePort(link);
+  EXPECT_EQ(bench.open_port, "");
+}
+
+TEST_F(SerialLinkTest, TriesOnceASecondAndCountsDown) {
+  bench.failing_opens = 2;
+  link.attempts = 5;
+  const uint64_t start_ns = bench.now_ns;
+  ASSERT_EQ(OpenPort(link, kSettings), 0);
+  EXPECT_EQ(Elapsed_ms(bench, start_ns), 2200U);
+  EXPECT_EQ(recorder.progress,
+            (std::vector<std::string>{"Connecting to GPS (5)", "Connecting to GPS (4)"}));
+}
+
+TEST_F(SerialLinkTest, SaysWhyItCouldNotOpen) {
+  struct Case {
+    uint32_t attempts;
+    PortProblem problem;
+    SetupStep setup;
+    uint64_t elapsed_ms;
+    const char* message;
+  } const cases[] = {
+      {3, PortProblem::kBusy, SetupStep::kNone, 3000,
+       "Connecting to GPS on port1: Could not open serial port (sure it's the right one ?)\n"
+       "port1 cannot be opened"},
+      {0, PortProblem::kBusy, SetupStep::kNone, 0,
+       "Connecting to GPS on port1: Could not open serial port (sure it's the right one ?)"},
+      {3, PortProblem::kNone, SetupStep::kSetState, 100,
+       "Connecting to GPS on port1: Error while initialising port"},
+  };
+  for (const Case& c : cases) {
+    recorder = {};
+    bench.open_problems.clear();
+    if (c.problem != PortProblem::kNone) bench.open_problems["port1"] = c.problem;
+    bench.setup_failure = c.setup;
+    link.attempts = c.attempts;
+    const uint64_t start_ns = bench.now_ns;
+    EXPECT_EQ(OpenPort(link, kSettings), -1);
+    EXPECT_EQ(Elapsed_ms(bench, start_ns), c.elapsed_ms);
+    EXPECT_EQ(recorder.messages, std::vector<std::string>{c.message});
+    EXPECT_EQ(bench.open_port, "") << "the port must not stay open";
+    EXPECT_EQ(link.handle, kNoSerialHandle);
+  }
+}
+
+TEST_F(SerialLinkTest, AbortEndsConnectingWithinOneAttempt) {
+  bench.open_problems["port1"] = PortProblem::kMissing;
+  bench.fault = {.kind = FaultKind::kAbort, .at = 30};
+  const uint64_t start_ns = bench.now_ns;
+  EXPECT_EQ(OpenPort(link, kSettings), -1);
+  EXPECT_LE(Elapsed_ms(bench, start_ns), 2000U);
+  EXPECT_TRUE(Has(recorder.statuses, "Transfer aborted"));
+  EXPECT_TRUE(recorder.messages.empty());
+}
+
+TEST_F(SerialLinkTest, ReconfiguringSaysWhichStepFailed) {
+  ASSERT_EQ(OpenPort(link, kSettings), 0);
+  const struct {
+    SetupStep step;
+    const char* message;
+  } cases[] = {
+      {SetupStep::kGetState, "Initialising COM port: Error getting COM port state"},
+      {SetupStep::kSetTimeouts, "Initialising COM port: Error setting COM port timeouts"},
+      {SetupStep::kSetState, "Initialising COM port: Error setting COM port state"},
+      {SetupStep::kPurge, "Initialising COM port: Error purging COM port buffers"},
+  };
+  for (const auto& c : cases) {
+    bench.setup_failure = c.step;
+    EXPECT_EQ(ReconfigurePort(link, {.baud = 9600}), -1);
+    EXPECT_EQ(recorder.messages.back(), c.message);
+  }
+  bench.setup_failure = SetupStep::kNone;
+  const uint64_t start_ns = bench.now_ns;
+  EXPECT_EQ(ReconfigurePort(link, {.baud = 9600}), 0);
+  EXPECT_EQ(Elapsed_ms(bench, start_ns), 200U);
+  EXPECT_EQ(bench.settings.baud, 9600U);
+}
+
+TEST_F(SerialLinkTest, ReadingKeepsWhatComesAfterTheAnswerAndTracesEverything) {
+  script.answers["$A"] = {"one\x13\n\x11two\n"};
+  ASSERT_EQ(OpenPort(link, kSettings), 0);
+  ClearTrace();
+  ASSERT_EQ(WriteText(link, "$A\n"), 0);
+  for (const char* expected : {"one", "two"}) {
+    std::string line;
+    const auto feed = [&](uint8_t byte) {
+      if (byte == '\n') return Feed::kDone;
+      line += static_cast<char>(byte);
+      return Feed::kMore;
+    };
+    ASSERT_EQ(ReadWithDeadline(link, {}, feed), 0);
+    EXPECT_EQ(line, expected);
+  }
+  EXPECT_EQ(TraceContents(), "$A\none\x13\n\x11two\n");
+  const uint8_t bytes[] = {0x0a, 0xff};
+  ASSERT_EQ(WriteBytes(link, bytes, 2), 0);
+  EXPECT_EQ(bench.written.substr(3), "\x0a\xff");
+  EXPECT_EQ(TraceContents(), "$A\none\x13\n\x11two\n 0A FF\n");
+}
+
+TEST_F(SerialLinkTest, ReadingTellsTimeOutPortErrorAndAbortApart) {
+  const auto never = [](uint8_t /*byte*/) { return Feed::kMore; };
+  const auto text_every_second = [&] {
+    for (uint64_t s = 1; s <= 3; ++s) Send(instrument.wire, "x", bench.now_ns + s * 1'000'000'000);
+  };
+  ASSERT_EQ(OpenPort(link, kSettings), 0);
+
+  uint64_t start_ns = bench.now_ns;
+  text_every_second();
+  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 2000}, never), kTimedOut);
+  EXPECT_NEAR(static_cast<double>(Elapsed_ms(bench, start_ns)), 2025, 30);
+
+  bench.now_ns += 5'000'000'000;
+  text_every_second();
+  start_ns = bench.now_ns;
+  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 1500, .since_last_byte = true}, never),
+            kTimedOut);
+  EXPECT_NEAR(static_cast<double>(Elapsed_ms(bench, start_ns)), 4525, 30);
+
+  bench.fault = {.kind = FaultKind::kAbort, .at = bench.waits + 3};
+  start_ns = bench.now_ns;
+  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 60000}, never), kAborted);
+  EXPECT_LE(Elapsed_ms(bench, start_ns), 250U);
+  EXPECT_TRUE(Has(recorder.statuses, "Transfer aborted"));
+
+  operation.aborted = false;
+  bench.unplugged = true;
+  start_ns = bench.now_ns;
+  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 60000}, never), kPortFailed);
+  EXPECT_EQ(Elapsed_ms(bench, start_ns), 0U) << "an unplugged adapter is told at once";
+}
+
+}  // namespace
+}  // namespace skyhaul
