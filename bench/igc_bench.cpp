@@ -57,7 +57,7 @@ void CountWork(benchmark::State& state, size_t text_size) {
 
 void LineWalk(benchmark::State& state) {
   const std::string text = MakeText();
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::string_view rest = text;
     size_t lines = 0;
     while (!rest.empty()) lines += NextLine(rest).size();
@@ -69,7 +69,7 @@ BENCHMARK(LineWalk);
 
 void ParseIgc(benchmark::State& state) {
   const std::string text = MakeText();
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     std::vector<skyhaul::TrackPoint> points;
     std::string message;
     if (skyhaul::ParseIgc(text, points, message) != kFixes) state.SkipWithError(message.c_str());
@@ -81,7 +81,7 @@ BENCHMARK(ParseIgc);
 
 void DecodeInstrumentIgcLine(benchmark::State& state) {
   const std::string text = MakeText();
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     skyhaul::IgcDecoder decoder;
     std::string_view rest = text;
     while (!rest.empty()) {
@@ -98,7 +98,7 @@ void WriteIgc(benchmark::State& state) {
   const std::vector<skyhaul::TrackPoint> points = MakeFlight();
   const bool sign = state.range(0) != 0;
   std::string text;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     if (skyhaul::WriteIgc(points, {}, {.sign = sign, .may_be_signed = true}, text) < 0) {
       state.SkipWithError("nothing written");
     }

@@ -6,7 +6,7 @@ namespace skyhaul {
 
 namespace {
 
-constexpr uint64_t kPause_ns = 50'000'000;
+constexpr uint64_t kPause_ns = 5'000'000;
 constexpr size_t kLongestLine = 100;
 
 std::string LineStart(uint64_t time_ns, const char* who) {

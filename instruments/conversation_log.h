@@ -32,7 +32,7 @@ void LogBytes(ConversationLog& log, Speaker speaker, std::string_view bytes, uin
 // A remark of the instrument's own between the lines.
 void LogRemark(ConversationLog& log, std::string_view text, uint64_t now_ns);
 
-// Finishes the line being collected when it is older than a pause (50 ms), or in any case with
+// Finishes the line being collected when it is older than a pause (5 ms), or in any case with
 // now_ns = kNever_ns.
 void FlushLog(ConversationLog& log, uint64_t now_ns);
 

@@ -10,6 +10,13 @@ namespace skyhaul {
 
 namespace {
 
+using paraglider::Day;
+using paraglider::Flyer;
+using paraglider::Plane;
+using paraglider::Random;
+using paraglider::Uniform;
+using paraglider::Wander;
+
 constexpr double kMetresPerDegree = 111195;  // of a great circle on a sphere of 6371 km radius
 constexpr uint32_t kLongestFlight_s = 48 * 3600;
 
@@ -61,14 +68,15 @@ TrackPoint Fix(const FlightPlan& plan, const Flyer& flyer, const Sensors& sensor
 
 GeneratedFlight GenerateFlight(const FlightPlan& plan) {
   Random random{.state = plan.seed};
-  const Day day = MakeDay(std::max(plan.triangle_km, 1.0) * 1000, plan.launch_alt_m, random);
+  const Day day =
+      paraglider::MakeDay(std::max(plan.triangle_km, 1.0) * 1000, plan.launch_alt_m, random);
   GeneratedFlight flight;
   flight.valley_alt_m = day.valley_alt_m;
   for (size_t i = 0; i < day.corners.size(); ++i) {
     flight.corners[i] = OnEarth(plan, day.corners[i]);
   }
   Sensors sensors = MakeSensors(random);
-  Flyer flyer = OnTheLaunch(day, random);
+  Flyer flyer = paraglider::OnTheLaunch(day, random);
   const uint32_t interval_s = std::max(plan.interval_s, 1U);
   for (uint32_t second = 0; second < kLongestFlight_s && Step(day, flyer); ++second) {
     Mismeasure(flyer.random, sensors);

@@ -67,8 +67,7 @@ int Refuse(const std::string& message) {
   return kUsageError;
 }
 
-// --- The command line
-// -----------------------------------------------------------------------------
+// --- The command line ----------------------------------------------------------------------------
 
 bool IsNumber(const std::string& text, uint32_t maximum, uint32_t& number) {
   const char* end = text.data() + text.size();
@@ -172,8 +171,7 @@ int ParseCommandLine(const std::vector<std::string>& arguments, Choices& choices
   return 0;
 }
 
-// --- Flights
-// --------------------------------------------------------------------------------------
+// --- Flights -------------------------------------------------------------------------------------
 
 // The n-th last of a row of flights on successive days, the last one on 2026-05-24.
 FlytecFlight MakeFlight(uint32_t n, const std::string& pilot) {
@@ -221,8 +219,7 @@ int LoadFlights(const Choices& choices, std::vector<FlytecFlight>& flights) {
   return 0;
 }
 
-// --- Running
-// --------------------------------------------------------------------------------------
+// --- Running -------------------------------------------------------------------------------------
 
 void WriteLogLine(void* context, std::string_view line) {
   auto* file = static_cast<std::FILE*>(context);

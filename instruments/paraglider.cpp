@@ -5,7 +5,7 @@
 
 #include "core/units.h"
 
-namespace skyhaul {
+namespace skyhaul::paraglider {
 
 namespace {
 
@@ -22,7 +22,7 @@ constexpr double kSpiralAbove_m = 250;     // over the landing field
 constexpr double kSpiralSink = 5;
 constexpr double kFinalBelow_m = 30;  // from here straight into the wind
 constexpr double kFieldRadius_m = 100;
-constexpr double kSlope_m = 550;  // from the launch straight down to the valley
+constexpr double kSlope_m = 400;  // from the launch straight down to the valley
 
 double Distance(Plane a, Plane b) {
   return std::hypot(b.east - a.east, b.north - a.north);
@@ -184,10 +184,10 @@ Day MakeDay(double perimeter_m, double launch_alt_m, Random& random) {
   const double bearing = Uniform(random, -kPi, kPi);
   const double side = Uniform(random, -1, 1) < 0 ? -1 : 1;
   day.corners = {Plane{}, Offset(bearing, first), Offset(bearing + side * angle, third)};
-  day.field = Offset(Uniform(random, -kPi, kPi), Uniform(random, 600, 650));
+  day.field = Offset(Uniform(random, -kPi, kPi), Uniform(random, 600, 640));
   day.wind_from = Uniform(random, -kPi, kPi);
   day.wind_mps = Uniform(random, 2, 4.5);
-  day.hill_m = std::clamp(launch_alt_m * 0.8, 60.0, 300.0);
+  day.hill_m = std::clamp(launch_alt_m * 0.8, 60.0, 250.0);
   day.valley_alt_m = launch_alt_m - day.hill_m;
   day.ceiling_alt_m = launch_alt_m + Uniform(random, 900, 1500);
   return day;
@@ -224,4 +224,4 @@ bool Step(const Day& day, Flyer& flyer) {
   return true;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::paraglider

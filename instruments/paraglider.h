@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace skyhaul {
+namespace skyhaul::paraglider {
 
 // A paraglider's flight as plain physics, a second at a time. What instruments make of it is
 // flight_generator's business.
@@ -69,4 +69,4 @@ Flyer OnTheLaunch(const Day& day, Random random);
 // One second of the flight. Returns false when it is over: some time after the landing.
 bool Step(const Day& day, Flyer& flyer);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::paraglider

@@ -13,7 +13,8 @@ struct TerminalOptions {
   ConversationLog* log = nullptr;  // null: none
   const std::atomic<bool>* stop = nullptr;  // looked at every 20 ms at least
 
-  // Called once, when a program can open the terminal of that name.
+  // Called when a program can open the terminal of that name: at the start, and again when the
+  // terminal had to be replaced because a program died while it had it for itself.
   void (*on_ready)(void* context, const std::string& terminal_path) = nullptr;
   void* context = nullptr;
 };

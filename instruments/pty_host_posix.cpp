@@ -68,6 +68,7 @@ int ResetTerminal(const Terminal& terminal) {
 }
 
 int OpenTerminal(Terminal& terminal) {
+  if (terminal.master >= 0) ::close(terminal.master);
   terminal.master = ::posix_openpt(O_RDWR | O_NOCTTY);
   if (terminal.master < 0) return -1;
   if (::fcntl(terminal.master, F_SETFD, FD_CLOEXEC) < 0) return -1;
@@ -79,8 +80,7 @@ int OpenTerminal(Terminal& terminal) {
   return ResetTerminal(terminal);
 }
 
-// --- The link
-// -------------------------------------------------------------------------------------
+// --- The link ------------------------------------------------------------------------------------
 
 // Where a symbolic link points to; empty when it is none.
 std::string LinkTarget(const std::string& link) {
@@ -107,8 +107,18 @@ void RemoveLink(const std::string& link, const std::string& target) {
   if (LinkTarget(link) == target) (void)::unlink(link.c_str());
 }
 
-// --- The conversation
-// -----------------------------------------------------------------------------
+int PutUp(Terminal& terminal, const TerminalOptions& options, std::string& problem) {
+  if (OpenTerminal(terminal) < 0) {
+    problem = "Could not open a pseudo-terminal: " + Reason();
+    return -1;
+  }
+  const std::string& link = options.link_path;
+  if (!link.empty() && MakeLink(link, terminal.path, problem) < 0) return -1;
+  if (options.on_ready != nullptr) options.on_ready(options.context, terminal.path);
+  return 0;
+}
+
+// --- The conversation ----------------------------------------------------------------------------
 
 struct Conversation {
   SimulatedInstrument& instrument;
@@ -182,9 +192,11 @@ int WaitTime_ms(const Conversation& talk) {
   return static_cast<int>(std::min<uint64_t>(wait_ms, kIdle_ms));
 }
 
-// Waits until there is something to do. POLLHUP is there for as long as nobody has the terminal
-// open and does not let poll() wait, hence the plain sleep.
-void Converse(Conversation& talk) {
+// Waits until there is something to do, and does it. POLLHUP is there for as long as nobody has the
+// terminal open and does not let poll() wait, hence the plain sleep. Returns false when the
+// terminal is of no more use: a program that was killed while it had it for itself leaves it
+// locked.
+bool Converse(Conversation& talk) {
   pollfd events = {.fd = talk.terminal.master, .events = POLLIN, .revents = 0};
   if (!talk.leaving.empty()) events.events |= POLLOUT;
   (void)::poll(&events, 1, talk.terminal.in_use ? WaitTime_ms(talk) : 0);
@@ -194,11 +206,12 @@ void Converse(Conversation& talk) {
     GiveToHost(talk);
   } else if (was_in_use) {
     ForgetAnswers(talk);
-    (void)ResetTerminal(talk.terminal);
+    if (ResetTerminal(talk.terminal) < 0) return false;
   } else {
     (void)::poll(nullptr, 0, kIdle_ms);
   }
   if (talk.log != nullptr) FlushLog(*talk.log, Now_ns(talk));
+  return true;
 }
 
 }  // namespace
@@ -214,21 +227,18 @@ const std::atomic<bool>& StopOnSignals() {
 int RunOnTerminal(SimulatedInstrument& instrument, const TerminalOptions& options,
                   std::string& problem) {
   Terminal terminal;
-  if (OpenTerminal(terminal) < 0) {
-    problem = "Could not open a pseudo-terminal: " + Reason();
-    return -1;
-  }
-  const bool linked = !options.link_path.empty();
-  if (linked && MakeLink(options.link_path, terminal.path, problem) < 0) return -1;
+  if (PutUp(terminal, options, problem) < 0) return -1;
   Conversation talk{.instrument = instrument,
                     .terminal = terminal,
                     .log = options.log,
                     .start_ns = SteadyClock_ns()};
-  if (options.on_ready != nullptr) options.on_ready(options.context, terminal.path);
-  while (!options.stop->load()) Converse(talk);
+  int result = 0;
+  while (result == 0 && !options.stop->load()) {
+    if (!Converse(talk)) result = PutUp(terminal, options, problem);
+  }
   if (options.log != nullptr) FlushLog(*options.log, kNever_ns);
-  if (linked) RemoveLink(options.link_path, terminal.path);
-  return 0;
+  if (!options.link_path.empty()) RemoveLink(options.link_path, terminal.path);
+  return result;
 }
 
 }  // namespace skyhaul

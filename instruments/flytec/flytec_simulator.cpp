@@ -45,8 +45,7 @@ int LeadingNumber(std::string_view text, size_t digits) {
   return number;
 }
 
-// --- Answers
-// --------------------------------------------------------------------------------------
+// --- Answers -------------------------------------------------------------------------------------
 
 // What an answer is made of: pieces that leave one after the other. No piece at all is an answer
 // too.
@@ -116,8 +115,7 @@ bool AnswerTo(const FlytecSimulator& simulator, std::string_view body, Answer& a
   return false;
 }
 
-// --- Sentences
-// ------------------------------------------------------------------------------------
+// --- Sentences -----------------------------------------------------------------------------------
 
 // The part of a sentence between '$' and '*', or an empty text when the sentence is not sound. A
 // request that ends in a comma may come without a checksum.
@@ -176,8 +174,7 @@ void Receive(void* state, Wire& wire, uint8_t byte, uint64_t now_ns) {
   }
 }
 
-// --- Flights from files
-// ---------------------------------------------------------------------------
+// --- Flights from files --------------------------------------------------------------------------
 
 // Midnight of the day that an HFDTE line names, or 0.
 uint32_t DayOf(std::string_view line) {

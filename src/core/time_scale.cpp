@@ -37,9 +37,9 @@ CalendarTime CalendarFromTime(uint32_t time, uint32_t milliseconds) {
   const int days = static_cast<int>(since_new_year / kSecondsPerDay);
   const int second_of_day = static_cast<int>(since_new_year % kSecondsPerDay);
 
-  // Four years are 1461 days; the last day of a leap year would count as the next year's first.
+  // Four years are 1461 days. The quotient is one too low on the first days of some years.
   int year = kEpochYear + days * 4 / 1461;
-  if (DaysBeforeYear(year) > days) --year;
+  if (DaysBeforeYear(year + 1) <= days) ++year;
   const int day_of_year = days - DaysBeforeYear(year);
   const int* days_before_month = DaysBeforeMonth(year);
   int month = 1;

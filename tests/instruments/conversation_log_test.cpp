@@ -25,7 +25,7 @@ TEST(ConversationLog, OneLineForWhatOneSideSentInOneGo) {
   LogBytes(log, Speaker::kInstrument, "B\r\nC", 12'360 * kMillisecond_ns);
   LogBytes(log, Speaker::kInstrument, "D", 12'500 * kMillisecond_ns);
   LogBytes(log, Speaker::kHost, "E", 12'501 * kMillisecond_ns);
-  FlushLog(log, 12'510 * kMillisecond_ns);  // too early for E
+  FlushLog(log, 12'505 * kMillisecond_ns);  // too early for E
   EXPECT_EQ(text,
             "  12.345 host        11 24 41 0D 0A  |.$A..|\n"
             "  12.351 instrument  13  |.|\n"

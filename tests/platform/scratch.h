@@ -13,7 +13,8 @@ namespace skyhaul {
 // A folder of a test's own, removed with everything in it.
 struct ScratchFolder {
   ScratchFolder() {
-    std::string pattern = std::filesystem::temp_directory_path().string() + "/platform_test.XXXXXX";
+    std::string pattern = std::filesystem::temp_directory_path().string() + "/platform_test.";
+    pattern.append(6, 'X');  // for mkdtemp() to fill
     if (mkdtemp(pattern.data()) != nullptr) path = pattern;
   }
   ~ScratchFolder() {

@@ -48,9 +48,10 @@ int DecodeHRecord(IgcDecoder& decoder, std::string_view line) {
 }
 
 int32_t SemicirclesFromWritten(const WrittenAngle& angle) {
-  const double radians = angle.degrees * kRadiansPerDegree +
-                         angle.milliminutes / 1000 * kRadiansPerMinute +
-                         angle.milliminutes % 1000 * kRadiansPerMilliminute;
+  const int minutes = angle.milliminutes / 1000;
+  const int thousandths = angle.milliminutes % 1000;
+  const double radians = angle.degrees * kRadiansPerDegree + minutes * kRadiansPerMinute +
+                         thousandths * kRadiansPerMilliminute;
   return RadiansToSemicircles(angle.negative ? -radians : radians);
 }
 

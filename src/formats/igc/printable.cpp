@@ -7,19 +7,19 @@ namespace skyhaul {
 
 namespace {
 
-// How a UTF-8 sequence of two to four bytes begins, and the least character that needs that many: a
+// How a UTF-8 sequence of one to four bytes begins, and the least character that needs that many: a
 // longer form of a smaller character is not UTF-8.
 struct SequenceForm {
-  uint8_t lead_mask;
-  uint8_t lead;
   size_t length;
   uint32_t least;
+  uint8_t lead_mask;
+  uint8_t lead;
 };
 constexpr SequenceForm kSequenceForms[] = {
-    {.lead_mask = 0x80, .lead = 0x00, .length = 1, .least = 0},
-    {.lead_mask = 0xe0, .lead = 0xc0, .length = 2, .least = 0x80},
-    {.lead_mask = 0xf0, .lead = 0xe0, .length = 3, .least = 0x800},
-    {.lead_mask = 0xf8, .lead = 0xf0, .length = 4, .least = 0x10000},
+    {.length = 1, .least = 0, .lead_mask = 0x80, .lead = 0x00},
+    {.length = 2, .least = 0x80, .lead_mask = 0xe0, .lead = 0xc0},
+    {.length = 3, .least = 0x800, .lead_mask = 0xf0, .lead = 0xe0},
+    {.length = 4, .least = 0x10000, .lead_mask = 0xf8, .lead = 0xf0},
 };
 
 bool IsCharacter(uint32_t character, uint32_t least) {

@@ -7,8 +7,10 @@
 namespace skyhaul {
 namespace {
 
-const uint32_t kTime =
-    TimeFromCalendar({.year = 2026, .month = 5, .day = 4, .hour = 3, .minute = 2, .second = 1});
+uint32_t FirstFix() {
+  return TimeFromCalendar(
+      {.year = 2026, .month = 5, .day = 4, .hour = 3, .minute = 2, .second = 1});
+}
 
 TEST(ExpandNameTemplate, ReplacesEveryKey) {
   const struct {
@@ -23,21 +25,21 @@ TEST(ExpandNameTemplate, ReplacesEveryKey) {
   };
   for (const auto& test : cases) {
     std::string expanded;
-    EXPECT_EQ(ExpandNameTemplate(test.path, kTime, expanded), 0);
+    EXPECT_EQ(ExpandNameTemplate(test.path, FirstFix(), expanded), 0);
     EXPECT_EQ(expanded, test.expanded);
   }
 }
 
 TEST(ExpandNameTemplate, LimitsTheLength) {
   std::string expanded = "before";
-  EXPECT_EQ(ExpandNameTemplate(std::string(252, 'x') + "$date", kTime, expanded), -1);
+  EXPECT_EQ(ExpandNameTemplate(std::string(252, 'x') + "$date", FirstFix(), expanded), -1);
   EXPECT_EQ(expanded, "before");
-  EXPECT_EQ(ExpandNameTemplate(std::string(251, 'x') + "$date", kTime, expanded), 0);
+  EXPECT_EQ(ExpandNameTemplate(std::string(251, 'x') + "$date", FirstFix(), expanded), 0);
   EXPECT_EQ(expanded.size(), kMaxPath);
 }
 
 TEST(IgcLongName, IsBuiltOfItsParts) {
-  EXPECT_EQ(IgcLongName(kTime, "xsh", "000", 1), "2026-05-04-xsh-000-01.igc");
+  EXPECT_EQ(IgcLongName(FirstFix(), "xsh", "000", 1), "2026-05-04-xsh-000-01.igc");
   EXPECT_EQ(IgcLongName(0, "abc", "7Q9", kMaxFlightNumber), "1989-12-31-abc-7Q9-35.igc");
 }
 

@@ -11,8 +11,11 @@
 namespace skyhaul {
 namespace {
 
-const std::string kStart = "AXSH000\r\nHFDTE140526\r\n";
-const std::string kFix = "B1200004707500N01130001EA0012300456\r\n";
+std::string Start() {
+  return "AXSH000\r\nHFDTE140526\r\n";
+}
+
+constexpr const char* kFix = "B1200004707500N01130001EA0012300456\r\n";
 
 std::string MessageOf(const std::string& text) {
   std::vector<TrackPoint> points(1);
@@ -37,7 +40,7 @@ std::string Fix(const std::string& hhmmss) {
 
 TEST(ParseIgc, ReadsEveryFieldOfAFix) {
   const std::vector<TrackPoint> points =
-      PointsOf(kStart + "B0102034707501S01130999WV-0012-0456\r\n");
+      PointsOf(Start() + "B0102034707501S01130999WV-0012-0456\r\n");
   ASSERT_EQ(points.size(), 1U);
   EXPECT_EQ(points[0].segment_start, 1U);
   EXPECT_EQ(
@@ -55,21 +58,21 @@ TEST(ParseIgc, RefusesFilesWithTheirMessage) {
     const char* message;
   } cases[] = {
       {"", "No A-record found"},
-      {"\r\n" + kStart + kFix, "Missing A-record"},
+      {"\r\n" + Start() + kFix, "Missing A-record"},
       {"HFDTE140526\r\n", "Missing A-record"},
-      {kStart, "No positions found"},
-      {kStart + "\n\r\nother lines\n", "No positions found"},
-      {kStart + "AXSH001\r\n" + kFix, "Multiple A-records"},
-      {kStart + "HFDTE150526\r\n" + kFix, "Multiple HFDTE-records"},
-      {kStart + "I013638FXA\r\nI013638FXA\r\n", "Multiple I-records"},
-      {"AXSH000\r\n" + kFix, "Format error on line 2"},
-      {"AX-H000\r\n" + kFix, "Format error on line 1"},
+      {Start(), "No positions found"},
+      {Start() + "\n\r\nother lines\n", "No positions found"},
+      {Start() + "AXSH001\r\n" + kFix, "Multiple A-records"},
+      {Start() + "HFDTE150526\r\n" + kFix, "Multiple HFDTE-records"},
+      {Start() + "I013638FXA\r\nI013638FXA\r\n", "Multiple I-records"},
+      {std::string("AXSH000\r\n") + kFix, "Format error on line 2"},
+      {std::string("AX-H000\r\n") + kFix, "Format error on line 1"},
       {"A", "Format error on line 1"},
       {"AXSH00", "Format error on line 1"},
       {"AXSH0 0", "Format error on line 1"},
-      {kStart + kFix + "\r\nB\r\n", "Format error on line 5"},
-      {std::string("AXSH000\nHFDTE140526\nB1200004707500N01130001EA00\0") + "2300456",  // NOLINT
-       "Format error on line 3"},
+      {Start() + kFix + "\r\nB\r\n", "Format error on line 5"},
+      {Start() + "B1200004707500N01130001EA00" + '\0' + "2300456\n", "Format error on line 3"},
+      {Start() + "B1200004707500N01130001E" + '\0' + "0012300456\n", ""},
   };
   for (const auto& test : cases) EXPECT_EQ(MessageOf(test.text), test.message) << test.text;
 }
@@ -141,7 +144,7 @@ TEST(ParseIgc, TestsEveryFieldOfAFix) {
       {"B1200004707500N01130001EA001230045 ", false},
   };
   for (const auto& test : cases) {
-    const std::string text = kStart + test.line + "\n";
+    const std::string text = Start() + test.line + "\n";
     EXPECT_EQ(MessageOf(text), test.accepted ? "" : "Format error on line 3") << test.line;
   }
 }
@@ -172,7 +175,7 @@ TEST(ParseIgc, ReadsFractionsOfTheFirstSecond) {
   };
   for (const auto& test : cases) {
     const std::string text =
-        kStart + test.extensions + "\nB1200004707500N01130001EA0012300456" + test.tail + "\n";
+        Start() + test.extensions + "\nB1200004707500N01130001EA0012300456" + test.tail + "\n";
     std::vector<TrackPoint> points;
     std::string message;
     const int count = ParseIgc(text, points, message);
@@ -191,12 +194,12 @@ TEST(ParseIgc, ReadsFractionsOfTheFirstSecond) {
 TEST(ParseIgc, LooksAtEightyCharactersOfALine) {
   const std::string filler(80 - 35, '5');
   const std::string fix = "B1200004707500N01130001EA0012300456" + filler;
-  EXPECT_EQ(PointsOf(kStart + "I017880TDS\n" + fix + "\n")[0].milliseconds, 555U);
-  EXPECT_EQ(MessageOf(kStart + "I017981TDS\n" + fix + "5\n"), "Format error on line 4");
+  EXPECT_EQ(PointsOf(Start() + "I017880TDS\n" + fix + "\n")[0].milliseconds, 555U);
+  EXPECT_EQ(MessageOf(Start() + "I017981TDS\n" + fix + "5\n"), "Format error on line 4");
 }
 
 TEST(ParseIgc, LinesUpTimes) {
-  const std::string start = kStart + "I013636TDS\n";
+  const std::string start = Start() + "I013636TDS\n";
   const auto fix = [](const char* hhmmss) {
     return std::string("B").append(hhmmss).append("4707500N01130001EA00123004567\n");
   };

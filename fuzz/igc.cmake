@@ -1,0 +1,2 @@
+skyhaul_fuzz(igc_reader LINK skyhaul_formats_igc)
+skyhaul_fuzz(igc_line_decoder LINK skyhaul_formats_igc)

@@ -1,0 +1,64 @@
+// Any bytes as the lines of an instrument: each answer must agree with what the line did.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "formats/igc/decode_line.h"
+
+namespace {
+
+using skyhaul::IgcDecoder;
+using skyhaul::TrackPoint;
+
+void Require(bool holds) {
+  if (!holds) __builtin_trap();
+}
+
+void RequireGoodFix(const IgcDecoder& decoder) {
+  // 89 degrees and 99.999 minutes.
+  constexpr int32_t kMaxLatitude = 1'081'700'000;
+  const TrackPoint& point = decoder.points.back();
+  const bool first = decoder.points.size() == 1;
+  Require(point.segment_start == (first ? 1U : 0U));
+  Require(point.time != 0 && point.milliseconds == 0);
+  Require(std::abs(point.lat) <= kMaxLatitude);
+  Require(point.pressure_alt >= -9999 && point.pressure_alt <= 99999);
+  Require(point.gps_alt_dm >= -99990 && point.gps_alt_dm <= 999990);
+  if (first) {
+    Require(decoder.start_time == point.time);
+  } else {
+    const TrackPoint& previous = decoder.points[decoder.points.size() - 2];
+    Require(point.time + uint64_t{3600} > previous.time);
+  }
+}
+
+void FeedLine(IgcDecoder& decoder, std::string_view line) {
+  const IgcDecoder before = decoder;
+  const int result = skyhaul::DecodeInstrumentIgcLine(decoder, line);
+  Require(result >= -skyhaul::kIgcTooManyFixes && result <= 1);
+  Require(decoder.points.size() == before.points.size() + (result == 1 ? 1 : 0));
+  Require(std::equal(before.points.begin(), before.points.end(), decoder.points.begin()));
+  if (result == 1) RequireGoodFix(decoder);
+  if (result < 0) {
+    Require(decoder.date == before.date && decoder.day_offset_s == before.day_offset_s);
+    Require(decoder.last_time_of_day_s == before.last_time_of_day_s);
+    Require(decoder.manufacturer == before.manufacturer && decoder.serial == before.serial);
+  }
+  Require(decoder.manufacturer.size() == decoder.serial.size());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  std::string_view text(reinterpret_cast<const char*>(data), size);
+  IgcDecoder decoder;
+  while (!text.empty()) {
+    const size_t line_end = std::min(text.find('\n'), text.size());
+    FeedLine(decoder, text.substr(0, line_end));
+    text.remove_prefix(std::min(line_end + 1, text.size()));
+  }
+  return 0;
+}

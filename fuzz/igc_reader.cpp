@@ -1,0 +1,86 @@
+// Any bytes as an IGC file: the readers must survive them and keep what they promise.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/units.h"
+#include "formats/igc/header.h"
+#include "formats/igc/read_igc.h"
+#include "formats/igc/security_record.h"
+#include "formats/igc/write_igc.h"
+
+namespace {
+
+using skyhaul::TrackPoint;
+
+void Require(bool holds) {
+  if (!holds) __builtin_trap();
+}
+
+bool IsFixOfAFile(const TrackPoint& point, bool first) {
+  constexpr int32_t kPole = 1 << 30;
+  return point.segment_start == (first ? 1U : 0U) && point.time != 0 &&
+         point.milliseconds <= (first ? 999U : 0U) && std::abs(point.lat) <= kPole &&
+         point.pressure_alt >= -9999 && point.pressure_alt <= 99999 && point.gps_alt_dm >= -99990 &&
+         point.gps_alt_dm <= 999990 && point.gps_alt_dm % 10 == 0 && point.extra == 0;
+}
+
+void RequireGoodFlight(const std::vector<TrackPoint>& points) {
+  for (size_t i = 0; i < points.size(); ++i) {
+    Require(IsFixOfAFile(points[i], i == 0));
+    if (i == 0) continue;
+    // No repeated second, and never back by an hour.
+    Require(points[i].time != points[i - 1].time);
+    Require(points[i].time + uint64_t{3600} > points[i - 1].time);
+  }
+}
+
+// The degrees that the reader accepts end below 90 and 180; the minutes reach them all the same.
+bool IsReadBack(const TrackPoint& point) {
+  return std::abs(skyhaul::SemicirclesToMilliminutes(point.lat)) < 90 * 60000 &&
+         std::abs(skyhaul::SemicirclesToMilliminutes(point.lon)) < 180 * 60000;
+}
+
+void RequireWrittenBack(const std::vector<TrackPoint>& points, std::string_view free_text) {
+  std::string text;
+  const int length = skyhaul::WriteIgc(points, {.pilot = std::string(free_text)},
+                                       {.sign = true, .may_be_signed = true}, text);
+  Require(length == static_cast<int>(text.size()));
+  Require(skyhaul::CheckSecurityRecord(text) == skyhaul::SecurityCheck::kPassed);
+  for (const TrackPoint& point : points) {
+    if (!IsReadBack(point)) return;
+  }
+  std::vector<TrackPoint> again;
+  std::string message;
+  Require(skyhaul::ParseIgc(text, again, message) == static_cast<int>(points.size()));
+  for (size_t i = 0; i < points.size(); ++i) {
+    Require(again[i].time == points[i].time);
+    Require(again[i].lat == points[i].lat && again[i].lon == points[i].lon);
+    Require(again[i].pressure_alt == points[i].pressure_alt);
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  std::vector<TrackPoint> points(1);
+  std::string message;
+  const int count = skyhaul::ParseIgc(text, points, message);
+  if (count < 0) {
+    Require(count == -1 && points.empty() && !message.empty());
+  } else {
+    Require(count > 0 && points.size() == static_cast<size_t>(count) && message.empty());
+    RequireGoodFlight(points);
+    RequireWrittenBack(points, text.substr(0, 200));
+  }
+
+  const skyhaul::IgcHeader header = skyhaul::ReadIgcHeader(text);
+  Require(header.pilot.find_first_of(std::string_view("\r\n\0\x1b", 4)) == std::string::npos);
+  skyhaul::CheckSecurityRecord(text);
+  return 0;
+}
