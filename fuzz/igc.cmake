@@ -1,2 +1,0 @@
-skyhaul_fuzz(igc_reader LINK skyhaul_formats_igc)
-skyhaul_fuzz(igc_line_decoder LINK skyhaul_formats_igc)

@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "formats/igc/write_igc.h"
+#include "instruments/flight_generator.h"
+#include "tests/end_to_end/program.h"
+
+namespace skyhaul {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+std::string FlightText(size_t fixes) {
+  const GeneratedFlight flight =
+      GenerateFlight({.start_time = 1'200'000'000, .max_fixes = static_cast<uint32_t>(fixes)});
+  std::string text;
+  WriteIgc(flight.points, {.pilot = "ANNA MUSTER"},
+           {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"}, text);
+  return text;
+}
+
+class DownloadTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    WriteText(folder.File("flight.igc"), flight);
+    std::filesystem::create_directory(folder.path / "saved");
+  }
+
+  Texts Download(const Texts& more = {}) const {
+    Texts arguments = {SKYHAUL_PROGRAM, "/GPS=IQCOMPEO", "/COM=" + instrument.port,
+                       "/IGC_LOG=" + folder.File("saved"), "/EXIT"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return arguments;
+  }
+
+  Texts Saved() const {
+    Texts names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path / "saved")) {
+      names.push_back(entry.path().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  const std::string flight = FlightText(900);
+  ScratchFolder folder;
+  Instrument instrument;
+  Program program;
+};
+
+TEST_F(DownloadTest, SavesTheFlightToTheByteAndShowsIt) {
+  StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--flights", "2"});
+  ASSERT_EQ(RunToEnd(program, Download()), 0) << program.Err();
+  ASSERT_EQ(Saved().size(), 1U);
+  EXPECT_TRUE(ReadText(Saved()[0]) == flight) << "the saved file differs from the flight";
+  EXPECT_NE(program.Out().find("Saved " + Saved()[0] + "\n"), std::string::npos);
+
+  // The saved file's name begins with a slash, and it is a file all the same.
+  ASSERT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, Saved()[0]}), 0);
+  EXPECT_NE(program.Out().find("Pilot           ANNA MUSTER\n"), std::string::npos);
+  EXPECT_NE(program.Out().find("Security        Security check PASSED\n"), std::string::npos);
+  ASSERT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--info", "--json", Saved()[0]}), 0);
+  const auto json = nlohmann::json::parse(program.Out(), nullptr, false);
+  ASSERT_TRUE(json.is_array());
+  EXPECT_EQ(json[0]["fixes"], 900);
+  EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--check", Saved()[0]}), 0);
+  EXPECT_EQ(program.Out(), Saved()[0] + ": Security check PASSED\n");
+}
+
+TEST_F(DownloadTest, TwoProgramsNeverHoldOnePort) {
+  StartInstrument(instrument, {"--flight", folder.File("flight.igc")});
+  Program first;
+  Start(first, Download());
+  ASSERT_TRUE(WaitForText(first, "err", "Product data read"));
+  EXPECT_EQ(RunToEnd(program, Download({"/TIMEOUT=1"})), 1);
+  EXPECT_NE(program.Err().find("Could not open serial port (sure it's the right one ?)"),
+            std::string::npos)
+      << program.Err();
+  EXPECT_EQ(WaitForEnd(first), 0);
+  EXPECT_EQ(Saved().size(), 1U);
+}
+
+TEST_F(DownloadTest, AnInterruptLeavesNothingHalfWritten) {
+  StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "19200"});
+  Start(program, Download());
+  ASSERT_TRUE(WaitForText(program, "err", "Receiving track log"));
+  kill(program.pid, SIGINT);
+  EXPECT_EQ(WaitForEnd(program), 1);
+  EXPECT_NE(program.Err().find("Aborting transfer\nTransfer aborted\n"), std::string::npos)
+      << program.Err();
+  EXPECT_TRUE(Saved().empty());
+}
+
+TEST_F(DownloadTest, AnInstrumentThatIsUnpluggedIsTold) {
+  StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "19200"});
+  Start(program, Download());
+  ASSERT_TRUE(WaitForText(program, "err", "Receiving track log"));
+  kill(instrument.program.pid, SIGKILL);
+  EXPECT_EQ(WaitForEnd(program), 1);
+  EXPECT_NE(program.Err().find("Read GPS track log: E203 COM port read error\n"), std::string::npos)
+      << program.Err();
+  EXPECT_TRUE(Saved().empty());
+}
+
+TEST_F(DownloadTest, AClientHearsPositionsAndTheEnd) {
+  const std::string path = folder.File("client");
+  const int client = socket(AF_UNIX, SOCK_DGRAM, 0);
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  ASSERT_LT(path.size(), sizeof address.sun_path);
+  path.copy(address.sun_path, path.size());
+  ASSERT_EQ(bind(client, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "0"});
+  ASSERT_EQ(RunToEnd(program, Download({"/NOTIFY=" + path, "/SENDLOG=300"})), 0);
+  Texts heard;
+  char text[1000];
+  for (ssize_t size = 0; (size = recv(client, text, sizeof text, MSG_DONTWAIT)) > 0;) {
+    heard.emplace_back(text, static_cast<size_t>(size));
+  }
+  close(client);
+  ASSERT_EQ(heard.size(), 4U) << "900 s of flight, a report every 300 s, and the end";
+  EXPECT_EQ(heard[0].find("Pos=46."), 0U) << heard[0];
+  EXPECT_EQ(heard[3], "Done=1\n" + Saved()[0]);
+}
+
+TEST_F(DownloadTest, BadCommandLinesAreTold) {
+  const struct {
+    Texts arguments;
+    int status;
+    const char* message;
+  } cases[] = {
+      {{"/GPS=NOBODY"}, 2, "Parsing command line: Bad GPS type\n"},
+      {{"/COM=0"}, 2, "Parsing command line: Bad COM port\n"},
+      {{"--chek", "x"}, 2, "--check"},
+      {{"--info", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
+      {{folder.File("flight.igc"), "/EXIT"}, 2, ""},
+      {{"--version"}, 0, ""},
+      {{"--help"}, 0, ""},
+      {{"--ports"}, 0, ""},
+  };
+  for (const auto& c : cases) {
+    Texts arguments = {SKYHAUL_PROGRAM};
+    arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+    EXPECT_EQ(RunToEnd(program, arguments), c.status) << c.arguments[0];
+    EXPECT_NE(program.Err().find(c.message), std::string::npos) << program.Err();
+    EXPECT_EQ(program.Out().empty(), c.status != 0) << c.arguments[0];
+  }
+}
+
+TEST_F(DownloadTest, TheInstrumentRemovesItsLink) {
+  StartInstrument(instrument, {});
+  ASSERT_TRUE(std::filesystem::is_symlink(instrument.port));
+  kill(instrument.program.pid, SIGTERM);
+  EXPECT_EQ(WaitForEnd(instrument.program), 0);
+  EXPECT_FALSE(std::filesystem::is_symlink(instrument.port));
+}
+
+}  // namespace
+}  // namespace skyhaul

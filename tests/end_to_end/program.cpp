@@ -1,0 +1,72 @@
+#include "tests/end_to_end/program.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+namespace skyhaul {
+
+namespace {
+
+void RedirectTo(const std::string& path, int descriptor) {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  dup2(file, descriptor);
+}
+
+}  // namespace
+
+Program::~Program() {
+  if (pid <= 0) return;
+  kill(pid, SIGKILL);
+  waitpid(pid, nullptr, 0);
+}
+
+void Start(Program& program, const std::vector<std::string>& arguments) {
+  std::vector<char*> argv;
+  argv.reserve(arguments.size() + 1);
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  const std::string out = program.folder.File("out");
+  const std::string err = program.folder.File("err");
+  program.pid = fork();
+  if (program.pid != 0) return;
+  RedirectTo(out, STDOUT_FILENO);
+  RedirectTo(err, STDERR_FILENO);
+  execv(argv[0], argv.data());
+  _exit(127);
+}
+
+int WaitForEnd(Program& program) {
+  int status = 0;
+  waitpid(program.pid, &status, 0);
+  program.pid = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+int RunToEnd(Program& program, const std::vector<std::string>& arguments) {
+  Start(program, arguments);
+  return WaitForEnd(program);
+}
+
+bool WaitForText(const Program& program, const std::string& file, const std::string& text) {
+  constexpr int kTries = 3000;
+  for (int i = 0; i < kTries; ++i) {
+    if (ReadText(program.folder.File(file)).find(text) != std::string::npos) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  return false;
+}
+
+void StartInstrument(Instrument& instrument, const std::vector<std::string>& more) {
+  instrument.port = instrument.folder.File("port");
+  std::vector<std::string> arguments = {SKYHAUL_INSTRUMENT, "flytec", "--link", instrument.port};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  Start(instrument.program, arguments);
+  WaitForText(instrument.program, "out", "\n");
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,101 @@
+// Real flights through the real program: instrument, terminal, file, reader.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <map>
+
+#include "core/units.h"
+#include "formats/igc/read_igc.h"
+#include "protocols/flytec/track_receiver.h"
+#include "tests/end_to_end/program.h"
+
+namespace skyhaul {
+namespace {
+
+struct Flight {
+  std::string path;
+  std::string text;
+  std::vector<TrackPoint> decoded;
+};
+
+// Flights that the driver takes: all of their lines can be decoded.
+std::vector<Flight> AcceptedFlights(const std::string& folder) {
+  std::vector<Flight> flights;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().extension() != ".igc") continue;
+    TrackReceiver receiver;
+    const std::string text = ReadText(entry.path().string());
+    TrackFault fault = TrackFault::kNone;
+    for (size_t i = 0; i < text.size() && fault == TrackFault::kNone; ++i) {
+      fault = FeedTrackByte(receiver, static_cast<uint8_t>(text[i]));
+    }
+    if (fault != TrackFault::kNone || receiver.decoder.points.empty()) continue;
+    flights.push_back({entry.path().string(), text, std::move(receiver.decoder.points)});
+  }
+  return flights;
+}
+
+std::string Position(const TrackPoint& point) {
+  return std::to_string(point.time) + " " + std::to_string(SemicirclesToMilliminutes(point.lat)) +
+         " " + std::to_string(SemicirclesToMilliminutes(point.lon)) + " " +
+         std::to_string(point.gps_alt_dm) + " " + std::to_string(point.pressure_alt);
+}
+
+// The reader drops fixes that repeat a second; all others must be what the instrument delivered.
+void ExpectSameFixes(const Flight& flight, const std::string& saved) {
+  std::vector<TrackPoint> points;
+  std::string message;
+  if (ParseIgc(saved, points, message) < 0) return;
+  std::multimap<std::string, int> delivered;
+  for (const TrackPoint& point : flight.decoded) delivered.emplace(Position(point), 0);
+  size_t missing = 0;
+  for (const TrackPoint& point : points) missing += delivered.count(Position(point)) == 0 ? 1 : 0;
+  EXPECT_EQ(missing, 0U) << flight.path;
+}
+
+class RealFlights : public testing::TestWithParam<size_t> {};
+
+// The flights are shared out to several runs, so that these can go on side by side.
+constexpr size_t kRuns = 4;
+
+TEST_P(RealFlights, SurviveInstrumentAndFileToTheByte) {
+  const char* given = std::getenv("SKYHAUL_FLIGHTS");
+  const std::string folder =
+      given != nullptr ? given : std::string(SKYHAUL_SOURCE_DIR) + "/../shared/flights";
+  if (!std::filesystem::is_directory(folder)) {
+    GTEST_SKIP() << "no real flights: SKYHAUL_FLIGHTS names no folder";
+  }
+  const std::vector<Flight> all = AcceptedFlights(folder);
+  ASSERT_GT(all.size(), 20U);
+
+  std::multimap<std::string, const Flight*> expected;
+  std::vector<std::string> options = {"--baud", "0"};
+  for (size_t i = GetParam(); i < all.size(); i += kRuns) {
+    expected.emplace(all[i].text, &all[i]);
+    options.insert(options.end(), {"--flight", all[i].path});
+  }
+  Instrument instrument;
+  StartInstrument(instrument, options);
+  ScratchFolder saved;
+  Program program;
+  ASSERT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "/GPS=IQCOMPEO", "/COM=" + instrument.port,
+                               "/IGC_LOG=" + saved.File(""),
+                               "/TRACK=1-" + std::to_string(expected.size()), "/EXIT"}),
+            0)
+      << program.Err();
+
+  EXPECT_EQ(saved.Names().size(), expected.size());
+  for (const std::string& name : saved.Names()) {
+    const std::string text = ReadText(saved.File(name));
+    const auto found = expected.find(text);
+    ASSERT_NE(found, expected.end()) << name << " is none of the flights";
+    ExpectSameFixes(*found->second, text);
+    expected.erase(found);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shared, RealFlights, testing::Range(size_t{0}, kRuns));
+
+}  // namespace
+}  // namespace skyhaul
