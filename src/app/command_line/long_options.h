@@ -42,7 +42,7 @@ inline constexpr LongOption kLongOptions[] = {
     {.command = LongCommand::kCheck,
      .name = "--check",
      .argument_help = "FILE...",
-     .help = "check flight files and say where they are broken",
+     .help = "print each file's security check",
      .min_files = 1,
      .max_files = kAnyNumberOfFiles},
 };
