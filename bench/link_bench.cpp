@@ -26,7 +26,7 @@ void Download(benchmark::State& state) {
   simulator.flights = {FlightFromIgc(text)};
 
   double efficiency = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
     Bench bench;
     bench.instrument = &instrument;

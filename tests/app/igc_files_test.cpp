@@ -140,9 +140,9 @@ TEST_F(IgcFilesTest, FixedNamesAndTemplates) {
   ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
   EXPECT_EQ(folder.Names(), Texts{"log-20260514-110000.igc"});
   EXPECT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), -1);
-  EXPECT_EQ(recorder.messages.back().find(
-                "Save IGC log: File open error, possibly already existing\n"),
-            0U);
+  EXPECT_EQ(
+      recorder.messages.back().find("Save IGC log: File open error, possibly already existing\n"),
+      0U);
   save.overwrite = true;
   EXPECT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
 }

@@ -36,6 +36,8 @@ void CountInterrupts() {
   sigaction(SIGTERM, &action, nullptr);
 }
 
-int Interrupts() { return interrupts; }
+int Interrupts() {
+  return interrupts;
+}
 
 }  // namespace skyhaul

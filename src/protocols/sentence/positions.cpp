@@ -15,7 +15,7 @@ constexpr uint32_t kLatitudeLimit = 896;
 constexpr uint32_t kLongitudeLimit = 1796;
 
 SentenceCoordinate Split(double value, double per_unit, const char* hemispheres) {
-  const auto n = static_cast<uint64_t>(std::fabs(value) * per_unit + 0.5);
+  const auto n = static_cast<uint64_t>(std::floor(std::fabs(value) * per_unit + 0.5));
   return {.degrees = static_cast<uint32_t>(n / 60000),
           .minutes = static_cast<uint32_t>(n / 1000 % 60),
           .thousandths = static_cast<uint32_t>(n % 1000),
@@ -41,7 +41,8 @@ int ParseMinutes(std::string_view digits, uint32_t limit, double& minutes) {
     whole = whole * 10 + static_cast<uint32_t>(digits[i] - '0');
   }
   if (i == 0) return -1;
-  minutes = whole / 100 * 60 + whole % 100;
+  const uint32_t whole_minutes = whole / 100 * 60 + whole % 100;
+  minutes = whole_minutes;
   if (i < digits.size() && digits[i] == '.') ++i;
   double weight = 0.1;
   for (; i < digits.size() && IsDigit(digits[i]); ++i, weight /= 10) {
