@@ -153,6 +153,19 @@ TEST_F(BatchTest, FailuresAreToldAndKeepTheOldTrack) {
   }
 }
 
+TEST_F(BatchTest, TheHelpKnowsWhichCommandsAreRefused) {
+  for (int number = 1; number <= 19; ++number) {
+    const CommandLineBlock block = {
+        .present = true, .command = static_cast<Command>(number), .file = folder.File("none")};
+    const BatchRun run = {.platform = &platform, .settings = &settings, .console = &console};
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(RunBatch(run, block), kExitFailed);
+    const std::string told = testing::internal::GetCapturedStderr();
+    const bool refused = told.find("cannot carry out this command") != std::string::npos;
+    EXPECT_EQ(refused, !CarriedOut(block.command)) << number;
+  }
+}
+
 TEST_F(BatchTest, AClientThatIsGoneDoesNotStopTheDownload) {
   bench.client_missing = true;
   EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /NOTIFY=me"), kExitDone);

@@ -83,7 +83,8 @@ void AppendKeywords(std::string& out, bool commands) {
     if ((keyword.command != Command::kNone) != commands) continue;
     std::string name = "/" + std::string(keyword.name);
     if (!keyword.value_name.empty()) name += '=' + std::string(keyword.value_name);
-    AppendEntry(out, name, keyword.help);
+    const bool refused = keyword.command != Command::kNone && !CarriedOut(keyword.command);
+    AppendEntry(out, name, std::string(keyword.help) + (refused ? " (not in this version)" : ""));
   }
 }
 

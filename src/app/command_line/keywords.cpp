@@ -211,6 +211,13 @@ std::span<const Keyword> Keywords() {
   return kKeywords;
 }
 
+bool CarriedOut(Command command) {
+  constexpr Command kCarriedOut[] = {Command::kTrackLogToIgc, Command::kOpenFile,
+                                     Command::kFlightList};
+  return std::find(std::begin(kCarriedOut), std::end(kCarriedOut), command) !=
+         std::end(kCarriedOut);
+}
+
 int TakeItem(const Item& item, const CommandLineHost& host, CommandLineBlock& block,
              std::string& message) {
   const auto has_name = [&](const Keyword& keyword) { return keyword.name == item.keyword; };

@@ -48,6 +48,9 @@ struct Keyword {
 // All keywords, the commands first, in the order in which the help shows them.
 std::span<const Keyword> Keywords();
 
+// True for the commands that this version carries out; the others are understood and refused.
+bool CarriedOut(Command command);
+
 // Takes one switch into the block. Returns 0, or -1 with the message to show.
 int TakeItem(const Item& item, const CommandLineHost& host, CommandLineBlock& block,
              std::string& message);
