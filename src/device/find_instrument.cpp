@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 #include "core/count_message.h"
 
@@ -20,14 +21,21 @@ std::string JoinedNames(const SerialLink& link) {
   return names;
 }
 
+// Told when it is found out: whoever can mend it should not have to wait for the end.
+void AddReason(Job& job, std::vector<std::string>& reasons, const std::string& reason) {
+  if (reason.empty() || std::find(reasons.begin(), reasons.end(), reason) != reasons.end()) return;
+  reasons.push_back(reason);
+  ShowStatus(job.operation, reason);
+}
+
 // Returns 0 when found, 1 to go on, -1 when the search is over. Counts the ports that could be
-// opened.
+// opened and collects why others could not.
 int TryCandidate(Job& job, const SerialSettings& settings, IdentifyOnce identify, int& opened,
-                 std::string& reason) {
+                 std::vector<std::string>& reasons) {
   SerialLink& link = job.link;
   PortOpening problem;
   if (TryOpenPort(link, settings, problem) != 0) {
-    if (reason.empty()) reason = problem.reason;
+    AddReason(job, reasons, problem.reason);
     return 1;
   }
   ++opened;
@@ -42,7 +50,7 @@ int TryCandidate(Job& job, const SerialSettings& settings, IdentifyOnce identify
 
 int FindInstrument(Job& job, const SerialSettings& settings, IdentifyOnce identify) {
   SerialLink& link = job.link;
-  std::string reason;
+  std::vector<std::string> reasons;
   int opened = 0;
   for (uint32_t left = link.attempts; left > 0; left -= std::min(left, kAttemptsPerRound)) {
     ShowProgress(job.operation, FormatCountMessage("Connecting to GPS (%)", left));
@@ -50,7 +58,7 @@ int FindInstrument(Job& job, const SerialSettings& settings, IdentifyOnce identi
     for (const std::string& candidate : link.candidates) {
       if (StopRequested(job.operation)) return -1;
       link.port_name = candidate;
-      const int tried = TryCandidate(job, settings, identify, opened, reason);
+      const int tried = TryCandidate(job, settings, identify, opened, reasons);
       if (tried <= 0) return tried;
     }
     if (opened == 0) Pause(link, kRoundWithoutPort_ms);
@@ -58,7 +66,7 @@ int FindInstrument(Job& job, const SerialSettings& settings, IdentifyOnce identi
   if (StopRequested(job.operation)) return -1;
   std::string text = opened > 0 ? "No valid response from GPS"
                                 : "Could not open serial port (sure it's the right one ?)";
-  if (opened == 0 && !reason.empty()) text += "\n" + reason;
+  for (const std::string& reason : reasons) text += "\n" + reason;
   ShowMessage(job.operation, text, "Connecting to GPS on " + JoinedNames(link));
   return -1;
 }

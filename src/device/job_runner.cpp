@@ -83,6 +83,7 @@ void SetUpLink(SerialLink& link, const JobRequest& request, Operation& operation
   link.platform = request.platform;
   link.operation = &operation;
   link.attempts = request.attempts;
+  link.xon_xoff = UsesXonXoff(request.protocol_type);
   link.port_name = request.port.configured.substr(0, kMaxPortName);
   if (request.protocol_type == kGarminUsb) return;
   link.automatic = request.port.automatic;
@@ -140,18 +141,18 @@ int StartJob(const JobTable& table, JobRequest request) {
 }
 
 int AbortJob(const Shell* shell) {
-  Operation teller;
-  teller.shell = shell;
   Runner& runner = TheRunner();
   std::unique_lock lock(runner.mutex);
   if (runner.current == nullptr) {
     lock.unlock();
+    Operation teller;
+    teller.shell = shell;
     ShowMessage(teller, "Port not in use", "Abort GPS access");
     return -1;
   }
-  teller.quiet = runner.current->job.operation.quiet;
-  ShowStatus(teller, "Aborting transfer");
-  runner.current->job.operation.aborted = true;
+  Operation& operation = runner.current->job.operation;
+  ShowStatus(operation, "Aborting transfer");
+  operation.aborted = true;
   return 0;
 }
 

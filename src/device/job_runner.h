@@ -34,8 +34,8 @@ struct JobRequest {
 // that returned 0.
 int StartJob(const JobTable& table, JobRequest request);
 
-// Asks the current job to stop: it ends at its next look at the abort flag. Returns 0, or -1 after
-// a message when there is none.
+// Asks the current job to stop: it ends at its next look at the abort flag. Returns 0, or -1 when
+// there is none, after a message when shell is not null.
 int AbortJob(const Shell* shell);
 
 // Waits until no job's procedure runs, at most timeout_ms of real time. True when none runs; then

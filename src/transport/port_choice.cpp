@@ -1,15 +1,11 @@
 #include "transport/port_choice.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 namespace skyhaul {
 
 namespace {
-
-constexpr uint32_t kMaxPortNumber = 50;
-constexpr size_t kMaxPortName = 80;
 
 std::vector<std::string> ListedNames(const Platform& platform) {
   std::vector<PortInfo> ports;
@@ -46,20 +42,6 @@ std::string NewPort(const Platform& platform, PortMemory& memory) {
   memory.seen = true;
   memory.names = now;
   return pick;
-}
-
-int PortNameFromText(const Platform& platform, const std::string& text, std::string& name) {
-  if (IsPortName(text)) {
-    if (text.size() > kMaxPortName) return -1;
-    name = text;
-    return 0;
-  }
-  uint32_t number = 0;
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || stop != end || number < 1 || number > kMaxPortNumber) return -1;
-  name = platform.serial.name_of(platform.serial.context, number);
-  return 0;
 }
 
 }  // namespace skyhaul

@@ -23,8 +23,4 @@ struct PortMemory {
 // remembered, the one with the highest number. Returns an empty text when there is no new port.
 std::string NewPort(const Platform& platform, PortMemory& memory);
 
-// Turns what a person gave as a port, a number 1..50 or a device's own name of up to 80 characters,
-// into a port name. Returns 0, or -1 when it is neither.
-int PortNameFromText(const Platform& platform, const std::string& text, std::string& name);
-
 }  // namespace skyhaul

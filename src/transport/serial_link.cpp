@@ -87,8 +87,8 @@ int TryOpenPort(SerialLink& link, const SerialSettings& settings, PortOpening& p
   return -1;
 }
 
-int ReconfigurePort(SerialLink& link, const SerialSettings& settings) {
-  const SetupStep failed = Configure(link, settings);
+int ReconfigurePort(SerialLink& link, uint32_t baud) {
+  const SetupStep failed = Configure(link, {.baud = baud, .xon_xoff = link.xon_xoff});
   if (failed != SetupStep::kNone) {
     ShowMessage(*link.operation, kSetupMessages[static_cast<size_t>(failed)],
                 "Initialising COM port");

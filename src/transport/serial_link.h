@@ -29,6 +29,7 @@ struct SerialLink {
   bool automatic = false;                // the port was not chosen: every candidate is tried
   std::vector<std::string> candidates;   // port names, the configured port first
   SerialHandle handle = kNoSerialHandle;
+  bool xon_xoff = false;         // flow control that the family asks for when it changes speed
   std::vector<uint8_t> pending;  // received beyond the end of the last answer
 };
 
@@ -39,9 +40,9 @@ int OpenPort(SerialLink& link, const SerialSettings& settings);
 // One attempt to open and configure, without messages. Returns 0 or -1; then problem says why.
 int TryOpenPort(SerialLink& link, const SerialSettings& settings, PortOpening& problem);
 
-// Applies new settings to the open port and lets it settle for 200 ms. Returns 0, or -1 after a
-// message; the port stays open.
-int ReconfigurePort(SerialLink& link, const SerialSettings& settings);
+// Changes the open port's speed, with the flow control of the link's family, and lets it settle for
+// 200 ms. Returns 0, or -1 after a message; the port stays open.
+int ReconfigurePort(SerialLink& link, uint32_t baud);
 
 // Does nothing when the port is not open.
 void ClosePort(SerialLink& link);
@@ -71,31 +72,44 @@ namespace internal {
 // One read into the link's pending bytes. Returns the number of bytes, or a negative code.
 int Receive(SerialLink& link, size_t chunk);
 uint64_t Tick_ms(const SerialLink& link);
+
+// Feeds the pending bytes. True when done; then the bytes after the last one fed are still pending.
+template <typename FeedByte>
+bool FeedPending(SerialLink& link, bool drop_flow_control, FeedByte& feed) {
+  for (size_t i = 0; i < link.pending.size(); ++i) {
+    const uint8_t byte = link.pending[i];
+    if (drop_flow_control && (byte == kXon || byte == kXoff)) continue;
+    if (feed(byte) == Feed::kDone) {
+      link.pending.erase(link.pending.begin(),
+                         link.pending.begin() + static_cast<ptrdiff_t>(i) + 1);
+      return true;
+    }
+  }
+  link.pending.clear();
+  return false;
+}
 }  // namespace internal
 
 // Feeds received bytes to `feed` (a function of one byte that returns Feed) until it is done.
 // Returns 0 then, kTimedOut, kPortFailed, or kAborted after the status "Transfer aborted"; the
 // abort flag is looked at before each read. Bytes after the one that was the last stay in the link
-// for the next call.
+// for the next call. Time that feeding takes is never counted as the instrument's silence: a
+// silence is only told after a read that brought nothing.
 template <typename FeedByte>
 int ReadWithDeadline(SerialLink& link, const ReadTerms& terms, FeedByte feed) {
   uint64_t start_ms = internal::Tick_ms(link);
+  if (internal::FeedPending(link, terms.drop_flow_control, feed)) return 0;
   for (;;) {
-    for (size_t i = 0; i < link.pending.size(); ++i) {
-      const uint8_t byte = link.pending[i];
-      if (terms.drop_flow_control && (byte == kXon || byte == kXoff)) continue;
-      if (feed(byte) == Feed::kDone) {
-        link.pending.erase(link.pending.begin(),
-                           link.pending.begin() + static_cast<ptrdiff_t>(i) + 1);
-        return 0;
-      }
-    }
-    link.pending.clear();
-    if (internal::Tick_ms(link) - start_ms > terms.timeout_ms) return kTimedOut;
     if (StopRequested(*link.operation)) return kAborted;
     const int received = internal::Receive(link, terms.chunk);
     if (received < 0) return kPortFailed;
-    if (received > 0 && terms.since_last_byte) start_ms = internal::Tick_ms(link);
+    if (internal::FeedPending(link, terms.drop_flow_control, feed)) return 0;
+    const uint64_t now_ms = internal::Tick_ms(link);
+    if (received > 0 && terms.since_last_byte) {
+      start_ms = now_ms;
+    } else if (now_ms - start_ms > terms.timeout_ms) {
+      return kTimedOut;
+    }
   }
 }
 

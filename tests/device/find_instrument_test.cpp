@@ -70,7 +70,9 @@ TEST_F(FindInstrumentTest, GivesUpAfterItsRounds) {
   EXPECT_EQ(Find(), -1);
   EXPECT_EQ(bench.opens, 6U);
   EXPECT_EQ(recorder.messages,
-            std::vector<std::string>{"Connecting to GPS on a, b, c: No valid response from GPS"});
+            std::vector<std::string>{"Connecting to GPS on a, b, c: No valid response from GPS\n"
+                                     "a cannot be opened"});
+  EXPECT_EQ(recorder.statuses[0], "a cannot be opened");
   EXPECT_EQ(recorder.progress,
             (std::vector<std::string>{"Connecting to GPS (4)", "Connecting to GPS (2)"}));
 }
@@ -80,9 +82,11 @@ TEST_F(FindInstrumentTest, SaysWhyWhenNoPortOpens) {
   bench.open_problems["c"] = PortProblem::kBusy;
   job.link.attempts = 2;
   EXPECT_EQ(Find(), -1);
-  EXPECT_EQ(recorder.messages, std::vector<std::string>{
-                                   "Connecting to GPS on a, b, c: Could not open serial port (sure "
-                                   "it's the right one ?)\na cannot be opened"});
+  EXPECT_EQ(
+      recorder.messages,
+      std::vector<std::string>{
+          "Connecting to GPS on a, b, c: Could not open serial port (sure "
+          "it's the right one ?)\na cannot be opened\nb cannot be opened\nc cannot be opened"});
 }
 
 TEST_F(FindInstrumentTest, AnAbortAtAnyWaitEndsIt) {

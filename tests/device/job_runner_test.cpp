@@ -142,6 +142,9 @@ TEST_F(JobRunnerTest, OneAtATimeAndAbort) {
 
   EXPECT_EQ(AbortJob(&shell), -1);
   EXPECT_EQ(recorder.messages.back(), "Abort GPS access: Port not in use");
+  const size_t messages = recorder.messages.size();
+  EXPECT_EQ(AbortJob(nullptr), -1);
+  EXPECT_EQ(recorder.messages.size(), messages);
   PauseForRunningJob(platform);
   EXPECT_EQ(Elapsed_ms(bench, before_ns), 2000U);
 }

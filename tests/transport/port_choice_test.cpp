@@ -59,34 +59,5 @@ TEST(PortChoice, ANewPortIsNoticed) {
   }
 }
 
-TEST(PortChoice, PortsFromText) {
-  Bench bench;
-  bench.ports = Ports({"/dev/ttyUSB0", "/dev/ttyS0"});
-  const Platform platform = BenchPlatform(bench);
-  const std::string longest = "/" + std::string(79, 'x');
-  const struct {
-    std::string text;
-    const char* name;  // null: refused
-  } cases[] = {
-      {"1", "/dev/ttyUSB0"},
-      {"2", "/dev/ttyS0"},
-      {"50", "COM50"},
-      {"0", nullptr},
-      {"51", nullptr},
-      {"-1", nullptr},
-      {"1x", nullptr},
-      {"", nullptr},
-      {"/dev/x", "/dev/x"},
-      {"dev/x", nullptr},
-      {longest, longest.c_str()},
-      {longest + "x", nullptr},
-  };
-  for (const auto& c : cases) {
-    std::string name;
-    EXPECT_EQ(PortNameFromText(platform, c.text, name), c.name == nullptr ? -1 : 0) << c.text;
-    EXPECT_EQ(name, c.name == nullptr ? "" : c.name);
-  }
-}
-
 }  // namespace
 }  // namespace skyhaul

@@ -114,14 +114,18 @@ TEST_F(SerialLinkTest, ReconfiguringSaysWhichStepFailed) {
   };
   for (const auto& c : cases) {
     bench.setup_failure = c.step;
-    EXPECT_EQ(ReconfigurePort(link, {.baud = 9600}), -1);
+    EXPECT_EQ(ReconfigurePort(link, 9600), -1);
     EXPECT_EQ(recorder.messages.back(), c.message);
   }
   bench.setup_failure = SetupStep::kNone;
   const uint64_t start_ns = bench.now_ns;
-  EXPECT_EQ(ReconfigurePort(link, {.baud = 9600}), 0);
+  EXPECT_EQ(ReconfigurePort(link, 9600), 0);
   EXPECT_EQ(Elapsed_ms(bench, start_ns), 200U);
   EXPECT_EQ(bench.settings.baud, 9600U);
+  EXPECT_FALSE(bench.settings.xon_xoff);
+  link.xon_xoff = true;
+  EXPECT_EQ(ReconfigurePort(link, 9600), 0);
+  EXPECT_TRUE(bench.settings.xon_xoff);
 }
 
 TEST_F(SerialLinkTest, ReadingKeepsWhatComesAfterTheAnswerAndTracesEverything) {
@@ -176,6 +180,20 @@ TEST_F(SerialLinkTest, ReadingTellsTimeOutPortErrorAndAbortApart) {
   start_ns = bench.now_ns;
   EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 60000}, never), kPortFailed);
   EXPECT_EQ(Elapsed_ms(bench, start_ns), 0U) << "an unplugged adapter is told at once";
+}
+
+TEST_F(SerialLinkTest, TimeSpentOnFeedingIsNotTheInstrumentsSilence) {
+  // A terminal that is stopped, or a client that hangs, holds the program up while bytes wait.
+  script.answers["$A"] = {std::string(300, 'x') + "\n"};
+  ASSERT_EQ(OpenPort(link, kSettings), 0);
+  ASSERT_EQ(WriteText(link, "$A\n"), 0);
+  size_t fed = 0;
+  const auto feed = [&](uint8_t byte) {
+    if (++fed == 10) bench.now_ns += 60'000'000'000;
+    return byte == '\n' ? Feed::kDone : Feed::kMore;
+  };
+  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 2000, .since_last_byte = true}, feed), 0);
+  EXPECT_EQ(fed, 301U);
 }
 
 }  // namespace
