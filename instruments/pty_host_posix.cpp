@@ -96,6 +96,10 @@ int MakeLink(const std::string& link, const std::string& target, std::string& pr
       problem = link + " exists and is not a symbolic link";
       return -1;
     }
+    if (::stat(link.c_str(), &status) == 0 && LinkTarget(link) != target) {
+      problem = link + " leads to " + LinkTarget(link) + ", which is in use";
+      return -1;
+    }
     (void)::unlink(link.c_str());
   }
   if (::symlink(target.c_str(), link.c_str()) == 0) return 0;

@@ -26,5 +26,7 @@ FileResult WriteWholeFile(const std::string& path, const std::string& text, IfEx
 
 bool FileExists(const std::string& path);
 bool IsDirectory(const std::string& path);
+// True when files can be made in the folder.
+bool FolderIsWritable(const std::string& path);
 
 }  // namespace skyhaul

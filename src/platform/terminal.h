@@ -5,6 +5,10 @@ namespace skyhaul {
 // True when standard error is a terminal that a line can be rewritten on.
 bool ErrorIsTerminal();
 
+// From now on writing to a pipe that nobody reads is an error like any other, not the program's
+// end.
+void SurviveBrokenPipes();
+
 // From now on the first interrupt of the person (Ctrl-C, or a request to end) is only counted, and
 // the second ends the program at once with status 130.
 void CountInterrupts();

@@ -70,6 +70,10 @@ TEST_F(File, RefusesToReplaceUnlessTold) {
   EXPECT_EQ(Read(At("file")), "old");
   fs::create_symlink("nowhere", At("dangling"));
   EXPECT_EQ(Write(At("dangling"), "new", IfExists::kRefuse), FileProblem::kExists);
+  EXPECT_EQ(Write(At("dangling"), "new", IfExists::kReplace), FileProblem::kNone);
+  EXPECT_TRUE(fs::is_symlink(At("dangling")));
+  EXPECT_TRUE(fs::is_regular_file(At("nowhere")));
+  fs::remove(At("nowhere"));
   EXPECT_EQ(CountFiles(), 2);
 }
 

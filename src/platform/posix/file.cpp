@@ -9,7 +9,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "platform/posix/descriptor.h"
 #include "platform/posix/system_reason.h"
@@ -86,7 +88,8 @@ int WriteAll(int fd, const std::string& text) {
 struct Target {
   std::string path;
   bool exists = false;
-  mode_t mode = 0;  // kind and permissions; 0 when nothing exists
+  bool named = false;  // something has the name, even if it leads nowhere
+  mode_t mode = 0;     // kind and permissions; 0 when nothing exists
 };
 
 // Only a regular file's own name is looked for: "/dev/stdout" can be a link to a pipe that has
@@ -95,8 +98,16 @@ Target FindTarget(const std::string& path) {
   Target target;
   target.path = path;
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return target;
+  if (stat(path.c_str(), &status) != 0) {
+    // A link that leads nowhere yet: the file is made where it leads to.
+    std::error_code ignored;
+    const std::filesystem::path leads_to = std::filesystem::read_symlink(path, ignored);
+    target.named = !leads_to.empty();
+    if (target.named) target.path = std::filesystem::path(path).parent_path() / leads_to;
+    return target;
+  }
   target.exists = true;
+  target.named = true;
   target.mode = status.st_mode;
   if (!S_ISREG(status.st_mode)) return target;
   const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr),
@@ -141,12 +152,25 @@ int Fill(const TemporaryFile& temporary, const std::string& text, const Target& 
   return fsync(temporary.file.fd) == 0 ? 0 : errno;
 }
 
-// Some network file systems cannot rename without replacing, but a second link to a file is refused
-// everywhere when the name is taken.
+// For file systems that know neither of the ways below: the name is taken by an empty file, which
+// the finished one then replaces.
+int ReserveAndRename(const std::string& from, const std::string& to) {
+  const Descriptor reserved(open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (reserved.fd < 0) return errno;
+  if (rename(from.c_str(), to.c_str()) == 0) return 0;
+  const int error = errno;
+  unlink(to.c_str());
+  return error;
+}
+
+// Some network file systems cannot rename without replacing, and some cannot make a second link to
+// a file either.
 int RenameOrRefuse(const std::string& from, const std::string& to) {
   if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
   if (errno != EINVAL && errno != ENOSYS) return errno;
-  if (link(from.c_str(), to.c_str()) != 0) return errno;
+  if (link(from.c_str(), to.c_str()) != 0) {
+    return errno == EEXIST ? EEXIST : ReserveAndRename(from, to);
+  }
   unlink(from.c_str());
   return 0;
 }
@@ -175,7 +199,7 @@ int WriteDirectly(const std::string& path, const std::string& text) {
 
 int WriteTarget(const Target& target, const std::string& text, IfExists if_exists) {
   if (S_ISDIR(target.mode)) return EISDIR;
-  if (target.exists && if_exists == IfExists::kRefuse) return EEXIST;
+  if (target.named && if_exists == IfExists::kRefuse) return EEXIST;
   if (target.exists && !S_ISREG(target.mode)) return WriteDirectly(target.path, text);
   // Renaming asks only the folder: a write-protected file has to be looked at by itself.
   if (target.exists && access(target.path.c_str(), W_OK) != 0) return errno;
@@ -197,6 +221,10 @@ FileResult ReadWholeFile(const std::string& path, std::string& text) {
 FileResult WriteWholeFile(const std::string& path, const std::string& text, IfExists if_exists) {
   const int error = WriteTarget(FindTarget(path), text, if_exists);
   return error == 0 ? FileResult{} : Failure(error);
+}
+
+bool FolderIsWritable(const std::string& path) {
+  return IsDirectory(path) && access(path.c_str(), W_OK | X_OK) == 0;
 }
 
 bool FileExists(const std::string& path) {

@@ -27,6 +27,10 @@ bool ErrorIsTerminal() {
   return isatty(STDERR_FILENO) != 0 && (term == nullptr || std::strcmp(term, "dumb") != 0);
 }
 
+void SurviveBrokenPipes() {
+  signal(SIGPIPE, SIG_IGN);
+}
+
 void CountInterrupts() {
   struct sigaction action = {};
   action.sa_handler = OnInterrupt;
