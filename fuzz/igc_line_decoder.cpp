@@ -38,7 +38,7 @@ void RequireGoodFix(const IgcDecoder& decoder) {
 void FeedLine(IgcDecoder& decoder, std::string_view line) {
   const IgcDecoder before = decoder;
   const int result = skyhaul::DecodeInstrumentIgcLine(decoder, line);
-  Require(result >= -skyhaul::kIgcTooManyFixes && result <= 1);
+  Require(result >= -skyhaul::kIgcBadGpsAltitude && result <= 1);
   Require(decoder.points.size() == before.points.size() + (result == 1 ? 1 : 0));
   Require(std::equal(before.points.begin(), before.points.end(), decoder.points.begin()));
   if (result == 1) RequireGoodFix(decoder);

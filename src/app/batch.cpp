@@ -42,9 +42,12 @@ int Finish(const Batch& batch, bool done) {
 }
 
 void Print(const Batch& batch, const std::string& text) {
-  FinishProgressLine(*batch.run->console);
-  std::fputs(text.c_str(), stdout);
-  std::fflush(stdout);
+  PrintResult(*batch.run->console, text);
+}
+
+std::string Identity(const JobOutcome& outcome) {
+  if (outcome.description.empty()) return "";
+  return "Instrument " + outcome.description + "\nOwner " + outcome.owner + "\n";
 }
 
 CalendarTime Now(const Platform& platform) {
@@ -69,13 +72,9 @@ IgcSave MakeSave(const Batch& batch, const JobOutcome& outcome) {
   return save;
 }
 
-// Makes the track the current one and saves it.
-int SaveTrack(Batch& batch, const JobOutcome& outcome, DownloadedTrack& track) {
-  InstallTrackLog(std::move(track.points), std::move(track.igc));
+int SaveTrack(Batch& batch, const JobOutcome& outcome, const TrackLog& log) {
   std::string path;
-  if (SaveIgcAuto(batch.operation, CurrentTrackLog(), MakeSave(batch, outcome), path) < 0) {
-    return -1;
-  }
+  if (SaveIgcAuto(batch.operation, log, MakeSave(batch, outcome), path) < 0) return -1;
   batch.written.push_back(path);
   Print(batch, "Saved " + path + "\n");
   return 0;
@@ -87,7 +86,7 @@ bool StartsEarlier(const DownloadedTrack& a, const DownloadedTrack& b) {
 
 // An instrument without a track list can still give the one flight that is selected on it.
 JobOutcome DownloadTracks(const Batch& batch, const JobRequest& request) {
-  JobOutcome outcome = RunJobToEnd(*batch.run, batch.shell, request);
+  JobOutcome outcome = RunJobToEnd(*batch.run, request);
   if (outcome.result != kNoTrackList) return outcome;
   if (!batch.block->tracks.empty()) {
     ShowMessage(batch.operation,
@@ -100,33 +99,49 @@ JobOutcome DownloadTracks(const Batch& batch, const JobRequest& request) {
              "This instrument has no track list, downloading the flight that is selected on it");
   JobRequest current = request;
   current.parameter = kCurrentTrack;
-  return RunJobToEnd(*batch.run, batch.shell, std::move(current));
+  return RunJobToEnd(*batch.run, std::move(current));
 }
 
-// Told before the download: a folder that is not there should not cost a pilot the whole transfer.
+// Told before the download: a folder that nothing can be saved in should not cost a pilot the whole
+// transfer. One whose name depends on the flight can only be found out afterwards.
 int CheckFolder(const Batch& batch) {
   const std::string& folder = batch.block->file;
-  const bool depends_on_flight = folder.find('$') != std::string::npos;
-  if (depends_on_flight || IsDirectory(folder)) return 0;
-  ShowMessage(batch.operation, "There is no folder " + folder, "Save IGC log");
+  if (folder.find('$') != std::string::npos || FolderIsWritable(folder)) return 0;
+  const bool exists = IsDirectory(folder);
+  ShowMessage(
+      batch.operation,
+      (exists ? "There is no permission to save files in " : "There is no folder ") + folder,
+      "Save IGC log");
   return -1;
+}
+
+// Saves the tracks, the oldest first. A track that cannot be saved does not keep the others from
+// it. When the whole job succeeded they become the current track log, the newest at last; else what
+// had arrived whole is only saved. Returns 0, or -1 when one could not be saved.
+int SaveTracks(Batch& batch, JobOutcome& outcome) {
+  std::vector<DownloadedTrack>& tracks = outcome.data.tracks;
+  std::sort(tracks.begin(), tracks.end(), StartsEarlier);
+  int result = 0;
+  for (DownloadedTrack& track : tracks) {
+    TrackLog log;
+    log.points = std::move(track.points);
+    log.instrument_igc = std::move(track.igc);
+    if (SaveTrack(batch, outcome, log) != 0) result = -1;
+    if (outcome.result < 0) continue;
+    InstallTrackLog(std::move(log.points), std::move(log.instrument_igc));
+  }
+  return result;
 }
 
 int RunIgcLog(Batch& batch) {
   if (CheckFolder(batch) != 0) return Finish(batch, false);
-  JobRequest request;
-  if (MakeRequest(*batch.run, *batch.block, batch.shell, kReadTrackLog, request) != 0) {
-    return kExitBadCommandLine;
-  }
+  const JobRequest request = MakeRequest(*batch.run, *batch.block, batch.shell, kReadTrackLog);
   JobOutcome outcome = DownloadTracks(batch, request);
-  if (outcome.result < 0) return Finish(batch, false);
-  Print(batch, "Instrument " + outcome.description + "\nOwner " + outcome.owner + "\n");
-  std::vector<DownloadedTrack>& tracks = outcome.data.tracks;
-  std::sort(tracks.begin(), tracks.end(), StartsEarlier);
-  for (DownloadedTrack& track : tracks) {
-    if (SaveTrack(batch, outcome, track) != 0) return Finish(batch, false);
-  }
-  return Finish(batch, true);
+  Print(batch, Identity(outcome));
+  // Tracks that were to be joined are no flights by themselves.
+  if (outcome.result < 0 && batch.block->no_split) return Finish(batch, false);
+  const int saved = SaveTracks(batch, outcome);
+  return Finish(batch, outcome.result >= 0 && saved == 0);
 }
 
 std::string FlightNotice(const TrackListEntry& entry) {
@@ -140,17 +155,13 @@ std::string FlightNotice(const TrackListEntry& entry) {
 }
 
 int RunFlightList(Batch& batch) {
-  JobRequest request;
-  if (MakeRequest(*batch.run, *batch.block, batch.shell, kReadFlightList, request) != 0) {
-    return kExitBadCommandLine;
-  }
-  const JobOutcome outcome = RunJobToEnd(*batch.run, batch.shell, std::move(request));
+  const JobRequest request = MakeRequest(*batch.run, *batch.block, batch.shell, kReadFlightList);
+  const JobOutcome outcome = RunJobToEnd(*batch.run, request);
   if (outcome.result == kNoTrackList) {
     ShowMessage(batch.operation, "This instrument has no track list", "Read GPS track list");
   }
   if (outcome.result < 0) return Finish(batch, false);
-  Print(batch, "Instrument " + outcome.description + "\nOwner " + outcome.owner + "\n" +
-                   TrackListTable(outcome.data.track_list, {}));
+  Print(batch, Identity(outcome) + TrackListTable(outcome.data.track_list, {}));
   for (const TrackListEntry& entry : outcome.data.track_list) Tell(batch, FlightNotice(entry));
   return Finish(batch, true);
 }

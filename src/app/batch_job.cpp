@@ -4,7 +4,6 @@
 
 #include "app/gps_types.h"
 #include "protocols/job_table.h"
-#include "transport/port_choice.h"
 
 namespace skyhaul {
 
@@ -28,8 +27,9 @@ PositionReports Reports(const BatchRun& run, const CommandLineBlock& block) {
 
 }  // namespace
 
-int MakeRequest(const BatchRun& run, const CommandLineBlock& block, const Shell& shell,
-                uint32_t access_type, JobRequest& request) {
+JobRequest MakeRequest(const BatchRun& run, const CommandLineBlock& block, const Shell& shell,
+                       uint32_t access_type) {
+  JobRequest request;
   request.platform = run.platform;
   request.shell = &shell;
   request.access_type = access_type;
@@ -38,18 +38,18 @@ int MakeRequest(const BatchRun& run, const CommandLineBlock& block, const Shell&
   request.reports = Reports(run, block);
   request.port = run.settings->port;
   if (!block.port_text.empty()) {
+    const SerialFunctions& serial = run.platform->serial;
     request.port.automatic = false;
-    if (PortNameFromText(*run.platform, block.port_text, request.port.configured) != 0) {
-      shell.message(shell.context, "Bad COM port", "Parsing command line");
-      return -1;
-    }
+    request.port.configured = block.port_number == 0
+                                  ? block.port_text
+                                  : serial.name_of(serial.context, block.port_number);
   }
   // An unset or zero time-out leaves the usual number of attempts.
   if (block.timeout_s.value_or(0) > 0) request.attempts = *block.timeout_s;
-  return 0;
+  return request;
 }
 
-JobOutcome RunJobToEnd(const BatchRun& run, const Shell& shell, JobRequest request) {
+JobOutcome RunJobToEnd(const BatchRun& run, JobRequest request) {
   JobOutcome outcome;
   request.completion = TakeOutcome;
   request.completion_context = &outcome;
@@ -58,7 +58,7 @@ JobOutcome RunJobToEnd(const BatchRun& run, const Shell& shell, JobRequest reque
   while (!WaitForJobEnd(kLookForInterrupt_ms)) {
     if (stopping || run.interrupts == nullptr || run.interrupts() == 0) continue;
     stopping = true;
-    AbortJob(&shell);
+    AbortJob(nullptr);  // silent when the job has ended by itself meanwhile
   }
   FinishProgressLine(*run.console);
   return outcome;

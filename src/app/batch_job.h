@@ -17,13 +17,12 @@ struct JobOutcome {
 };
 
 // The request of a batch run's job: its port, attempts, reports and whether tracks are joined come
-// from the command line, or else from the settings. Returns 0, or -1 after a message when the
-// command line names a port that there cannot be.
-int MakeRequest(const BatchRun& run, const CommandLineBlock& block, const Shell& shell,
-                uint32_t access_type, JobRequest& request);
+// from the command line, or else from the settings.
+JobRequest MakeRequest(const BatchRun& run, const CommandLineBlock& block, const Shell& shell,
+                       uint32_t access_type);
 
 // Runs one job to its end; an interrupt aborts it. The outcome's result is negative on failure,
 // which has been said.
-JobOutcome RunJobToEnd(const BatchRun& run, const Shell& shell, JobRequest request);
+JobOutcome RunJobToEnd(const BatchRun& run, JobRequest request);
 
 }  // namespace skyhaul

@@ -33,14 +33,15 @@ const char* ReadFailure(FileProblem problem) {
   }
 }
 
-int IgcText(const TrackLog& log, const IgcSave& save, std::string& text) {
-  if (!log.instrument_igc.text.empty()) {
+// The text to save, or what is wrong.
+const char* IgcText(const TrackLog& log, const IgcSave& save, std::string& text) {
+  if (log.instrument_igc.expected) {
     text = log.instrument_igc.text;
-    return 0;
+    return text.empty() ? "No log stored" : nullptr;
   }
   std::vector<TrackPoint> points;
-  if (SelectedTrackPoints(log, points) != 0) return -1;
-  return WriteIgc(points, save.header, save.options, text) < 0 ? -1 : 0;
+  if (SelectedTrackPoints(log, points) != 0) return "No gaps in selected points allowed";
+  return WriteIgc(points, save.header, save.options, text) < 0 ? "No positions" : nullptr;
 }
 
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {
@@ -69,7 +70,7 @@ int SaveUnderFixedName(const Operation& operation, const IgcSave& save, const st
 int SaveUnderFreeNumber(const Operation& operation, const TrackLog& log, const IgcSave& save,
                         std::string& path, const std::string& text) {
   const std::string folder = path;
-  const bool own = !log.instrument_igc.text.empty();
+  const bool own = log.instrument_igc.expected;
   const std::string manufacturer = own ? "xxx" : "xsh";
   const std::string serial = own ? log.instrument_igc.serial : "000";
   for (int number = 1; number <= kMaxFlightNumber; ++number) {
@@ -122,9 +123,7 @@ int SaveIgcAuto(const Operation& operation, const TrackLog& log, const IgcSave& 
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }
   std::string text;
-  if (IgcText(log, save, text) != 0) {
-    return Fail(operation, "No gaps in selected points allowed", kSaveTitle);
-  }
+  if (const char* wrong = IgcText(log, save, text)) return Fail(operation, wrong, kSaveTitle);
   const bool named = !path.empty() && path.back() != '/';
   const int saved = named ? SaveUnderFixedName(operation, save, path, text)
                           : SaveUnderFreeNumber(operation, log, save, path, text);

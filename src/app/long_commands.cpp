@@ -29,7 +29,8 @@ int PrintPorts(const Platform& platform, const Operation& operation) {
     return kExitFailed;
   }
   for (const PortInfo& port : ports) {
-    std::printf("%2u  %s  %s\n", port.number, port.name.c_str(), port.description.c_str());
+    const std::string description = port.description.empty() ? "" : "  " + port.description;
+    std::printf("%2u  %s%s\n", port.number, port.name.c_str(), description.c_str());
   }
   if (ports.empty()) std::puts("No serial ports found");
   return kExitDone;

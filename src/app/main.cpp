@@ -1,4 +1,6 @@
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -29,23 +31,20 @@ int RunLongOptions(const Operation& operation, const std::vector<std::string>& a
 
 int RunSwitches(const Operation& operation, const std::vector<std::string>& arguments,
                 Console& console) {
-  const ArgumentText given = CommandTextFromArguments(arguments, FileExists);
   CommandLineBlock block;
-  if (given.is_file) {
-    block = OpenFileBlock(given.file);
-  } else {
-    std::string message;
-    const CommandLineHost host = {.is_port_name = IsPortName};
-    if (ParseCommandLine(given.text, host, block, message) != 0) {
-      ShowMessage(operation, message, kCommandLineTitle);
-      return kExitBadCommandLine;
-    }
+  std::string message;
+  const CommandLineHost host = {.is_port_name = IsPortName};
+  const ArgumentText given = CommandTextFromArguments(arguments, FileExists);
+  if (ParseArguments(given, host, block, message) != 0) {
+    ShowMessage(operation, message, kCommandLineTitle);
+    return kExitBadCommandLine;
   }
   if (!block.present) {
     std::fputs(HelpText().c_str(), stdout);
     return kExitDone;
   }
-  CountInterrupts();
+  // Opening a file has nothing to abort but itself.
+  if (block.command != Command::kOpenFile) CountInterrupts();
   const Settings settings;
   const BatchRun run = {.platform = &NativePlatform(),
                         .settings = &settings,
@@ -54,9 +53,17 @@ int RunSwitches(const Operation& operation, const std::vector<std::string>& argu
   return RunBatch(run, block);
 }
 
+// A result that did not reach its reader is no success, whatever it said.
+int CheckOutput(const Operation& operation, int status) {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  if (errno != EPIPE) ShowMessage(operation, std::strerror(errno), "Writing to standard output");
+  return status == kExitDone ? kExitFailed : status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  SurviveBrokenPipes();
   const std::vector<std::string> arguments(argv + 1, argv + argc);
   Console console;
   console.terminal = ErrorIsTerminal();
@@ -66,5 +73,5 @@ int main(int argc, char** argv) {
   const int status = HasLongOptions(arguments) ? RunLongOptions(operation, arguments)
                                                : RunSwitches(operation, arguments, console);
   FinishProgressLine(console);
-  return status;
+  return CheckOutput(operation, status);
 }

@@ -11,6 +11,7 @@ namespace skyhaul {
 
 // The IGC text that an instrument delivered itself, unchanged, and what its A record says.
 struct InstrumentIgc {
+  bool expected = false;  // the instrument delivers such texts, so only that text may be saved
   std::string text;
   std::string manufacturer;  // up to 3 characters
   std::string serial;        // up to 3 characters
@@ -20,7 +21,7 @@ struct InstrumentIgc {
 struct TrackLog {
   std::vector<TrackPoint> points;
   std::vector<uint32_t> selection;  // indices of selected points, ascending; empty: all of them
-  InstrumentIgc instrument_igc;     // text is empty when the points did not come with one
+  InstrumentIgc instrument_igc;     // nothing is expected when the points came in another way
   uint32_t generation = 0;          // changes with every installation; results carry it
 };
 

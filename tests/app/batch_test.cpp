@@ -124,6 +124,40 @@ TEST_F(BatchTest, ListsTheFlights) {
   EXPECT_NE(out.find("    2  2017-04-27  11:00:00  00:00:29\n"), std::string::npos);
 }
 
+TEST_F(BatchTest, TracksThatArrivedWholeAreSavedEvenIfALaterOneFails) {
+  InstallTrackLog({{.time = 77}});
+  simulator.flights[1].igc_text = "nonsense\r\n";
+  EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /TRACK=1,2 /NOTIFY=me"), kExitFailed);
+  EXPECT_EQ(folder.Names(), Texts{"2017-04-27-xxx-123-01.igc"});
+  EXPECT_EQ(Notices(), Texts{"me: Done=0\n" + folder.File("./2017-04-27-xxx-123-01.igc")});
+  EXPECT_EQ(CurrentTrackLog().points.size(), 1U) << "a failed job keeps the old track";
+  EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /TRACK=1,2 /NOSPLIT"), kExitFailed);
+  EXPECT_EQ(folder.Names().size(), 1U) << "half of a joined log is none";
+}
+
+// A fault somewhere in the conversation: either the run says that it is done and the flight is
+// saved, or it says that it is not, nothing is saved and the old track log is kept.
+TEST_F(BatchTest, AFaultAnywhereKeepsTheOldTrackOrBringsTheNewOne) {
+  ASSERT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=."), kExitDone);
+  const size_t received = bench.received;
+  for (const FaultKind kind : {FaultKind::kDrop, FaultKind::kDelay, FaultKind::kUnplug}) {
+    for (size_t at = 0; at < received; at += 13) {
+      std::filesystem::remove_all(folder.path);
+      std::filesystem::create_directory(folder.path);
+      InstallTrackLog({{.time = 77}});
+      instrument = MakeFlytecInstrument(simulator, 57600);
+      bench = {};
+      bench.instrument = &instrument;
+      bench.ports = {{.number = 1, .name = "port1"}};
+      bench.fault = {.kind = kind, .at = at, .delay_ms = 2500};
+      const int status = RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=.");
+      EXPECT_EQ(CurrentTrackLog().points.size() == 1, status != kExitDone) << at;
+      EXPECT_EQ(folder.Names().size(), status == kExitDone ? 1U : 0U) << at;
+      EXPECT_TRUE(status == kExitDone || err.find(": ") != std::string::npos) << "untold at " << at;
+    }
+  }
+}
+
 TEST_F(BatchTest, FailuresAreToldAndKeepTheOldTrack) {
   InstallTrackLog({{.time = 77}});
   const struct {

@@ -16,11 +16,11 @@ TEST(ConsoleShell, ChoosesWhatWasAskedForOrTheNewest) {
     std::vector<uint32_t> numbers;
     int result;
     std::vector<uint32_t> chosen;
-    int messages;
+    const char* message;
   } cases[] = {
-      {{}, 1, {1}, 0},
-      {{1, 3}, 2, {0, 2}, 0},
-      {{1, 4}, -1, {}, 1},
+      {{}, 1, {1}, ""},
+      {{1, 3}, 2, {0, 2}, ""},
+      {{1, 4}, -1, {}, "Select track: There is no track 4 in the list\n"},
   };
   for (const auto& c : cases) {
     Console console;
@@ -31,9 +31,8 @@ TEST(ConsoleShell, ChoosesWhatWasAskedForOrTheNewest) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(shell.choose_tracks(shell.context, kList, chosen), c.result);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), TrackListTable(kList, c.chosen));
-    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), c.message);
     EXPECT_EQ(chosen, c.chosen);
-    EXPECT_EQ(console.messages, c.messages);
   }
   Console console;
   const Shell shell = ConsoleShell(console);
@@ -70,6 +69,17 @@ TEST(ConsoleShell, ProgressIsOneLineOnATerminalAndSparseLinesElsewhere) {
             "\rNo length\nTitle: It broke\n");
   EXPECT_EQ(Told(false),
             "Receiving\nTrack position 101 4%\nShort 15%\nNo length\nTitle: It broke\n");
+}
+
+TEST(ConsoleShell, WhatAnInstrumentSaysDoesNotSteerTheTerminal) {
+  Console console;
+  const Shell shell = ConsoleShell(console);
+  testing::internal::CaptureStderr();
+  shell.status(shell.context, "Owner: \x1b[2JJos\xe9\nsecond line");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Owner: ?[2JJos\u00e9\nsecond line\n");
+  testing::internal::CaptureStdout();
+  PrintResult(console, "\x07 rang\n");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "? rang\n");
 }
 
 }  // namespace

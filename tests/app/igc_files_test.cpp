@@ -77,8 +77,10 @@ TEST_F(IgcFilesTest, ReadingFailuresAreToldAndKeepTheOldTrack) {
 
 TEST_F(IgcFilesTest, AnInstrumentsOwnTextIsSavedUnchanged) {
   TrackLog log = SomeLog();
-  log.instrument_igc = {
-      .text = "whatever\nit \xff said\r\n", .manufacturer = "FLY", .serial = "A12"};
+  log.instrument_igc = {.expected = true,
+                        .text = "whatever\nit \xff said\r\n",
+                        .manufacturer = "FLY",
+                        .serial = "A12"};
   ASSERT_EQ(SaveIgcAuto(operation, log, save, written), 3);
   EXPECT_EQ(folder.Names(), Texts{"2026-05-14-xxx-A12-01.igc"});
   EXPECT_EQ(ReadText(written), log.instrument_igc.text);
@@ -148,6 +150,8 @@ TEST_F(IgcFilesTest, FixedNamesAndTemplates) {
 }
 
 TEST_F(IgcFilesTest, SavingFailuresLeaveNothing) {
+  TrackLog none = SomeLog();
+  none.instrument_igc.expected = true;
   TrackLog hole = SomeLog();
   hole.selection = {0, 2};
   const struct {
@@ -156,6 +160,7 @@ TEST_F(IgcFilesTest, SavingFailuresLeaveNothing) {
     const char* message;
   } cases[] = {
       {{}, folder.File(""), "Save IGC log: No positions"},
+      {none, folder.File(""), "Save IGC log: No log stored"},
       {hole, folder.File(""), "Save IGC log: No gaps in selected points allowed"},
       {SomeLog(), folder.File("none/"), "Save IGC log: File open error\n"},
       {SomeLog(), folder.File(std::string(300, 'x')), "Save IGC log: Too long file name\n"},

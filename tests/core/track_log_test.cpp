@@ -6,12 +6,13 @@ namespace skyhaul {
 namespace {
 
 TEST(TrackLog, InstallingResetsTheSelectionAndMarksOldResults) {
-  InstallTrackLog({{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}}, {.text = "AXSH"});
+  InstallTrackLog({{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}},
+                  {.expected = true, .text = "AXSH"});
   const uint32_t generation = CurrentTrackLog().generation;
   SelectTrackPoints({1, 2});
   InstallTrackLog({{.time = 9}});
   EXPECT_TRUE(CurrentTrackLog().selection.empty());
-  EXPECT_TRUE(CurrentTrackLog().instrument_igc.text.empty());
+  EXPECT_FALSE(CurrentTrackLog().instrument_igc.expected);
   EXPECT_NE(CurrentTrackLog().generation, generation);
 }
 

@@ -96,6 +96,27 @@ TEST_F(DownloadTest, AnInterruptLeavesNothingHalfWritten) {
   EXPECT_TRUE(Saved().empty());
 }
 
+TEST_F(DownloadTest, ASecondInterruptEndsAtOnce) {
+  Start(program, {SKYHAUL_PROGRAM, "/GPS=IQCOMPEO", "/COM=" + folder.File("none"),
+                  "/IGC_LOG=" + folder.File("saved")});
+  ASSERT_TRUE(WaitForText(program, "err", "Connecting to GPS"));
+  // Stopped, it finds both waiting when it goes on.
+  kill(program.pid, SIGSTOP);
+  kill(program.pid, SIGINT);
+  kill(program.pid, SIGTERM);
+  kill(program.pid, SIGCONT);
+  EXPECT_EQ(WaitForEnd(program), 130);
+}
+
+TEST_F(DownloadTest, AReaderThatGoesAwayDoesNotCostTheFlight) {
+  StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "0"});
+  std::string command;
+  for (const std::string& argument : Download()) command += "'" + argument + "' ";
+  EXPECT_EQ(RunToEnd(program, {"/bin/bash", "-c", "set -o pipefail; " + command + "| true"}), 1);
+  ASSERT_EQ(Saved().size(), 1U);
+  EXPECT_TRUE(ReadText(Saved()[0]) == flight);
+}
+
 TEST_F(DownloadTest, AnInstrumentThatIsUnpluggedIsTold) {
   StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "19200"});
   Start(program, Download());
@@ -138,7 +159,8 @@ TEST_F(DownloadTest, BadCommandLinesAreTold) {
       {{"/COM=0"}, 2, "Parsing command line: Bad COM port\n"},
       {{"--chek", "x"}, 2, "--check"},
       {{"--info", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
-      {{folder.File("flight.igc"), "/EXIT"}, 2, ""},
+      {{folder.File("flight.igc"), "/EXIT"}, 0, ""},
+      {{folder.File("flight.igc"), folder.File("client"), "/EXIT"}, 2, "Unrecognized command"},
       {{"--version"}, 0, ""},
       {{"--help"}, 0, ""},
       {{"--ports"}, 0, ""},

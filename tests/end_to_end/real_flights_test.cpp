@@ -4,7 +4,9 @@
 
 #include <cstdlib>
 #include <map>
+#include <vector>
 
+#include "app/command_line/settings_block.h"
 #include "core/units.h"
 #include "formats/igc/read_igc.h"
 #include "protocols/flytec/track_receiver.h"
@@ -43,15 +45,21 @@ std::string Position(const TrackPoint& point) {
 }
 
 // The reader drops fixes that repeat a second; all others must be what the instrument delivered.
-void ExpectSameFixes(const Flight& flight, const std::string& saved) {
+// Returns false when the reader refuses the file, which it may where the driver does not.
+bool HasSameFixes(const Flight& flight, const std::string& saved) {
   std::vector<TrackPoint> points;
   std::string message;
-  if (ParseIgc(saved, points, message) < 0) return;
-  std::multimap<std::string, int> delivered;
-  for (const TrackPoint& point : flight.decoded) delivered.emplace(Position(point), 0);
-  size_t missing = 0;
-  for (const TrackPoint& point : points) missing += delivered.count(Position(point)) == 0 ? 1 : 0;
-  EXPECT_EQ(missing, 0U) << flight.path;
+  if (ParseIgc(saved, points, message) < 0) return false;
+  std::vector<std::string> read;
+  for (const TrackPoint& point : points) read.push_back(Position(point));
+  std::vector<std::string> delivered;
+  uint32_t last_time = 0;
+  for (const TrackPoint& point : flight.decoded) {
+    if (point.time != last_time) delivered.push_back(Position(point));
+    last_time = point.time;
+  }
+  EXPECT_TRUE(read == delivered) << flight.path << " is read as another flight";
+  return true;
 }
 
 class RealFlights : public testing::TestWithParam<size_t> {};
@@ -60,21 +68,19 @@ class RealFlights : public testing::TestWithParam<size_t> {};
 constexpr size_t kRuns = 4;
 
 TEST_P(RealFlights, SurviveInstrumentAndFileToTheByte) {
-  const char* given = std::getenv("SKYHAUL_FLIGHTS");
-  const std::string folder =
-      given != nullptr ? given : std::string(SKYHAUL_SOURCE_DIR) + "/../shared/flights";
-  if (!std::filesystem::is_directory(folder)) {
+  const char* folder = std::getenv("SKYHAUL_FLIGHTS");
+  if (folder == nullptr || !std::filesystem::is_directory(folder)) {
     GTEST_SKIP() << "no real flights: SKYHAUL_FLIGHTS names no folder";
   }
   const std::vector<Flight> all = AcceptedFlights(folder);
-  ASSERT_GT(all.size(), 20U);
 
   std::multimap<std::string, const Flight*> expected;
   std::vector<std::string> options = {"--baud", "0"};
-  for (size_t i = GetParam(); i < all.size(); i += kRuns) {
+  for (size_t i = GetParam(); i < all.size() && expected.size() < kMaxTracks; i += kRuns) {
     expected.emplace(all[i].text, &all[i]);
     options.insert(options.end(), {"--flight", all[i].path});
   }
+  if (expected.empty()) GTEST_SKIP() << "no flight left for this run";
   Instrument instrument;
   StartInstrument(instrument, options);
   ScratchFolder saved;
@@ -86,13 +92,15 @@ TEST_P(RealFlights, SurviveInstrumentAndFileToTheByte) {
       << program.Err();
 
   EXPECT_EQ(saved.Names().size(), expected.size());
+  int refused = 0;
   for (const std::string& name : saved.Names()) {
     const std::string text = ReadText(saved.File(name));
     const auto found = expected.find(text);
     ASSERT_NE(found, expected.end()) << name << " is none of the flights";
-    ExpectSameFixes(*found->second, text);
+    refused += HasSameFixes(*found->second, text) ? 0 : 1;
     expected.erase(found);
   }
+  RecordProperty("read_by_the_driver_only", refused);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shared, RealFlights, testing::Range(size_t{0}, kRuns));

@@ -18,13 +18,14 @@ std::string QuoteValue(const std::string& argument) {
 
 ArgumentText CommandTextFromArguments(std::span<const std::string> arguments,
                                       const FileExistsFunction& file_exists) {
-  if (arguments.size() == 1 && file_exists(arguments[0])) {
-    return {.is_file = true, .file = arguments[0], .text = {}};
-  }
   ArgumentText result;
   bool has_switches = false;
   for (const std::string& argument : arguments) {
     if (argument.empty()) continue;
+    if (file_exists(argument)) {
+      result.files.push_back(argument);
+      continue;
+    }
     if (result.text.empty()) {
       has_switches = argument.starts_with('/');
     } else {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace skyhaul {
 
@@ -10,15 +11,15 @@ using FileExistsFunction = std::function<bool(const std::string& path)>;
 
 // What the arguments of a program say.
 struct ArgumentText {
-  bool is_file = false;  // the only argument is an existing file, whatever its name looks like
-  std::string file;      // that file
-  std::string text;      // else: the command line to parse
+  std::vector<std::string> files;  // arguments that are existing files, whatever they look like
+  std::string text;                // the rest as a command line to parse
 };
 
 // The command line where a shell has split it and taken its quotes away. Every argument after the
-// program's name is one switch, so '/PILOT=First Last' becomes /PILOT="First Last". A value that
-// begins with a double quote or holds one is kept as it is: quotes in quotes cannot be written.
-// Arguments that do not begin with a switch are the words of one file name.
+// program's name is a file that exists or one switch, so '/PILOT=First Last' becomes
+// /PILOT="First Last". A value that begins with a double quote or holds one is kept as it is:
+// quotes in quotes cannot be written. Arguments that do not begin with a switch are the words of
+// one file name.
 ArgumentText CommandTextFromArguments(std::span<const std::string> arguments,
                                       const FileExistsFunction& file_exists);
 

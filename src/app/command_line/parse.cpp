@@ -40,7 +40,9 @@ int ParseCommandLine(const std::string& text, const CommandLineHost& host, Comma
   if (rest.empty()) return 0;
   if (Unquote(rest, message) != 0) return -1;
   if (!rest.starts_with('/')) {
-    block = OpenFileBlock(CutToCharacters(rest, kMaxFileName));
+    block.present = true;
+    block.command = Command::kOpenFile;
+    block.file = CutToCharacters(rest, kMaxFileName);
     return 0;
   }
   const int parsed = ParseSwitches(rest, host, block, message);
@@ -48,12 +50,23 @@ int ParseCommandLine(const std::string& text, const CommandLineHost& host, Comma
   return parsed;
 }
 
-CommandLineBlock OpenFileBlock(const std::string& file) {
-  CommandLineBlock block;
+int ParseArguments(const ArgumentText& arguments, const CommandLineHost& host,
+                   CommandLineBlock& block, std::string& message) {
+  if (ParseCommandLine(arguments.text, host, block, message) != 0) return -1;
+  if (arguments.files.empty()) return 0;
+  if (arguments.files.size() > 1 || block.command == Command::kOpenFile) {
+    message = "Only one file can be opened";
+  } else if (block.command != Command::kNone) {
+    message = "A file to open does not go with a command";
+  }
+  if (!message.empty()) {
+    block = {};
+    return -1;
+  }
   block.present = true;
   block.command = Command::kOpenFile;
-  block.file = file;
-  return block;
+  block.file = arguments.files[0];
+  return 0;
 }
 
 }  // namespace skyhaul

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "app/command_line/from_arguments.h"
 #include "app/command_line/keywords.h"
 #include "app/command_line/settings_block.h"
 
@@ -18,8 +19,10 @@ inline constexpr char kCommandLineTitle[] = "Parsing command line";
 int ParseCommandLine(const std::string& text, const CommandLineHost& host, CommandLineBlock& block,
                      std::string& message);
 
-// The block of a command line that names one file to open. The name is kept whole: it came as one
-// argument and is known to exist, so no limit of the text form applies.
-CommandLineBlock OpenFileBlock(const std::string& file);
+// Parses what a shell's arguments came to: their switches, and at most one file to open, which no
+// command may stand beside. The file's name is kept whole: it is known to exist, so no limit of the
+// text form applies. Returns as ParseCommandLine.
+int ParseArguments(const ArgumentText& arguments, const CommandLineHost& host,
+                   CommandLineBlock& block, std::string& message);
 
 }  // namespace skyhaul

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string_view>
 
 #include "core/time_scale.h"
+#include "formats/igc/printable.h"
 
 namespace skyhaul {
 
@@ -19,15 +21,26 @@ void EndProgressLine(Console& console) {
   console.progress_width = 0;
 }
 
+// Line by line, because our own texts have line ends.
+std::string Shown(std::string_view text) {
+  std::string shown;
+  for (;;) {
+    const size_t end = text.find('\n');
+    shown += PrintableText(text.substr(0, end));
+    if (end == std::string_view::npos) return shown;
+    shown += '\n';
+    text.remove_prefix(end + 1);
+  }
+}
+
 void PrintLine(Console& console, const std::string& line) {
   EndProgressLine(console);
-  std::fprintf(stderr, "%s\n", line.c_str());
+  std::fprintf(stderr, "%s\n", Shown(line).c_str());
 }
 
 void Message(void* context, const char* text, const char* title) {
   Console& console = Of(context);
   const std::scoped_lock lock(console.mutex);
-  ++console.messages;
   PrintLine(console, std::string(title) + ": " + text);
 }
 
@@ -56,7 +69,7 @@ bool WorthALine(Console& console, int percent) {
 void Progress(void* context, const char* text, int percent) {
   Console& console = Of(context);
   const std::scoped_lock lock(console.mutex);
-  std::string line = text;
+  std::string line = Shown(text);
   if (percent != kUnknownPercent) line += " " + std::to_string(percent) + "%";
   if (!console.terminal) {
     if (WorthALine(console, percent)) PrintLine(console, line);
@@ -110,6 +123,13 @@ Shell ConsoleShell(Console& console) {
           .status = Status,
           .progress = Progress,
           .choose_tracks = ChooseTracks};
+}
+
+void PrintResult(Console& console, const std::string& text) {
+  const std::scoped_lock lock(console.mutex);
+  EndProgressLine(console);
+  std::fputs(Shown(text).c_str(), stdout);
+  std::fflush(stdout);
 }
 
 void FinishProgressLine(Console& console) {

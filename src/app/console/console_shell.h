@@ -19,7 +19,6 @@ struct Console {
   std::mutex mutex;           // guards what follows
   size_t progress_width = 0;  // characters of the progress line that stands there unfinished
   int told_tenths = -1;       // of the last progress told as a plain line
-  int messages = 0;           // how many messages were shown
 };
 
 // The shell that speaks through a console, which must outlive it. Its functions may be called from
@@ -28,6 +27,10 @@ Shell ConsoleShell(Console& console);
 
 // Ends an unfinished progress line, so that other output starts on a line of its own.
 void FinishProgressLine(Console& console);
+
+// Prints a result to standard output. Here as in all texts above, what an instrument or a file said
+// is shown with '?' for characters that would steer the terminal.
+void PrintResult(Console& console, const std::string& text);
 
 // The flight list as a table, one line per flight; a mark stands before the chosen ones.
 std::string TrackListTable(const std::vector<TrackListEntry>& list,

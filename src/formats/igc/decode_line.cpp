@@ -12,7 +12,6 @@ namespace skyhaul {
 namespace {
 
 constexpr size_t kARecordLength = 7;
-constexpr size_t kMaxFixes = 4'000'000;  // 46 days of one fix a second
 constexpr int kLatitudeLimitDegrees = 90;
 constexpr int kLongitudeLimitDegrees = 180;
 
@@ -102,7 +101,6 @@ int DecodeBRecord(IgcDecoder& decoder, std::string_view line) {
   TrackPoint point;
   const int fault = DecodePlace(line, point);
   if (fault < 0) return fault;
-  if (decoder.points.size() >= kMaxFixes) return -kIgcTooManyFixes;
   return StoreFix(decoder, static_cast<uint32_t>(time_of_day_s), point);
 }
 

@@ -22,7 +22,6 @@ enum IgcLineError : int {
   kIgcBadLongitude = 9,     // 180 degrees or more, or not E or W
   kIgcBadPressureAltitude = 10,
   kIgcBadGpsAltitude = 11,
-  kIgcTooManyFixes = 12,  // 4,000,000 fixes were read already
 };
 
 // A flight that arrives from an instrument line by line.

@@ -1,5 +1,6 @@
 #include "protocols/flytec/product_data.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "core/count_message.h"
@@ -31,8 +32,9 @@ std::string Normalised(std::string_view text, size_t longest) {
     if (c == ' ' && (result.empty() || result.back() == ' ')) continue;
     result += c;
   }
+  result.resize(std::min(result.size(), longest));
   if (!result.empty() && result.back() == ' ') result.pop_back();
-  return result.substr(0, longest);
+  return result;
 }
 
 int AskOnce(Job& job, FlytecProductData& data) {

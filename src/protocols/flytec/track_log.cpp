@@ -80,7 +80,8 @@ int DownloadTrack(Job& job, const std::string& request, uint32_t index, uint32_t
   if (decoder.g_records == 0) ShowMessage(job.operation, "No G-records found", kTitle);
   job.data.tracks.push_back({.index = index,
                              .points = std::move(decoder.points),
-                             .igc = {.text = std::move(receiver.text),
+                             .igc = {.expected = true,
+                                     .text = std::move(receiver.text),
                                      .manufacturer = std::move(decoder.manufacturer),
                                      .serial = std::move(decoder.serial)}});
   return 0;

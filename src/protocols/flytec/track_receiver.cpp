@@ -8,17 +8,13 @@ namespace skyhaul {
 
 namespace {
 
-// A week at one fix a second has 600,000 positions and 22 MB of text. An instrument that sends more
-// will not stop by itself.
-constexpr size_t kMostText = size_t{64} << 20;
-constexpr size_t kMostPositions = 2'000'000;
 constexpr size_t kLongestLine = 81;
 
 TrackFault DecodeLine(TrackReceiver& receiver) {
   if (receiver.line.empty()) return TrackFault::kNone;
-  if (receiver.decoder.points.size() >= kMostPositions) return TrackFault::kPositionMemory;
   const int result = DecodeInstrumentIgcLine(receiver.decoder, receiver.line);
   receiver.line.clear();
+  if (receiver.decoder.points.size() > receiver.most_positions) return TrackFault::kPositionMemory;
   if (result >= 0) return TrackFault::kNone;
   receiver.detail = -result;
   return TrackFault::kFormat;
@@ -27,7 +23,7 @@ TrackFault DecodeLine(TrackReceiver& receiver) {
 }  // namespace
 
 TrackFault FeedTrackByte(TrackReceiver& receiver, uint8_t byte) {
-  if (receiver.text.size() >= kMostText) return TrackFault::kTextMemory;
+  if (receiver.text.size() >= receiver.most_text) return TrackFault::kTextMemory;
   receiver.text += static_cast<char>(byte);
   if (byte == '\n') return DecodeLine(receiver);
   if (byte == '\r') return TrackFault::kNone;

@@ -20,6 +20,11 @@ enum class TrackFault {
 
 // A track that arrives byte by byte: the text as it is and the positions decoded from its lines.
 struct TrackReceiver {
+  // A week at one fix a second has 600,000 positions and 22 MB of text. An instrument that sends
+  // more than this will not stop by itself.
+  size_t most_text = size_t{64} << 20;
+  size_t most_positions = 2'000'000;
+
   std::string text;
   IgcDecoder decoder;
   int detail = 0;

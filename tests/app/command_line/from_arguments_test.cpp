@@ -13,14 +13,16 @@ ArgumentText Convert(const std::vector<std::string>& arguments, const std::strin
       arguments, [&](const std::string& path) { return !existing.empty() && path == existing; });
 }
 
-TEST(FromArguments, OneExistingFileIsAFile) {
+TEST(FromArguments, ExistingFilesAreFilesWhateverTheyLookLike) {
   for (const char* name :
        {"flight.igc", "/tmp/flight.igc", "my flight.igc", "\"quoted\".igc", "/PILOT=First Last"}) {
     const ArgumentText result = Convert({name}, name);
-    EXPECT_TRUE(result.is_file) << name;
-    EXPECT_EQ(result.file, name);
+    EXPECT_EQ(result.files, std::vector<std::string>{name});
+    EXPECT_EQ(result.text, "");
   }
-  EXPECT_FALSE(Convert({"flight.igc", "/EXIT"}, "flight.igc").is_file);
+  const ArgumentText between = Convert({"/EXIT", "/a/flight.igc", "/USB"}, "/a/flight.igc");
+  EXPECT_EQ(between.files, std::vector<std::string>{"/a/flight.igc"});
+  EXPECT_EQ(between.text, "/EXIT /USB");
 }
 
 TEST(FromArguments, RebuildsTheCommandLine) {
@@ -47,7 +49,7 @@ TEST(FromArguments, RebuildsTheCommandLine) {
   };
   for (const auto& c : cases) {
     const ArgumentText result = Convert(c.arguments);
-    EXPECT_FALSE(result.is_file);
+    EXPECT_TRUE(result.files.empty());
     EXPECT_EQ(result.text, c.text);
   }
 }

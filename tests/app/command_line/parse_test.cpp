@@ -93,5 +93,29 @@ TEST(Parse, FailureLeavesAMessageAndNoBlock) {
   }
 }
 
+TEST(ParseArguments, OneFileToOpenAndNoCommandBesideIt) {
+  const struct {
+    ArgumentText arguments;
+    const char* message;
+    const char* file;
+  } cases[] = {
+      {{{"/a/b.igc"}, ""}, "", "/a/b.igc"},
+      {{{"/a/b.igc"}, "/EXIT"}, "", "/a/b.igc"},
+      {{{}, "c.igc"}, "", "c.igc"},
+      {{{"a.igc", "b.igc"}, ""}, "Only one file can be opened", ""},
+      {{{"a.igc"}, "missing.igc"}, "Only one file can be opened", ""},
+      {{{"a.igc"}, "/IGC_LOG=x /GPS=IQCOMPEO"}, "A file to open does not go with a command", ""},
+      {{{"a.igc"}, "/NONSENSE"}, "Unrecognized command", ""},
+  };
+  for (const auto& c : cases) {
+    CommandLineBlock block;
+    std::string message;
+    EXPECT_EQ(ParseArguments(c.arguments, {}, block, message), *c.message == 0 ? 0 : -1);
+    EXPECT_EQ(message, c.message);
+    EXPECT_EQ(block.file, c.file);
+    EXPECT_EQ(block.present, *c.message == 0);
+  }
+}
+
 }  // namespace
 }  // namespace skyhaul

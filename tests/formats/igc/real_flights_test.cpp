@@ -23,8 +23,8 @@ std::vector<std::filesystem::path> FlightFiles() {
   const char* directory = std::getenv("SKYHAUL_FLIGHTS");
   std::error_code error;
   std::vector<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::directory_iterator(
-           directory != nullptr ? directory : SKYHAUL_SOURCE_DIR "/../shared/flights", error)) {
+  if (directory == nullptr) return files;
+  for (const auto& entry : std::filesystem::directory_iterator(directory, error)) {
     if (entry.path().extension() == ".igc") files.push_back(entry.path());
   }
   std::sort(files.begin(), files.end());

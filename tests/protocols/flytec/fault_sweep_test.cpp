@@ -1,6 +1,6 @@
 // A whole conversation, identification, list and download, once per byte, write and wait with a
-// fault there: it ends in bounded time, says a message, keeps the old track log, and what it
-// delivers was in the instrument's memory.
+// fault there: it ends in bounded time, says a message, and delivers nothing but what the bytes
+// that arrived say. That the old track log is kept is for the batch run's sweep to show.
 
 #include <gtest/gtest.h>
 
@@ -135,7 +135,7 @@ TEST(FaultSweep, WhatIsBentOnTheWayFromTheInstrumentIsToldOrDecodedAsItCame) {
         const Conversation run(fault);
         ExpectSane(run, fault);
         ExpectDecodedFromText(run, fault);
-        // A byte that is only late, less than the silence that ends the list, changes nothing.
+        // A byte that is only late changes nothing once it has arrived.
         if (kind == FaultKind::kDelay && run.result >= 0) {
           EXPECT_TRUE(WholeFlight(run)) << Describe(fault);
         }

@@ -4,6 +4,7 @@
 
 #include "formats/igc/decode_line.h"
 #include "protocols/flytec/track_list.h"
+#include "protocols/flytec/track_receiver.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
 namespace skyhaul {
@@ -154,6 +155,15 @@ TEST(TrackLogJob, AFlightWithoutSealIsKeptAndTold) {
   EXPECT_EQ(b.recorder.messages, Texts{"Read GPS track log: No G-records found"});
 }
 
+TEST(TrackLogJob, TracksThatArrivedWholeSurviveTheFailureOfALaterOne) {
+  TwoFlights b;
+  b.recorder.choice = {0, 1};
+  b.script.answers["$PBRTR,01"] = {"nonsense"};
+  EXPECT_LT(FlytecTrackLogJob(b.job), 0);
+  ASSERT_EQ(b.job.data.tracks.size(), 1U);
+  EXPECT_EQ(b.job.data.tracks[0].igc.text, b.newest);
+}
+
 TEST(TrackLogJob, JoiningRefusesOverlapsAndGaps) {
   const struct {
     const char* oldest_start;
@@ -198,6 +208,29 @@ TEST(TrackLogJob, ClientsHearOfPositionsWhileTheyArrive) {
   ASSERT_EQ(FlytecTrackLogJob(b.job), 5);
   EXPECT_EQ(b.bench.told.size(), 3U);
   EXPECT_EQ(b.bench.told[0], "me: Pos=47.716667,11.359517,640");
+}
+
+TEST(TrackReceiver, AnInstrumentThatDoesNotStopIsCutOff) {
+  const std::string flight = Igc("1200", 5);
+  const struct {
+    size_t most_text;
+    size_t most_positions;
+    const char* message;
+  } cases[] = {
+      {flight.size(), 5, ""},
+      {flight.size() - 1, 5, "E200 Track log memory allocation"},
+      {flight.size(), 4, "E201 Track log memory allocation"},
+  };
+  for (const auto& c : cases) {
+    TrackReceiver receiver;
+    receiver.most_text = c.most_text;
+    receiver.most_positions = c.most_positions;
+    TrackFault fault = TrackFault::kNone;
+    for (size_t i = 0; i < flight.size() && fault == TrackFault::kNone; ++i) {
+      fault = FeedTrackByte(receiver, static_cast<uint8_t>(flight[i]));
+    }
+    EXPECT_EQ(TrackFaultMessage(fault, receiver.detail), c.message);
+  }
 }
 
 }  // namespace
