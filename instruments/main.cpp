@@ -179,7 +179,7 @@ FlytecFlight MakeFlight(uint32_t n, const std::string& pilot) {
     double triangle_km;
     uint32_t interval_s;
   };
-  constexpr Kind kKinds[] = {{18, 2}, {40, 5}, {25, 1}, {60, 10}, {8, 1}};
+  constexpr Kind kKinds[] = {{40, 1}, {18, 2}, {25, 5}, {60, 10}, {8, 1}};
   const Kind& kind = kKinds[n % std::size(kKinds)];
   const uint32_t last_day = TimeFromCalendar({.year = 2026, .month = 5, .day = 24});
   const uint32_t time_of_day_s = 9 * 3600 + n * 1013 % 7200;
@@ -195,6 +195,7 @@ FlytecFlight MakeFlight(uint32_t n, const std::string& pilot) {
   options.sign = true;
   options.may_be_signed = true;
   options.serial = "000";
+  options.free_text = "Simulated instrument";
   options.download_time = CalendarFromTime(flight.points.back().time);
   std::string text;
   (void)WriteIgc(flight.points, header, options, text);

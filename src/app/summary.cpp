@@ -31,7 +31,9 @@ uint32_t Duration_s(const FlightSummary& summary) {
 }
 
 std::string Instrument(const IgcHeader& header) {
-  return header.recorder.empty() ? header.manufacturer + " " + header.serial : header.recorder;
+  if (!header.recorder.empty()) return header.recorder;
+  const std::string code = header.manufacturer + " " + header.serial;
+  return header.remark.empty() ? code : code + " (" + header.remark + ")";
 }
 
 std::string Line(const char* label, const std::string& value) {

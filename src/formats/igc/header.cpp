@@ -34,7 +34,9 @@ std::string_view WithoutBlanks(std::string_view text) {
 void ReadARecord(IgcHeader& header, std::string_view line) {
   if (!header.manufacturer.empty() || line.size() < 4) return;
   header.manufacturer = PrintableText(line.substr(1, 3));
-  header.serial = PrintableText(line.substr(4, line.find(' ', 4) - 4));
+  const size_t blank = std::min(line.find(' ', 4), line.size());
+  header.serial = PrintableText(line.substr(4, blank - 4));
+  header.remark = PrintableText(WithoutBlanks(line.substr(blank)));
 }
 
 // "HFPLTPILOT:Name" and "HFPLTName": without a colon there is no long key before the value.

@@ -10,6 +10,7 @@ namespace skyhaul {
 struct IgcHeader {
   std::string manufacturer;  // 3 characters of the A record
   std::string serial;        // what follows them, up to the first blank
+  std::string remark;        // of the A record: what follows the first blank
   std::string recorder;      // the HFFTY record's text: maker and type of the recorder
   std::string pilot;
   std::string glider_type;

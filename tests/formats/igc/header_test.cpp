@@ -23,6 +23,8 @@ TEST(ReadIgcHeader, ReadsLongAndShortKeys) {
   EXPECT_EQ(header.manufacturer, "ABC");
   EXPECT_EQ(header.serial, "12345");
   EXPECT_EQ(header.recorder, "Maker,Type 7");
+  EXPECT_EQ(ReadIgcHeader("AXSH000  6030 SN1 \r\n").remark, "6030 SN1");
+  EXPECT_EQ(ReadIgcHeader("AXSH000\r\n").remark, "");
   EXPECT_EQ(header.pilot, "Ada Lovelace");
   EXPECT_EQ(header.glider_type, "Wing: 7");
   EXPECT_EQ(header.glider_id, "D-1234");
