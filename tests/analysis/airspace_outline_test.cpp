@@ -1,0 +1,148 @@
+#include "analysis/airspace_outline.h"
+
+#include <gtest/gtest.h>
+
+#include <GeographicLib/Geodesic.hpp>
+
+#include "core/units.h"
+
+namespace skyhaul {
+namespace {
+
+AirspacePosition At(double lat_deg, double lon_deg) {
+  return {.lat = RadiansToSemicircles(lat_deg * kPi / 180),
+          .lon = RadiansToSemicircles(lon_deg * kPi / 180)};
+}
+
+AirspacePosition Exact(AirspacePosition centre, double bearing_deg, double distance_m) {
+  double lat = 0;
+  double lon = 0;
+  GeographicLib::Geodesic::WGS84().Direct(SemicirclesToDegrees(centre.lat),
+                                          SemicirclesToDegrees(centre.lon), bearing_deg, distance_m,
+                                          lat, lon);
+  return At(lat, lon);
+}
+
+double Apart_m(AirspacePosition left, AirspacePosition right) {
+  double distance_m = 0;
+  GeographicLib::Geodesic::WGS84().Inverse(
+      SemicirclesToDegrees(left.lat), SemicirclesToDegrees(left.lon),
+      SemicirclesToDegrees(right.lat), SemicirclesToDegrees(right.lon), distance_m);
+  return distance_m;
+}
+
+AirspaceSegment Arc(AirspacePosition centre, double start_deg, double end_deg, char direction) {
+  return {.type = SegmentType::kArcByBearings,
+          .point = centre,
+          .radius_m = 50000,
+          .start_bearing_deg = start_deg,
+          .end_bearing_deg = end_deg,
+          .direction = direction};
+}
+
+AirspaceSegment ByPoints(const AirspaceSegment& arc) {
+  const ArcEnds ends = EndsOfArc(arc);
+  return {.type = SegmentType::kArcByPoints,
+          .point = arc.point,
+          .start = ends.start,
+          .end = ends.end,
+          .direction = arc.direction};
+}
+
+void ExpectSamePlaces(const std::vector<AirspacePosition>& left,
+                      const std::vector<AirspacePosition>& right, double tolerance_m) {
+  ASSERT_EQ(left.size(), right.size());
+  for (size_t i = 0; i < left.size(); ++i) {
+    EXPECT_LT(Apart_m(left[i], right[i]), tolerance_m) << "point " << i;
+  }
+}
+
+// Half a semicircle in each direction.
+constexpr double kRounding_m = 0.02;
+
+TEST(AirspaceOutline, EndsOfArcsAtAnyLatitude) {
+  for (const double lat_deg : {60.0, 0.0, -47.0, 89.9, -90.0}) {
+    for (const double lon_deg : {10.0, 179.9, -180.0}) {
+      for (const double bearing_deg : {0.0, 45.0, 90.0, 180.5, 270.0, 359.0, 360.0}) {
+        const AirspacePosition centre = At(lat_deg, lon_deg);
+        const ArcEnds ends = EndsOfArc(Arc(centre, bearing_deg, 360 - bearing_deg, kClockwise));
+        EXPECT_LT(Apart_m(ends.start, Exact(centre, bearing_deg, 50000)), kRounding_m)
+            << lat_deg << " " << lon_deg << " " << bearing_deg;
+        EXPECT_LT(Apart_m(ends.end, Exact(centre, 360 - bearing_deg, 50000)), kRounding_m)
+            << lat_deg << " " << lon_deg << " " << bearing_deg;
+      }
+    }
+  }
+}
+
+TEST(AirspaceOutline, ArcsTurnTheWayTheyAreTold) {
+  const AirspacePosition centre = At(60, 10);
+  const struct {
+    double start_deg;
+    double end_deg;
+    char direction;
+    double step_deg;
+    std::vector<double> bearings_deg;
+  } cases[] = {
+      {10, 100, kClockwise, 30, {10, 40, 70, 100}},
+      {350, 20, kClockwise, 20, {350, 365, 380}},
+      {20, 350, kCounterClockwise, 20, {20, 5, -10}},
+      {100, 10, kCounterClockwise, 30, {100, 70, 40, 10}},
+      {10, 350, kCounterClockwise, 10, {10, 0, -10}},
+      {10, 11, kClockwise, 1, {10, 11}},
+      {0, 90.1, kClockwise, 30, {0, 90.1 / 3, 180.2 / 3, 90.1}},  // more than three steps by little
+      {0, 91, kClockwise, 30, {0, 22.75, 45.5, 68.25, 91}},
+      {0, 360, kClockwise, 30, {0, 30, 60, 90, 120, 150, 180, 210, 240, 270, 300, 330, 360}},
+      {90, 90, kCounterClockwise, 30, {90, 60, 30, 0, 330, 300, 270, 240, 210, 180, 150, 120, 90}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.start_deg << c.direction << c.end_deg);
+    std::vector<AirspacePosition> expected;
+    for (const double bearing_deg : c.bearings_deg) {
+      expected.push_back(Exact(centre, bearing_deg, 50000));
+    }
+    const AirspaceSegment arc = Arc(centre, c.start_deg, c.end_deg, c.direction);
+    ExpectSamePlaces(OutlinePoints({.segments = {arc}}, c.step_deg), expected, kRounding_m);
+    ExpectSamePlaces(OutlinePoints({.segments = {ByPoints(arc)}}, c.step_deg), expected,
+                     kRounding_m * 2);
+  }
+}
+
+TEST(AirspaceOutline, RadiusOfAnArcByPointsChangesEvenly) {
+  const AirspacePosition centre = At(60, 10);
+  const AirspaceSegment arc = {.type = SegmentType::kArcByPoints,
+                               .point = centre,
+                               .start = Exact(centre, 0, 10000),
+                               .end = Exact(centre, 90, 13000)};
+  ExpectSamePlaces(OutlinePoints({.segments = {arc}}, 30),
+                   {arc.start, Exact(centre, 30, 11000), Exact(centre, 60, 12000), arc.end},
+                   kRounding_m * 2);
+}
+
+TEST(AirspaceOutline, PointsAndCirclesInTheirOrder) {
+  const AirspacePosition centre = At(-33.5, 179.99);
+  const CtrRecord airspace = {
+      .segments = {{.point = At(1, 2)},
+                   {.type = SegmentType::kCircle, .point = centre, .radius_m = 5000},
+                   {.point = At(3, 4)}}};
+  ExpectSamePlaces(OutlinePoints(airspace, 90),
+                   {At(1, 2), Exact(centre, 0, 5000), Exact(centre, 90, 5000),
+                    Exact(centre, 180, 5000), Exact(centre, 270, 5000), At(3, 4)},
+                   kRounding_m);
+}
+
+TEST(AirspaceOutline, StepsAndCentresOutOfReason) {
+  const CtrRecord circle = {
+      .segments = {{.type = SegmentType::kCircle, .point = At(0, 0), .radius_m = 1}}};
+  EXPECT_EQ(OutlinePoints(circle, 1000).size(), 4U);
+  EXPECT_EQ(OutlinePoints(circle, 0).size(), 36000U);
+  const CtrRecord antipode = {.segments = {{.type = SegmentType::kArcByPoints,
+                                            .point = At(0, 0),
+                                            .start = At(0, 179.9),
+                                            .end = At(1, 1)}}};
+  const std::vector<AirspacePosition> ends = {At(0, 179.9), At(1, 1)};
+  EXPECT_EQ(OutlinePoints(antipode, 1), ends);
+}
+
+}  // namespace
+}  // namespace skyhaul

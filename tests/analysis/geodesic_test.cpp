@@ -1,0 +1,168 @@
+#include "analysis/geodesic.h"
+
+#include <gtest/gtest.h>
+
+#include <GeographicLib/Geodesic.hpp>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "core/units.h"
+
+namespace skyhaul {
+namespace {
+
+constexpr double kDegree = kPi / 180;
+constexpr double kAccuracy_m = 1e-4;
+
+struct Pair {
+  double lat1;  // degrees
+  double lon1;
+  double lat2;
+  double lon2;
+};
+
+struct Reference {
+  double distance_m;
+  double bearing_deg;
+};
+
+Reference Exact(const Pair& pair) {
+  Reference exact = {};
+  double end_bearing_deg = 0;
+  GeographicLib::Geodesic::WGS84().Inverse(pair.lat1, pair.lon1, pair.lat2, pair.lon2,
+                                           exact.distance_m, exact.bearing_deg, end_bearing_deg);
+  return exact;
+}
+
+GeodesicCourse Ours(const Pair& pair) {
+  return GeodesicInverse(pair.lat1 * kDegree, pair.lon1 * kDegree, pair.lat2 * kDegree,
+                         pair.lon2 * kDegree);
+}
+
+struct Random {
+  std::mt19937_64 bits{1975};
+  std::uniform_real_distribution<double> unit{-1, 1};
+};
+
+double Within(Random& random, double reach) {
+  return reach * random.unit(random.bits);
+}
+
+// Evenly over the globe.
+double AnyLatitude(Random& random) {
+  return std::asin(Within(random, 1)) / kDegree;
+}
+
+Pair Anywhere(Random& random) {
+  return {AnyLatitude(random), Within(random, 180), AnyLatitude(random), Within(random, 180)};
+}
+
+Pair Near(Random& random, double reach_deg) {
+  const Pair first = Anywhere(random);
+  const double lat = first.lat1 + Within(random, reach_deg);
+  return {first.lat1, first.lon1, std::clamp(lat, -90.0, 90.0),
+          first.lon1 + Within(random, reach_deg)};
+}
+
+Pair NearAntipode(Random& random, double reach_deg) {
+  const Pair near = Near(random, reach_deg);
+  return {near.lat1, near.lon1, -near.lat2, near.lon2 + 180};
+}
+
+void ExpectExact(const Pair& pair) {
+  const Reference exact = Exact(pair);
+  const GeodesicCourse course = Ours(pair);
+  if (course.distance_m < 0 && exact.distance_m > 19.9e6) return;
+  SCOPED_TRACE(testing::Message() << pair.lat1 << " " << pair.lon1 << " to " << pair.lat2 << " "
+                                  << pair.lon2);
+  ASSERT_NEAR(course.distance_m, exact.distance_m, kAccuracy_m);
+  if (exact.distance_m < 1000 || exact.distance_m > 19.8e6) return;
+  ASSERT_NEAR(std::remainder(course.bearing_rad - exact.bearing_deg * kDegree, 2 * kPi), 0, 1e-9);
+  ASSERT_GE(course.bearing_rad, 0);
+}
+
+TEST(GeodesicInverse, RandomPairs) {
+  Random random;
+  for (int i = 0; i < 20000; ++i) {
+    ExpectExact(Anywhere(random));
+    ExpectExact(Near(random, 0.5));
+    ExpectExact(NearAntipode(random, 1));
+    if (testing::Test::HasFatalFailure()) return;
+  }
+}
+
+TEST(GeodesicInverse, EdgesOfTheGlobe) {
+  const Pair cases[] = {
+      {0, 0, 0, 90},                // along the equator
+      {0, 0, 0, 179},               //
+      {0, 0, 0, 1e-6},              // 0.1 m
+      {90, 0, 47, 8},               // from a pole
+      {47, 8, -90, 50},             // to a pole
+      {90, 0, -90, 0},              // pole to pole
+      {80, 10, 80, -170},           // over a pole
+      {47, 179.9, 47, -179.9},      // across the date line
+      {47, 8, 47, 368},             // the same place a turn later
+      {47, 8, 47, 8},               //
+      {-33.5, -70.75, -33.5, 289},  //
+  };
+  for (const Pair& pair : cases) {
+    ExpectExact(pair);
+    EXPECT_GE(Ours(pair).distance_m, 0) << pair.lat1 << " " << pair.lon1;
+  }
+  EXPECT_EQ(Ours({47, 8, 47, 8}).bearing_rad, 0);
+}
+
+TEST(GeodesicInverse, NoResultNearTheAntipode) {
+  const Pair cases[] = {
+      {0, 0, 0, 180},           {0, 0, 0, 179.7},   {47, 8, -47, -172},
+      {47, 8, -47.001, -171.9}, {0, 0, 0.5, 179.7},
+  };
+  for (const Pair& pair : cases) {
+    EXPECT_LT(Ours(pair).distance_m, 0) << pair.lat1 << " to " << pair.lat2;
+    EXPECT_LT(GeodesicDistance_m(pair.lat1 * kDegree, pair.lon1 * kDegree, pair.lat2 * kDegree,
+                                 pair.lon2 * kDegree),
+              0);
+  }
+  EXPECT_LT(GeodesicDistance_m(std::numeric_limits<double>::quiet_NaN(), 0, 0, 0), 0);
+}
+
+void ExpectDestination(const Pair& start, double bearing_deg, double distance_m) {
+  const GeographicLib::Geodesic& exact = GeographicLib::Geodesic::WGS84();
+  double lat = 0;
+  double lon = 0;
+  exact.Direct(start.lat1, start.lon1, bearing_deg, distance_m, lat, lon);
+  const GeodesicPosition ours = GeodesicDestination(start.lat1 * kDegree, start.lon1 * kDegree,
+                                                    bearing_deg * kDegree, distance_m);
+  double off_m = 0;
+  exact.Inverse(lat, lon, ours.lat_rad / kDegree, ours.lon_rad / kDegree, off_m);
+  ASSERT_LT(off_m, kAccuracy_m) << start.lat1 << " " << start.lon1 << " " << bearing_deg << " deg "
+                                << distance_m << " m";
+  ASSERT_LE(std::abs(ours.lon_rad), kPi);
+}
+
+TEST(GeodesicDestination, RandomPlaces) {
+  Random random;
+  for (int i = 0; i < 20000; ++i) {
+    const Pair pair = Anywhere(random);
+    ExpectDestination(pair, pair.lon2, Exact(pair).distance_m);
+    ExpectDestination(pair, pair.lon2, 50000 * (1 + pair.lat2 / 90));
+    if (testing::Test::HasFatalFailure()) return;
+  }
+}
+
+TEST(GeodesicDestination, EdgesOfTheGlobe) {
+  const double distances_m[] = {0, 0.01, 50000, 10001965.7293, 2e7};
+  const double bearings_deg[] = {0, 90, 180, 270, 360, -45};
+  for (const double lat : {90.0, 60.0, 0.0, -90.0}) {
+    for (const double bearing_deg : bearings_deg) {
+      for (const double distance_m : distances_m) {
+        ExpectDestination({lat, 179.99, 0, 0}, bearing_deg, distance_m);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul
