@@ -1,0 +1,72 @@
+#include "formats/compegps/compegps_time.h"
+
+#include <iterator>
+
+#include "core/time_scale.h"
+#include "formats/text/scan.h"
+#include "formats/values/iso_time.h"
+#include "formats/values/numbers.h"
+#include "formats/values/pieces.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr std::string_view kMonths[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
+                                        "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+constexpr int kFirstTwoDigitYear = 1990;
+constexpr int kFirstFullYear = 2062;  // the year of kCompeGpsNoDate
+constexpr int kCentury = 100;
+
+// 1..12, or 0.
+int MonthNumber(std::string_view name) {
+  for (size_t i = 0; i < std::size(kMonths); ++i) {
+    if (EqualIgnoringCase(name, kMonths[i])) return static_cast<int>(i) + 1;
+  }
+  return 0;
+}
+
+int FullYear(std::string_view text) {
+  const int year = ReadWholeNumber(text);
+  if (text.size() != 2 || year < 0) return year;
+  return year + (year >= kFirstTwoDigitYear % kCentury ? 1900 : 2000);
+}
+
+}  // namespace
+
+bool ReadCompeGpsTime(std::string_view date_text, std::string_view time_text, uint32_t& time) {
+  time = 0;
+  if (EqualIgnoringCase(date_text, kCompeGpsNoDate) && time_text == kCompeGpsNoTime) return true;
+  CalendarTime calendar;
+  calendar.day = ReadWholeNumber(TakeField(date_text, '-'));
+  calendar.month = MonthNumber(TakeField(date_text, '-'));
+  calendar.year = FullYear(date_text);
+  calendar.hour = ReadWholeNumber(TakeField(time_text, ':'));
+  calendar.minute = ReadWholeNumber(TakeField(time_text, ':'));
+  calendar.second = ReadWholeNumber(TakeField(time_text, '.'));
+  if (calendar.day < 0 || calendar.month == 0 || calendar.year < 0) return false;
+  if (calendar.hour < 0 || calendar.minute < 0 || calendar.second < 0) return false;
+  time = TimeFromFile(calendar);
+  return true;
+}
+
+void AppendCompeGpsTime(std::string& text, uint32_t time) {
+  if (time == 0) {
+    text.append(kCompeGpsNoDate).append(" ").append(kCompeGpsNoTime);
+    return;
+  }
+  const CalendarTime calendar = CalendarFromTime(time);
+  const auto append = [&text](int number, char end) {
+    AppendWhole(text, static_cast<unsigned>(number), 2);
+    text += end;
+  };
+  append(calendar.day, '-');
+  text.append(kMonths[calendar.month - 1]).append("-");
+  const bool is_short = calendar.year >= kFirstTwoDigitYear && calendar.year < kFirstFullYear;
+  append(is_short ? calendar.year % kCentury : calendar.year, ' ');
+  append(calendar.hour, ':');
+  append(calendar.minute, ':');
+  AppendWhole(text, static_cast<unsigned>(calendar.second), 2);
+}
+
+}  // namespace skyhaul

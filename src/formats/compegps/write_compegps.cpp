@@ -1,0 +1,54 @@
+#include "formats/compegps/write_compegps.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "formats/compegps/compegps_time.h"
+#include "formats/text/scan.h"
+#include "formats/values/numbers.h"
+#include "formats/values/windows_1252.h"
+#include "formats/waypoints/position.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr char kDegreeSign = '\xBA';  // the ordinal sign, which stands there by custom
+constexpr int kPositionDecimals = 10;
+constexpr int kAltitudeDecimals = 6;
+
+// A name is one word.
+std::string NameWord(std::string_view name) {
+  std::string word = ToWindows1252(OneLine(name));
+  std::replace(word.begin(), word.end(), ' ', '_');
+  return word.empty() ? "_" : word;
+}
+
+void AppendAngle(std::string& text, int32_t semicircles, std::string_view hemispheres) {
+  AppendFixed(text, std::abs(DegreesFromSemicircles(semicircles)), kPositionDecimals);
+  text += kDegreeSign;
+  text += hemispheres[semicircles < 0 ? 1 : 0];
+  text += ' ';
+}
+
+void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
+  text += "W  " + NameWord(waypoint.name) + " A ";
+  AppendAngle(text, waypoint.lat, "NS");
+  AppendAngle(text, waypoint.lon, "EW");
+  AppendCompeGpsTime(text, waypoint.time);
+  text += ' ';
+  AppendFixed(text, waypoint.altitude_m, kAltitudeDecimals);
+  text += ' ';
+  text += ToWindows1252(OneLine(waypoint.description));
+  text += "\r\n";
+}
+
+}  // namespace
+
+std::string WriteCompeGps(std::span<const FileWaypoint> waypoints) {
+  std::string text = "G  WGS 84\r\nU  1\r\n";
+  for (const FileWaypoint& waypoint : waypoints) AppendWaypoint(text, waypoint);
+  return text;
+}
+
+}  // namespace skyhaul

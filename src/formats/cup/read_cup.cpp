@@ -1,0 +1,201 @@
+#include "formats/cup/read_cup.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <vector>
+
+#include "formats/cup/quoted_fields.h"
+#include "formats/text/charset.h"
+#include "formats/text/scan.h"
+#include "formats/values/pieces.h"
+#include "formats/waypoints/position.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr double kMetresPerFoot = 0.3048;
+constexpr double kHighest_m = 100000;
+constexpr std::string_view kTasks = "-----";
+constexpr std::string_view kAirfieldStyles[] = {"2", "4", "5"};
+
+enum Column { kName, kCode, kLat, kLon, kElev, kStyle, kDesc, kColumnCount };
+
+struct ColumnNames {
+  std::string_view name;
+  std::string_view old_name;  // in files of the format's first years
+};
+
+constexpr ColumnNames kColumnNames[kColumnCount] = {
+    {"name", "title"},     {"code", "code"},   {"lat", "latitude"},     {"lon", "longitude"},
+    {"elev", "elevation"}, {"style", "style"}, {"desc", "description"},
+};
+
+// Where each column stands; nothing for one that the file does not have.
+using Columns = std::array<std::optional<size_t>, kColumnCount>;
+
+constexpr Columns kColumnsWithoutHeading = {0, 1, 3, 4, 5, 6, 10};
+
+Columns ColumnsOf(const std::vector<std::string>& heading) {
+  Columns columns;
+  for (size_t at = 0; at < heading.size(); ++at) {
+    for (size_t column = 0; column < kColumnCount; ++column) {
+      const ColumnNames& names = kColumnNames[column];
+      if (columns[column]) continue;
+      if (EqualIgnoringCase(heading[at], names.name) ||
+          EqualIgnoringCase(heading[at], names.old_name)) {
+        columns[column] = at;
+      }
+    }
+  }
+  return columns;
+}
+
+bool IsHeading(const Columns& columns) {
+  return columns[kName] && columns[kLat] && columns[kLon];
+}
+
+std::string_view Field(const std::vector<std::string>& fields, const Columns& columns,
+                       Column column) {
+  return columns[column] && *columns[column] < fields.size() ? fields[*columns[column]]
+                                                             : std::string_view();
+}
+
+// DDMM.mmm or DDDMM.mmm and a hemisphere; the ranges are left to the position.
+std::optional<double> ReadAngle(std::string_view text, std::string_view positive,
+                                std::string_view negative) {
+  if (text.empty()) return std::nullopt;
+  const std::string_view hemisphere = text.substr(text.size() - 1);
+  const bool is_negative = EqualIgnoringCase(hemisphere, negative);
+  const std::string_view digits = TrimBlanks(text.substr(0, text.size() - 1));
+  double value = 0;
+  if (!is_negative && !EqualIgnoringCase(hemisphere, positive)) return std::nullopt;
+  if (digits.starts_with('-') || ParseDecimal(digits, value) != 0) return std::nullopt;
+  const double degrees = std::floor(value / 100);
+  const double minutes = value - degrees * 100;
+  if (minutes >= 60) return std::nullopt;
+  return (is_negative ? -1 : 1) * (degrees + minutes / 60);
+}
+
+std::optional<FilePosition> ReadPosition(std::string_view lat, std::string_view lon) {
+  const std::optional<double> lat_deg = ReadAngle(lat, "N", "S");
+  const std::optional<double> lon_deg = ReadAngle(lon, "E", "W");
+  if (!lat_deg || !lon_deg) return std::nullopt;
+  return PositionFromDegrees(*lat_deg, *lon_deg);
+}
+
+std::optional<double> ReadElevation(std::string_view text) {
+  if (text.empty()) return 0.0;
+  const size_t unit_at = std::min(text.find_first_not_of("+-.0123456789"), text.size());
+  const std::string_view unit = TrimBlanks(text.substr(unit_at));
+  double number = 0;
+  if (ParseDecimal(text.substr(0, unit_at), number) != 0) return std::nullopt;
+  if (EqualIgnoringCase(unit, "ft")) number *= kMetresPerFoot;
+  if (!unit.empty() && !EqualIgnoringCase(unit, "m") && !EqualIgnoringCase(unit, "ft")) {
+    return std::nullopt;
+  }
+  if (std::fabs(number) > kHighest_m) return std::nullopt;
+  return number;
+}
+
+// What is wrong with a waypoint that is used nevertheless.
+constexpr std::string_view kNoElevation = "the elevation cannot be read and is taken for 0";
+
+// Returns an empty text, or what is wrong with the record.
+std::string_view ReadWaypoint(const QuotedRecord& record, const Columns& columns,
+                              FileWaypoint& waypoint) {
+  const auto field = [&](Column column) { return Field(record.fields, columns, column); };
+  if (!record.closed) return "a quote is not closed";
+  const std::optional<FilePosition> position = ReadPosition(field(kLat), field(kLon));
+  if (!position) return "the position cannot be read";
+  const std::optional<double> altitude_m = ReadElevation(field(kElev));
+  waypoint = {.lat = position->lat, .lon = position->lon, .altitude_m = altitude_m.value_or(0)};
+  waypoint.name = OneLine(field(kCode).empty() ? field(kName) : field(kCode));
+  waypoint.description = OneLine(field(kName));
+  if (waypoint.description == waypoint.name) waypoint.description.clear();
+  waypoint.comment = OneLine(field(kDesc));
+  const bool airfield =
+      std::ranges::find(kAirfieldStyles, field(kStyle)) != std::end(kAirfieldStyles);
+  waypoint.type = airfield ? kWaypointAirfield : 0;
+  return altitude_m ? "" : kNoElevation;
+}
+
+// The lines from a place on, counted from 1.
+struct Lines {
+  std::string_view rest;
+  int number = 1;
+};
+
+void SkipBlankLines(Lines& lines) {
+  while (!lines.rest.empty()) {
+    std::string_view rest = lines.rest;
+    if (!TrimBlanks(TakeLine(rest)).empty()) return;
+    lines = {.rest = rest, .number = lines.number + 1};
+  }
+}
+
+// Finds out what the columns are and takes the heading if there is one. Returns 0, or -1 for a text
+// of another kind.
+int TakeHeading(Lines& lines, Columns& columns) {
+  SkipBlankLines(lines);
+  if (lines.rest.empty()) return -1;
+  Lines after = lines;
+  QuotedRecord record;
+  after.number += TakeQuotedRecord(after.rest, record);
+  columns = ColumnsOf(record.fields);
+  if (IsHeading(columns)) {
+    lines = after;
+    return 0;
+  }
+  columns = kColumnsWithoutHeading;
+  return ReadPosition(Field(record.fields, columns, kLat), Field(record.fields, columns, kLon))
+             ? 0
+             : -1;
+}
+
+}  // namespace
+
+bool LooksLikeCup(std::string_view text) {
+  const std::string utf8 = ToUtf8(text);
+  Lines lines = {.rest = utf8};
+  Columns columns;
+  return TakeHeading(lines, columns) == 0;
+}
+
+int ReadCup(std::string_view text, WaypointFile& file, std::string& message) {
+  file = {};
+  message.clear();
+  const std::string utf8 = ToUtf8(text);
+  Lines lines = {.rest = utf8};
+  Columns columns;
+  if (TakeHeading(lines, columns) != 0) {
+    message = LineError(lines.number, "not the heading of a SeeYou CUP file");
+    return -1;
+  }
+  std::string first_fault;
+  for (SkipBlankLines(lines); !lines.rest.empty() && !lines.rest.starts_with(kTasks);
+       SkipBlankLines(lines)) {
+    const int number = lines.number;
+    QuotedRecord record;
+    lines.number += TakeQuotedRecord(lines.rest, record);
+    FileWaypoint waypoint;
+    const std::string_view fault = ReadWaypoint(record, columns, waypoint);
+    if (fault.empty() || fault == kNoElevation) file.waypoints.push_back(std::move(waypoint));
+    if (fault == kNoElevation) {
+      file.notes.push_back(LineNote(number, fault));
+    } else if (!fault.empty()) {
+      if (first_fault.empty()) first_fault = LineError(number, fault);
+      file.notes.push_back(LineNote(number, std::string(fault) + "; skipped"));
+    }
+  }
+  if (file.waypoints.empty() && !first_fault.empty()) {
+    file = {};
+    message = first_fault;
+    return -1;
+  }
+  return static_cast<int>(file.waypoints.size());
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,52 @@
+#include "formats/cup/write_cup.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <string_view>
+
+#include "formats/cup/quoted_fields.h"
+#include "formats/text/scan.h"
+#include "formats/waypoints/position.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr char kOrdinaryStyle[] = "1";
+constexpr char kSolidRunwayStyle[] = "5";
+
+std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hemispheres) {
+  constexpr int32_t kMilliminutesPerDegree = 60000;
+  const int64_t milliminutes = AngleInSteps(semicircles, kMilliminutesPerDegree);
+  const int64_t minute_part = milliminutes % kMilliminutesPerDegree;
+  return PaddedNumber(milliminutes / kMilliminutesPerDegree, degree_digits) +
+         PaddedNumber(minute_part / 1000, 2) + '.' + PaddedNumber(minute_part % 1000, 3) +
+         hemispheres[semicircles < 0 ? 1 : 0];
+}
+
+std::string ElevationText(double altitude_m) {
+  constexpr double kLimit_m = 1e9;
+  const double clamped = std::isnan(altitude_m) ? 0 : std::clamp(altitude_m, -kLimit_m, kLimit_m);
+  const int64_t decimetres = std::llround(clamped * 10);
+  return (decimetres < 0 ? "-" : "") + std::to_string(std::abs(decimetres) / 10) + '.' +
+         std::to_string(std::abs(decimetres) % 10) + 'm';
+}
+
+}  // namespace
+
+std::string WriteCup(std::span<const FileWaypoint> waypoints) {
+  std::string text = "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\r\n";
+  for (const FileWaypoint& waypoint : waypoints) {
+    const std::string description = QuoteField(waypoint.description);
+    const std::string code = QuoteField(waypoint.name);
+    text += (waypoint.description.empty() ? code : description) + ',' + code + ",,";
+    text += AngleText(waypoint.lat, 2, "NS") + ',' + AngleText(waypoint.lon, 3, "EW") + ',';
+    text += ElevationText(waypoint.altitude_m) + ',';
+    text += waypoint.type == kWaypointAirfield ? kSolidRunwayStyle : kOrdinaryStyle;
+    text += ",,,," + QuoteField(waypoint.comment) + "\r\n";
+  }
+  return text;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,181 @@
+#include "formats/formatgeo/read_formatgeo.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "formats/formatgeo/headings.h"
+#include "formats/formatgeo/utm.h"
+#include "formats/text/charset.h"
+#include "formats/text/scan.h"
+#include "formats/values/pieces.h"
+#include "formats/waypoints/position.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr double kHighest_m = 100000;
+
+// Takes a position off the front of a line, or nothing.
+using PositionTaker = std::optional<FilePosition>(std::string_view& rest);
+
+struct Angle {
+  double degrees = 0;
+  int fields = 0;  // degrees, minutes, seconds: how many of them were there
+};
+
+// Takes a number without sign. Returns 0, or -1 and takes nothing.
+int TakeNumber(std::string_view& rest, double& number) {
+  std::string_view after = rest;
+  const std::string_view word = TakeWord(after);
+  if (word.starts_with('-') || ParseDecimal(word, number) != 0) return -1;
+  rest = after;
+  return 0;
+}
+
+// Takes a hemisphere and up to max_fields numbers.
+std::optional<Angle> TakeAngle(std::string_view& rest, char positive, char negative,
+                               int max_fields) {
+  const std::string_view hemisphere = TakeWord(rest);
+  if (hemisphere.size() != 1) return std::nullopt;
+  if (hemisphere[0] != positive && hemisphere[0] != negative) return std::nullopt;
+  Angle angle;
+  double unit = 1;
+  for (double number = 0; angle.fields < max_fields && TakeNumber(rest, number) == 0;
+       ++angle.fields) {
+    if (angle.fields > 0 && number > 60) return std::nullopt;
+    angle.degrees += number * unit;
+    unit /= 60;
+  }
+  if (hemisphere[0] == negative) angle.degrees = -angle.degrees;
+  return angle.fields > 0 ? std::optional(angle) : std::nullopt;
+}
+
+std::optional<FilePosition> TakeGeo(std::string_view& rest) {
+  constexpr int kAllFields = 3;
+  const std::optional<Angle> lat = TakeAngle(rest, 'N', 'S', kAllFields);
+  if (!lat) return std::nullopt;
+  // As many fields as the latitude has: the altitude behind them is a number as well.
+  const std::optional<Angle> lon = TakeAngle(rest, 'E', 'W', lat->fields);
+  if (!lon || lon->fields != lat->fields) return std::nullopt;
+  return PositionFromDegrees(lat->degrees, lon->degrees);
+}
+
+// Takes "32T" or "32 T".
+int TakeZone(std::string_view& rest, UtmPosition& utm) {
+  std::string_view word = TakeWord(rest);
+  const size_t digits = std::min(word.find_first_not_of("0123456789"), word.size());
+  double zone = 0;
+  if (digits > 2 || ParseDecimal(word.substr(0, digits), zone) != 0) return -1;
+  word.remove_prefix(digits);
+  if (word.empty()) word = TakeWord(rest);
+  if (word.size() != 1) return -1;
+  utm.zone = static_cast<int>(zone);
+  utm.band = word[0];
+  return 0;
+}
+
+std::optional<FilePosition> TakeUtm(std::string_view& rest) {
+  UtmPosition utm;
+  if (TakeZone(rest, utm) != 0) return std::nullopt;
+  if (TakeNumber(rest, utm.easting_m) != 0) return std::nullopt;
+  if (TakeNumber(rest, utm.northing_m) != 0) return std::nullopt;
+  const std::optional<UtmDegrees> degrees = DegreesFromUtm(utm);
+  if (!degrees) return std::nullopt;
+  return PositionFromDegrees(degrees->lat_deg, degrees->lon_deg);
+}
+
+// Returns an empty text, or what is wrong with the line.
+std::string_view ReadLine(std::string_view line, PositionTaker& take_position,
+                          FileWaypoint& waypoint) {
+  std::optional<FilePosition> position;
+  std::string_view from = line;
+  std::string_view rest;
+  while (!position) {
+    from = from.substr(std::min(from.find_first_not_of(" \t"), from.size()));
+    if (from.empty()) return "there is no position on it";
+    rest = from;
+    position = take_position(rest);
+    if (!position) TakeWord(from);
+  }
+  waypoint = {.lat = position->lat, .lon = position->lon};
+  waypoint.name = TrimBlanks(line.substr(0, line.size() - from.size()));
+  const std::string_view altitude = TakeWord(rest);
+  if (!altitude.empty() && ParseDecimal(altitude, waypoint.altitude_m) != 0) {
+    return "the altitude cannot be read";
+  }
+  if (std::fabs(waypoint.altitude_m) > kHighest_m) return "the altitude cannot be read";
+  waypoint.description = TrimBlanks(rest);
+  return {};
+}
+
+// Takes lines up to the heading. Returns its number, or minus the number of the line that stands in
+// its place.
+int TakeHeading(std::string_view& rest, std::string_view heading) {
+  for (int number = 1; !rest.empty(); ++number) {
+    const std::string_view line = TrimBlanks(TakeLine(rest));
+    if (EqualIgnoringCase(line.substr(0, heading.size()), heading)) return number;
+    if (!line.empty()) return -number;
+  }
+  return -1;
+}
+
+int ReadList(std::string_view text, std::string_view heading, PositionTaker& take_position,
+             WaypointFile& file, std::string& message) {
+  file = {};
+  message.clear();
+  const std::string utf8 = ToUtf8(text);
+  std::string_view rest = utf8;
+  int number = TakeHeading(rest, heading);
+  if (number < 0) {
+    message = LineError(-number, "not the heading " + std::string(heading));
+    return -1;
+  }
+  std::string first_fault;
+  while (!rest.empty()) {
+    const std::string line = OneLine(TakeLine(rest));
+    ++number;
+    if (line.empty()) continue;
+    FileWaypoint waypoint;
+    const std::string_view fault = ReadLine(line, take_position, waypoint);
+    if (fault.empty()) {
+      file.waypoints.push_back(std::move(waypoint));
+    } else {
+      if (first_fault.empty()) first_fault = LineError(number, fault);
+      file.notes.push_back(LineNote(number, std::string(fault) + "; skipped"));
+    }
+  }
+  if (file.waypoints.empty() && !first_fault.empty()) {
+    file = {};
+    message = first_fault;
+    return -1;
+  }
+  return static_cast<int>(file.waypoints.size());
+}
+
+bool StartsWithHeading(std::string_view text, std::string_view heading) {
+  const std::string utf8 = ToUtf8(text);
+  std::string_view rest = utf8;
+  return TakeHeading(rest, heading) > 0;
+}
+
+}  // namespace
+
+bool LooksLikeFormatGeo(std::string_view text) {
+  return StartsWithHeading(text, kGeoHeading);
+}
+
+bool LooksLikeFormatUtm(std::string_view text) {
+  return StartsWithHeading(text, kUtmHeading);
+}
+
+int ReadFormatGeo(std::string_view text, WaypointFile& file, std::string& message) {
+  return ReadList(text, kGeoHeading, TakeGeo, file, message);
+}
+
+int ReadFormatUtm(std::string_view text, WaypointFile& file, std::string& message) {
+  return ReadList(text, kUtmHeading, TakeUtm, file, message);
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,83 @@
+#include "formats/formatgeo/write_formatgeo.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <string_view>
+
+#include "formats/formatgeo/headings.h"
+#include "formats/formatgeo/utm.h"
+#include "formats/text/scan.h"
+#include "formats/waypoints/position.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr size_t kNameWidth = 8;
+
+// Counts characters, not bytes: those that UTF-8 continues a character with have no width.
+size_t Width(std::string_view utf8) {
+  return static_cast<size_t>(std::ranges::count_if(
+      utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }));
+}
+
+std::string NameColumn(std::string_view name) {
+  std::string column = OneLine(name);
+  column.append(kNameWidth - std::min(kNameWidth, Width(column)), ' ');
+  return column;
+}
+
+std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hemispheres) {
+  constexpr int32_t kHundredthsPerMinute = 6000;
+  constexpr int32_t kHundredthsPerDegree = 60 * kHundredthsPerMinute;
+  const int64_t hundredths = AngleInSteps(semicircles, kHundredthsPerDegree);
+  const int64_t seconds = hundredths % kHundredthsPerMinute;
+  return std::string(1, hemispheres[semicircles < 0 ? 1 : 0]) + ' ' +
+         PaddedNumber(hundredths / kHundredthsPerDegree, degree_digits) + ' ' +
+         PaddedNumber(hundredths % kHundredthsPerDegree / kHundredthsPerMinute, 2) + ' ' +
+         PaddedNumber(seconds / 100, 2) + '.' + PaddedNumber(seconds % 100, 2);
+}
+
+// The altitude and the description, the same in both forms: the number ends in a fixed column.
+std::string LineTail(const FileWaypoint& waypoint, size_t altitude_width) {
+  constexpr double kLimit_m = 99999;
+  const double altitude_m = std::isnan(waypoint.altitude_m) ? 0 : waypoint.altitude_m;
+  const std::string altitude =
+      std::to_string(std::lround(std::clamp(altitude_m, -kLimit_m, kLimit_m)));
+  std::string tail(altitude_width - std::min(altitude_width, altitude.size() + 1), ' ');
+  tail += ' ' + altitude;
+  const std::string description = OneLine(waypoint.description);
+  if (!description.empty()) tail += "  " + description;
+  return tail.append(kLineEnd);
+}
+
+}  // namespace
+
+std::string WriteFormatGeo(std::span<const FileWaypoint> waypoints) {
+  constexpr size_t kAltitudeWidth = 6;
+  std::string text = std::string(kGeoHeading).append(kLineEnd);
+  for (const FileWaypoint& waypoint : waypoints) {
+    text += NameColumn(waypoint.name) + "  " + AngleText(waypoint.lat, 2, "NS") + "    " +
+            AngleText(waypoint.lon, 3, "EW") + LineTail(waypoint, kAltitudeWidth);
+  }
+  return text;
+}
+
+std::string WriteFormatUtm(std::span<const FileWaypoint> waypoints) {
+  constexpr size_t kAltitudeWidth = 7;
+  constexpr size_t kMetreDigits = 7;
+  std::string text = std::string(kUtmHeading).append(kLineEnd);
+  for (const FileWaypoint& waypoint : waypoints) {
+    const UtmPosition utm =
+        UtmFromDegrees(DegreesFromSemicircles(waypoint.lat), DegreesFromSemicircles(waypoint.lon));
+    text += NameColumn(waypoint.name) + ' ' + PaddedNumber(utm.zone, 2) + utm.band + "   " +
+            PaddedNumber(std::llround(utm.easting_m), kMetreDigits) + "   " +
+            PaddedNumber(std::llround(utm.northing_m), kMetreDigits) +
+            LineTail(waypoint, kAltitudeWidth);
+  }
+  return text;
+}
+
+}  // namespace skyhaul

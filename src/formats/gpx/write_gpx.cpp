@@ -1,0 +1,63 @@
+#include "formats/gpx/write_gpx.h"
+
+#include "formats/gpx/read_gpx.h"
+#include "formats/text/scan.h"
+#include "formats/values/iso_time.h"
+#include "formats/values/numbers.h"
+#include "formats/values/xml_text.h"
+#include "formats/waypoints/position.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr std::string_view kHead =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<gpx version=\"1.1\" creator=\"Skyhaul\" xmlns=\"http://www.topografix.com/GPX/1/1\""
+    " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
+    " xsi:schemaLocation=\"http://www.topografix.com/GPX/1/1"
+    " http://www.topografix.com/GPX/1/1/gpx.xsd\">\n";
+constexpr std::string_view kTail = "</gpx>\n";
+
+// A semicircle is 8.4e-8 degrees. The schema wants longitudes below 180, and the easternmost one,
+// 179.99999992, is still that with 8 decimals.
+constexpr int kPositionDecimals = 8;
+constexpr int kAltitudeDecimals = 3;
+
+void AppendText(std::string& xml, std::string_view name, std::string_view text) {
+  if (!text.empty()) AppendXmlElement(xml, name, OneLine(text));
+}
+
+void AppendWaypoint(std::string& xml, const FileWaypoint& waypoint) {
+  xml += "<wpt lat=\"";
+  AppendFixed(xml, DegreesFromSemicircles(waypoint.lat), kPositionDecimals);
+  xml += "\" lon=\"";
+  AppendFixed(xml, DegreesFromSemicircles(waypoint.lon), kPositionDecimals);
+  xml += "\">\n<ele>";
+  AppendFixed(xml, waypoint.altitude_m, kAltitudeDecimals);
+  xml += "</ele>\n";
+  if (waypoint.time != 0) {
+    xml += "<time>";
+    AppendIsoTime(xml, waypoint.time, 0);
+    xml += "</time>\n";
+  }
+  AppendText(xml, "name", waypoint.name);
+  AppendText(xml, "cmt", waypoint.comment.empty() ? waypoint.description : waypoint.comment);
+  AppendText(xml, "desc", waypoint.description);
+  if (waypoint.type == kWaypointAirfield) {
+    AppendText(xml, "sym", kGpxAirfield);
+    AppendText(xml, "type", kGpxAirfield);
+  }
+  xml += "</wpt>\n";
+}
+
+}  // namespace
+
+std::string WriteGpx(std::span<const FileWaypoint> waypoints) {
+  std::string xml(kHead);
+  for (const FileWaypoint& waypoint : waypoints) AppendWaypoint(xml, waypoint);
+  xml += kTail;
+  return xml;
+}
+
+}  // namespace skyhaul

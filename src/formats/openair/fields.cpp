@@ -1,0 +1,167 @@
+#include "formats/openair/fields.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <system_error>
+
+#include "core/units.h"
+#include "formats/text/scan.h"
+
+namespace skyhaul::openair {
+
+namespace {
+
+constexpr double kSemicirclesPerDegree = 2147483648.0 / 180;
+constexpr std::string_view kBlanks = " \t";
+
+bool IsDigit(char letter) {
+  return letter >= '0' && letter <= '9';
+}
+
+bool TakeCharacter(std::string_view& rest, char character) {
+  if (rest.empty() || UpperLetter(rest.front()) != character) return false;
+  rest.remove_prefix(1);
+  return true;
+}
+
+bool TakeDegrees(std::string_view& rest, double& degrees) {
+  degrees = 0;
+  double parts_per_degree = 1;
+  for (int i = 0; i < 3; ++i) {
+    double number = 0;
+    if (!TakeNumber(rest, number) || (i > 0 && number > 60)) return false;
+    degrees += number / parts_per_degree;
+    parts_per_degree *= 60;
+    SkipBlanks(rest);
+    if (i == 2 || !TakeCharacter(rest, ':')) return true;
+    if (number != std::floor(number)) return false;
+  }
+  return true;
+}
+
+int32_t DegreesToSemicircles(double degrees) {
+  constexpr double kMin = std::numeric_limits<int32_t>::min();
+  constexpr double kMax = std::numeric_limits<int32_t>::max();
+  return RoundHalfAwayFromZero(std::clamp(degrees * kSemicirclesPerDegree, kMin, kMax));
+}
+
+// Degrees and one of two letters.
+bool TakeCoordinate(std::string_view& rest, std::string_view letters, double limit_deg,
+                    int32_t& semicircles) {
+  double degrees = 0;
+  if (!TakeDegrees(rest, degrees) || degrees > limit_deg) return false;
+  const bool negative = TakeCharacter(rest, letters[1]);
+  if (!negative && !TakeCharacter(rest, letters[0])) return false;
+  semicircles = DegreesToSemicircles(negative ? -degrees : degrees);
+  return true;
+}
+
+void AppendPadded(std::string& text, uint64_t number, size_t width) {
+  const std::string digits = std::to_string(number);
+  if (digits.size() < width) text.append(width - digits.size(), '0');
+  text += digits;
+}
+
+struct Decimals {
+  uint64_t parts_per_second = 1;
+  size_t count = 0;
+  uint64_t angle = 0;  // in those parts
+};
+
+// Seconds suffice for most that came from a file; four decimals are finer than a semicircle.
+Decimals FewestDecimals(double magnitude_semicircles) {
+  constexpr double kSafelyTheSame = 0.49;  // of a semicircle, so that rounding cannot tip over
+  Decimals decimals;
+  for (;;) {
+    const double parts_per_semicircle =
+        3600.0 * static_cast<double>(decimals.parts_per_second) / kSemicirclesPerDegree;
+    const double angle = std::round(magnitude_semicircles * parts_per_semicircle);
+    decimals.angle = static_cast<uint64_t>(angle);
+    const double error = angle / parts_per_semicircle - magnitude_semicircles;
+    if (decimals.count == 4 || std::abs(error) < kSafelyTheSame) return decimals;
+    decimals.parts_per_second *= 10;
+    ++decimals.count;
+  }
+}
+
+void AppendCoordinate(std::string& text, int32_t semicircles, size_t degree_digits,
+                      std::string_view letters) {
+  const Decimals decimals = FewestDecimals(std::abs(static_cast<double>(semicircles)));
+  const uint64_t seconds = decimals.angle / decimals.parts_per_second;
+  AppendPadded(text, seconds / 3600, degree_digits);
+  text += ':';
+  AppendPadded(text, seconds / 60 % 60, 2);
+  text += ':';
+  AppendPadded(text, seconds % 60, 2);
+  if (decimals.count > 0) {
+    text += '.';
+    AppendPadded(text, decimals.angle % decimals.parts_per_second, decimals.count);
+  }
+  text += ' ';
+  text += letters[semicircles < 0 ? 1 : 0];
+}
+
+}  // namespace
+
+void SkipBlanks(std::string_view& rest) {
+  rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size()));
+}
+
+void SkipSeparator(std::string_view& rest) {
+  SkipBlanks(rest);
+  TakeCharacter(rest, ',');
+  SkipBlanks(rest);
+}
+
+char UpperLetter(char letter) {
+  return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+std::string PlainText(std::string_view text) {
+  std::string plain(text);
+  std::replace(plain.begin(), plain.end(), '*', ' ');
+  return OneLine(plain);
+}
+
+bool TakeNumber(std::string_view& rest, double& number) {
+  SkipBlanks(rest);
+  // Kept to digits because from_chars takes a sign and "inf" as well.
+  if (rest.empty() || (!IsDigit(rest.front()) && rest.front() != '.')) return false;
+  const auto result =
+      std::from_chars(rest.data(), rest.data() + rest.size(), number, std::chars_format::fixed);
+  if (result.ec != std::errc()) return false;
+  rest.remove_prefix(static_cast<size_t>(result.ptr - rest.data()));
+  return true;
+}
+
+bool TakePosition(std::string_view& rest, AirspacePosition& position) {
+  if (!TakeCoordinate(rest, "NS", 90, position.lat)) return false;
+  SkipSeparator(rest);
+  return TakeCoordinate(rest, "EW", 180, position.lon);
+}
+
+void AppendScaled(std::string& text, double value, double scale) {
+  char digits[350];  // the largest double has 309 digits before the point
+  const double finite = std::isfinite(value) ? value : 0;
+  // Adding zero makes a negative zero a plain one.
+  const double number = finite / scale + 0.0;
+  std::to_chars_result end = {};
+  for (int decimals = 0; decimals <= 9; ++decimals) {
+    end = std::to_chars(digits, digits + sizeof digits, number, std::chars_format::fixed, decimals);
+    double again = 0;
+    std::from_chars(digits, end.ptr, again);
+    if (again * scale == finite) break;
+  }
+  text.append(digits, end.ptr);
+}
+
+void AppendPosition(std::string& text, AirspacePosition position) {
+  AppendCoordinate(text, position.lat, 2, "NS");
+  text += ' ';
+  AppendCoordinate(text, position.lon, 3, "EW");
+}
+
+}  // namespace skyhaul::openair

@@ -1,0 +1,42 @@
+#include "formats/openair/lines.h"
+
+#include "formats/text/scan.h"
+
+namespace skyhaul::openair {
+
+namespace {
+
+constexpr std::string_view kCodes[] = {"AC", "AN", "AH", "AL", "V", "DP",
+                                       "DA", "DB", "DC", "TO", "TC"};
+
+// A word that only begins like a code is no code, but a number may follow at once, and a variable.
+bool EndsCode(std::string_view code, std::string_view rest) {
+  if (rest.empty() || rest.front() == ' ' || rest.front() == '\t') return true;
+  if (code == "V") return rest.find('=') == 1;
+  return code.front() == 'D' && rest.front() >= '0' && rest.front() <= '9';
+}
+
+std::string_view CodeOf(std::string_view content) {
+  for (const std::string_view code : kCodes) {
+    const bool same = EqualIgnoringCase(content.substr(0, code.size()), code);
+    if (same && EndsCode(code, content.substr(code.size()))) return code;
+  }
+  return content.substr(0, content.find_first_of(" \t"));
+}
+
+}  // namespace
+
+bool TakeLine(std::string_view& rest, Line& line) {
+  if (rest.empty()) return false;
+  const std::string_view whole = skyhaul::TakeLine(rest);
+  line.content = TrimBlanks(whole.substr(0, whole.find('*')));
+  line.code = CodeOf(line.content);
+  line.argument = TrimBlanks(line.content.substr(line.code.size()));
+  return true;
+}
+
+bool IsOutlineCode(std::string_view code) {
+  return code == "V" || code == "DP" || code == "DA" || code == "DB" || code == "DC";
+}
+
+}  // namespace skyhaul::openair

@@ -1,0 +1,104 @@
+#include "formats/openair/write_openair.h"
+
+#include <optional>
+#include <string_view>
+
+#include "formats/openair/fields.h"
+#include "formats/openair/limits.h"
+
+namespace skyhaul {
+
+namespace {
+
+using openair::AppendPosition;
+using openair::AppendScaled;
+using openair::kMetresPerNauticalMile;
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+// The variables as a reader has them at this place in the file.
+struct Variables {
+  std::optional<AirspacePosition> centre;
+  char direction = kClockwise;
+};
+
+void AppendLine(std::string& text, std::string_view code, std::string_view argument) {
+  if (argument.empty()) return;
+  text.append(code).append(" ").append(argument).append(kLineEnd);
+}
+
+void SetCentre(std::string& text, Variables& variables, AirspacePosition centre) {
+  if (variables.centre == centre) return;
+  variables.centre = centre;
+  text += "V X=";
+  AppendPosition(text, centre);
+  text += kLineEnd;
+}
+
+void SetDirection(std::string& text, Variables& variables, char direction) {
+  const char written = direction == kCounterClockwise ? kCounterClockwise : kClockwise;
+  if (variables.direction == written) return;
+  variables.direction = written;
+  text.append("V D=").append(1, written).append(kLineEnd);
+}
+
+void AppendArcByPoints(std::string& text, const AirspaceSegment& arc) {
+  text += "DB ";
+  AppendPosition(text, arc.start);
+  text += ",";
+  AppendPosition(text, arc.end);
+}
+
+void AppendArcByBearings(std::string& text, const AirspaceSegment& arc) {
+  text += "DA ";
+  AppendScaled(text, arc.radius_m, kMetresPerNauticalMile);
+  text += ",";
+  AppendScaled(text, arc.start_bearing_deg, 1);
+  text += ",";
+  AppendScaled(text, arc.end_bearing_deg, 1);
+}
+
+void AppendSegment(std::string& text, Variables& variables, const AirspaceSegment& segment) {
+  const bool is_arc =
+      segment.type == SegmentType::kArcByPoints || segment.type == SegmentType::kArcByBearings;
+  if (is_arc) SetDirection(text, variables, segment.direction);
+  if (segment.type != SegmentType::kPoint) SetCentre(text, variables, segment.point);
+  switch (segment.type) {
+    case SegmentType::kPoint:
+      text += "DP ";
+      AppendPosition(text, segment.point);
+      break;
+    case SegmentType::kArcByPoints:
+      AppendArcByPoints(text, segment);
+      break;
+    case SegmentType::kArcByBearings:
+      AppendArcByBearings(text, segment);
+      break;
+    case SegmentType::kCircle:
+      text += "DC ";
+      AppendScaled(text, segment.radius_m, kMetresPerNauticalMile);
+      break;
+  }
+  text += kLineEnd;
+}
+
+}  // namespace
+
+std::string WriteOpenAir(std::span<const CtrRecord> airspaces) {
+  std::string text;
+  for (const CtrRecord& airspace : airspaces) {
+    if (!text.empty()) text += kLineEnd;
+    const std::string airspace_class = openair::PlainText(airspace.airspace_class);
+    AppendLine(text, "AC", airspace_class.empty() ? "UNCLASSIFIED" : airspace_class);
+    AppendLine(text, "AN", openair::PlainText(airspace.name));
+    AppendLine(text, "AH", openair::LimitText(airspace.ceiling));
+    AppendLine(text, "AL", openair::LimitText(airspace.floor));
+    Variables variables;
+    for (const AirspaceSegment& segment : airspace.segments) {
+      AppendSegment(text, variables, segment);
+    }
+  }
+  return text;
+}
+
+}  // namespace skyhaul

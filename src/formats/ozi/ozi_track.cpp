@@ -1,0 +1,70 @@
+#include "formats/ozi/ozi_track.h"
+
+#include <limits>
+
+#include "core/time_scale.h"
+#include "core/units.h"
+#include "formats/ozi/ozi_text.h"
+#include "formats/values/numbers.h"
+#include "formats/values/track_altitude.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr int kPositionDecimals = 7;
+constexpr size_t kRoughLineLength = 80;
+
+constexpr std::string_view kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                        "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+// Fields 6 and 7, "01-May-24,12:34:56", which programs ignore and people read.
+void AppendReadableTime(std::string& text, uint32_t time) {
+  const CalendarTime calendar = CalendarFromTime(time);
+  const auto append = [&text](int number) { AppendWhole(text, static_cast<unsigned>(number), 2); };
+  append(calendar.day);
+  text.append("-").append(kMonths[calendar.month - 1]).append("-");
+  append(calendar.year % 100);
+  text += ',';
+  append(calendar.hour);
+  text += ':';
+  append(calendar.minute);
+  text += ':';
+  append(calendar.second);
+}
+
+// Feet with one decimal; an altitude that would read "not known" is written a tenth lower.
+void AppendAltitude(std::string& text, double altitude_m) {
+  const size_t start = text.size();
+  AppendFixed(text, altitude_m / kMetresPerFoot, 1);
+  if (text.compare(start, std::string::npos, "-777.0") == 0) text.back() = '1';
+}
+
+void AppendPoint(std::string& text, const TrackPoint& point, AltitudeSource source) {
+  AppendFixed(text, SemicirclesToDegrees(point.lat), kPositionDecimals);
+  text += ',';
+  AppendFixed(text, SemicirclesToDegrees(point.lon), kPositionDecimals);
+  text += point.segment_start != 0 ? ",1," : ",0,";
+  AppendAltitude(text, Altitude_m(point, source));
+  text += ',';
+  AppendSpreadsheetDay(text, point.time, point.milliseconds);
+  text += ',';
+  AppendReadableTime(text, point.time);
+  text += "\r\n";
+}
+
+}  // namespace
+
+std::string WriteOziTrack(std::span<const TrackPoint> points, std::string_view description) {
+  std::string text =
+      "OziExplorer Track Point File Version 2.1\r\nWGS 84\r\nAltitude is in Feet\r\nReserved 3\r\n";
+  text.reserve(text.size() + points.size() * kRoughLineLength);
+  // A red line, two pixels wide, no point left out.
+  text += "0,2,255," + TextToOzi(description, std::numeric_limits<size_t>::max()) +
+          ",0,0,2,8421376\r\n" + std::to_string(points.size()) + "\r\n";
+  const AltitudeSource source = ChooseAltitude(points);
+  for (const TrackPoint& point : points) AppendPoint(text, point, source);
+  return text;
+}
+
+}  // namespace skyhaul

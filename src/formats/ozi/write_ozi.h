@@ -1,0 +1,14 @@
+#pragma once
+
+#include <span>
+#include <string>
+
+#include "formats/waypoints/waypoint_list.h"
+
+namespace skyhaul {
+
+// Writes an OziExplorer waypoint file in Windows-1252 on WGS 84, lines ended by CR LF. What it
+// keeps stands in formats/ozi/read_ozi.h.
+std::string WriteOziWaypoints(std::span<const FileWaypoint> waypoints);
+
+}  // namespace skyhaul

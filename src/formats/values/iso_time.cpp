@@ -1,0 +1,85 @@
+#include "formats/values/iso_time.h"
+
+#include <algorithm>
+
+#include "formats/text/scan.h"
+#include "formats/values/numbers.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr int kFirstYear = 1989;
+constexpr int kLastYear = 2125;  // the last that the time scale holds to its end
+
+// Reads "Z", "+hh:mm", "-hhmm" or nothing. Returns false for anything else.
+bool ReadZone(std::string_view text, int& offset_minutes) {
+  offset_minutes = 0;
+  if (text.empty() || EqualIgnoringCase(text, "Z")) return true;
+  if (text[0] != '+' && text[0] != '-') return false;
+  std::string digits(text.substr(1));
+  std::erase(digits, ':');
+  const int number = ReadWholeNumber(digits);
+  if (digits.size() != 4 || number < 0 || number % 100 > 59 || number > 1400) return false;
+  offset_minutes = (number / 100 * 60 + number % 100) * (text[0] == '-' ? -1 : 1);
+  return true;
+}
+
+void DropFraction(std::string_view& text) {
+  if (!text.starts_with('.') && !text.starts_with(',')) return;
+  text.remove_prefix(1);
+  text.remove_prefix(std::min(text.find_first_not_of("0123456789"), text.size()));
+}
+
+}  // namespace
+
+uint32_t TimeFromFile(const CalendarTime& calendar) {
+  if (calendar.year < kFirstYear || calendar.year > kLastYear) return 0;
+  if (calendar.year == kFirstYear && (calendar.month != 12 || calendar.day != 31)) return 0;
+  if (calendar.month < 1 || calendar.month > 12 || calendar.day < 1 || calendar.day > 31) return 0;
+  if (calendar.hour < 0 || calendar.hour > 23 || calendar.minute < 0 || calendar.minute > 59) {
+    return 0;
+  }
+  if (calendar.second < 0 || calendar.second > 60) return 0;
+  CalendarTime exact = calendar;
+  exact.second = std::min(exact.second, 59);
+  const uint32_t time = TimeFromCalendar(exact);
+  return CalendarFromTime(time).day == calendar.day ? time : 0;
+}
+
+uint32_t ReadIsoTime(std::string_view text) {
+  constexpr std::string_view kShape = "0000-00-00T00:00:00";
+  text = TrimBlanks(text);
+  if (text.size() < kShape.size()) return 0;
+  for (size_t i = 0; i < kShape.size(); ++i) {
+    if (kShape[i] != '0' && text[i] != kShape[i]) return 0;
+  }
+  const uint32_t time = TimeFromFile({.year = ReadWholeNumber(text.substr(0, 4)),
+                                      .month = ReadWholeNumber(text.substr(5, 2)),
+                                      .day = ReadWholeNumber(text.substr(8, 2)),
+                                      .hour = ReadWholeNumber(text.substr(11, 2)),
+                                      .minute = ReadWholeNumber(text.substr(14, 2)),
+                                      .second = ReadWholeNumber(text.substr(17, 2))});
+  text.remove_prefix(kShape.size());
+  DropFraction(text);
+  int offset_minutes = 0;
+  if (time == 0 || !ReadZone(text, offset_minutes)) return 0;
+  return static_cast<uint32_t>(std::max<int64_t>(int64_t{time} - int64_t{offset_minutes} * 60, 0));
+}
+
+void AppendIsoTime(std::string& text, uint32_t time, uint32_t milliseconds) {
+  const CalendarTime calendar = CalendarFromTime(time);
+  const auto append = [&text](int number, size_t width, char end) {
+    AppendWhole(text, static_cast<unsigned>(number), width);
+    text += end;
+  };
+  append(calendar.year, 4, '-');
+  append(calendar.month, 2, '-');
+  append(calendar.day, 2, 'T');
+  append(calendar.hour, 2, ':');
+  append(calendar.minute, 2, ':');
+  append(calendar.second, 2, milliseconds == 0 ? 'Z' : '.');
+  if (milliseconds != 0) append(static_cast<int>(std::min(milliseconds, 999U)), 3, 'Z');
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,17 @@
+#include "formats/values/track_altitude.h"
+
+#include <algorithm>
+
+namespace skyhaul {
+
+AltitudeSource ChooseAltitude(std::span<const TrackPoint> points) {
+  const bool has_gps = std::any_of(points.begin(), points.end(),
+                                   [](const TrackPoint& point) { return point.gps_alt_dm != 0; });
+  return has_gps ? AltitudeSource::kGps : AltitudeSource::kPressure;
+}
+
+double Altitude_m(const TrackPoint& point, AltitudeSource source) {
+  return source == AltitudeSource::kGps ? point.gps_alt_dm / 10.0 : point.pressure_alt;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,124 @@
+// Holds the grid against GeographicLib: its zones, and its exact transverse Mercator, which is
+// computed from elliptic functions instead of a series.
+
+#include "formats/formatgeo/utm.h"
+
+#include <gtest/gtest.h>
+
+#include <GeographicLib/TransverseMercatorExact.hpp>
+#include <GeographicLib/UTMUPS.hpp>
+#include <cmath>
+#include <string>
+
+namespace skyhaul {
+namespace {
+
+constexpr double kAccuracy_m = 1e-6;
+constexpr double kAccuracy_deg = 1e-11;  // 1.1 micrometres of a meridian
+
+void ExpectPeerAgrees(double lat_deg, double lon_deg) {
+  SCOPED_TRACE(std::to_string(lat_deg) + ' ' + std::to_string(lon_deg));
+  const UtmPosition utm = UtmFromDegrees(lat_deg, lon_deg);
+  ASSERT_EQ(utm.zone,
+            GeographicLib::UTMUPS::StandardZone(lat_deg, lon_deg, GeographicLib::UTMUPS::UTM));
+  double easting_m = 0;
+  double northing_m = 0;
+  GeographicLib::TransverseMercatorExact::UTM().Forward(utm.zone * 6 - 183, lat_deg, lon_deg,
+                                                        easting_m, northing_m);
+  EXPECT_NEAR(utm.easting_m, easting_m + 500000, kAccuracy_m);
+  EXPECT_NEAR(utm.northing_m, northing_m + (lat_deg < 0 ? 10000000 : 0), kAccuracy_m);
+
+  const auto back = DegreesFromUtm(utm);
+  ASSERT_TRUE(back);
+  EXPECT_NEAR(back->lat_deg, lat_deg, kAccuracy_deg);
+  const double lon_error_deg = std::remainder(back->lon_deg - lon_deg, 360);
+  EXPECT_LE(std::fabs(lon_error_deg) * std::cos(lat_deg * 0.017453292519943295), kAccuracy_deg);
+}
+
+TEST(Utm, AgreesWithThePeerAllOverTheGrid) {
+  for (int row = 0; row < 120; ++row) {
+    for (int column = 0; column < 128; ++column) {
+      ExpectPeerAgrees(row * 1.37 - 80, column * 2.83 - 180);
+    }
+  }
+}
+
+TEST(Utm, AgreesWithThePeerAtEveryBorder) {
+  constexpr double kStep_deg = 1e-9;
+  for (const double lat_deg : {-80.0, -8.0, 0.0, 40.0, 56.0, 64.0, 72.0, 83.999}) {
+    for (int border_deg = -180; border_deg <= 180; border_deg += 3) {
+      for (const double offset_deg : {-kStep_deg, 0.0, kStep_deg}) {
+        const double lon_deg = border_deg + offset_deg;
+        if (std::fabs(lon_deg) > 180) continue;
+        ExpectPeerAgrees(lat_deg, lon_deg);
+        if (lat_deg > -80) ExpectPeerAgrees(lat_deg - kStep_deg, lon_deg);
+      }
+    }
+  }
+}
+
+TEST(UtmZone, KnowsNorwayAndSvalbard) {
+  const struct {
+    double lat_deg;
+    double lon_deg;
+    int zone;
+    char band;
+  } cases[] = {
+      {60.39, 5.32, 32, 'V'}, {55.99, 5.32, 31, 'U'}, {64, 5.32, 31, 'W'},   {60, 2.99, 31, 'V'},
+      {60, 12, 33, 'V'},      {78.2, 15.6, 33, 'X'},  {72, 8.99, 31, 'X'},   {72, 9, 33, 'X'},
+      {72, 21, 35, 'X'},      {83.9, 33, 37, 'X'},    {72, 42, 38, 'X'},     {71.99, 9, 32, 'W'},
+      {-80, 180, 1, 'C'},     {-0.001, -180, 1, 'M'}, {0, 179.999, 60, 'N'}, {89, 0, 31, 'X'},
+      {-89, 0, 31, 'C'},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(UtmZone(test.lat_deg, test.lon_deg), test.zone) << test.lat_deg;
+    EXPECT_EQ(UtmBand(test.lat_deg), test.band) << test.lat_deg;
+  }
+}
+
+TEST(DegreesFromUtm, TakesTheZoneOfTheList) {
+  // A place of zone 33 written in zone 32.
+  double easting_m = 0;
+  double northing_m = 0;
+  GeographicLib::TransverseMercatorExact::UTM().Forward(9, 46.5, 13.5, easting_m, northing_m);
+  const auto place = DegreesFromUtm(
+      {.zone = 32, .band = 't', .easting_m = easting_m + 500000, .northing_m = northing_m});
+  ASSERT_TRUE(place);
+  EXPECT_NEAR(place->lat_deg, 46.5, kAccuracy_deg);
+  EXPECT_NEAR(place->lon_deg, 13.5, kAccuracy_deg);
+}
+
+TEST(DegreesFromUtm, RefusesWhatIsNoPlace) {
+  const double nan = std::nan("");
+  const struct {
+    UtmPosition position;
+    bool good;
+  } cases[] = {
+      {{32, 'T', 400000, 5120000}, true},  {{32, 'N', 400000, 5120000}, true},
+      {{32, 'U', 400000, 5120000}, false},  // 46.2 north is no band that begins at 48
+      {{32, 'U', 400000, 5300000}, true},   // 47.8 is within a degree of it
+      {{32, 'S', 400000, 5120000}, false}, {{32, 'G', 400000, 5120000}, true},
+      {{0, 'T', 400000, 5120000}, false},  {{61, 'T', 400000, 5120000}, false},
+      {{32, 'I', 400000, 5120000}, false}, {{32, 'Z', 400000, 5120000}, false},
+      {{32, 'T', -1, 5120000}, false},     {{32, 'T', 1000001, 5120000}, false},
+      {{32, 'X', 500000, 9997965}, true},  {{32, 'X', 500000, 9997990}, false},
+      {{32, 'N', 500000, -1}, false},      {{32, 'M', 500000, 10000001}, false},
+      {{32, 'C', 500000, 1000}, false},    {{32, 'T', nan, 5120000}, false},
+      {{32, 'T', 400000, nan}, false},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(DegreesFromUtm(test.position).has_value(), test.good)
+        << test.position.zone << test.position.band << ' ' << test.position.northing_m;
+  }
+}
+
+TEST(Utm, ReachesThePoles) {
+  for (const double lat_deg : {90.0, 89.5, -89.5, -90.0}) {
+    const auto back = DegreesFromUtm(UtmFromDegrees(lat_deg, 20));
+    ASSERT_TRUE(back);
+    EXPECT_NEAR(back->lat_deg, lat_deg, kAccuracy_deg);
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,51 @@
+#include "formats/ozi/ozi_track.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/formats/values/sample_waypoints.h"
+
+namespace skyhaul {
+namespace {
+
+std::string Header() {
+  return "OziExplorer Track Point File Version 2.1\r\nWGS 84\r\nAltitude is in Feet\r\nReserved "
+         "3\r\n";
+}
+
+TEST(OziTrack, WritesEveryFix) {
+  const std::vector<TrackPoint> points = {
+      {.segment_start = 1,
+       .time = kMay2024,
+       .lat = 550274193,
+       .lon = -84986069,
+       .gps_alt_dm = 10000,
+       .pressure_alt = 7},
+      {.time = kMay2024 + 1,
+       .milliseconds = 500,
+       .lat = -550274193,
+       .lon = 84986069,
+       .gps_alt_dm = -3048},
+      {.segment_start = 1, .time = kMay2024 + 45304, .gps_alt_dm = -2368},
+  };
+  EXPECT_EQ(WriteOziTrack(points, "A, B"),
+            Header() +
+                "0,2,255,A\xD1 B,0,0,2,8421376\r\n3\r\n"
+                "46.1234500,-7.1234500,1,3280.8,45413.5242593,01-May-24,12:34:56\r\n"
+                "-46.1234500,7.1234500,0,-1000.0,45413.5242767,01-May-24,12:34:57\r\n"
+                "0.0000000,0.0000000,1,-776.9,45414.0486112,02-May-24,01:10:00\r\n");
+}
+
+TEST(OziTrack, TakesPressureAltitudeWhereThereIsNoOther) {
+  const std::vector<TrackPoint> points = {{.segment_start = 1, .time = 1, .pressure_alt = 3048}};
+  EXPECT_NE(WriteOziTrack(points, "").find(",1,10000.0,"), std::string::npos);
+}
+
+TEST(OziTrack, WithoutFixesIsTheHeader) {
+  EXPECT_EQ(WriteOziTrack({}, "none"), Header() + "0,2,255,none,0,0,2,8421376\r\n0\r\n");
+}
+
+}  // namespace
+}  // namespace skyhaul

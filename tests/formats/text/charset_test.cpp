@@ -1,0 +1,69 @@
+#include "formats/text/charset.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+namespace skyhaul {
+namespace {
+
+TEST(ToUtf8, TakesWhatIsNotUtf8ForWindows1252) {
+  const struct {
+    std::string_view bytes;
+    std::string_view text;
+  } cases[] = {
+      {"", ""},
+      {"plain", "plain"},
+      {"Z\xC3\xBCrich", "Zürich"},
+      {"\xEF\xBB\xBFZ\xC3\xBCrich", "Zürich"},
+      {"\xEF\xBB\xBF", ""},
+      {"Z\xFCrich", "Zürich"},
+      {"\x80 \x9F \xFF \x8A", "€ Ÿ ÿ Š"},
+      {"\x81\x8D\x8F\x90\x9D", "?????"},
+      {"\xF0\x9F\x9B\xA9", "🛩"},
+      // Not UTF-8 although each byte looks like it: cut off, overlong, a surrogate, beyond the end.
+      {"a\xC3", "aÃ"},
+      {"\xC0\xAF", "À¯"},
+      {"\xE0\x80\xAF", "à€¯"},
+      {"\xED\xA0\x80", "í\u00A0€"},
+      {"\xF4\x91\x80\x80", "ô‘€€"},
+      // One bad byte settles it for the whole text.
+      {"\xC3\xBC\xFC", "Ã¼ü"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(ToUtf8(test.bytes), test.text) << test.text;
+  EXPECT_EQ(ToUtf8(std::string_view("a\0\xFC", 3)), std::string("a\0ü", 4));
+}
+
+TEST(ToAscii, DropsNothing) {
+  const struct {
+    std::string_view text;
+    std::string_view plain;
+  } cases[] = {
+      {"Zürich Genève Château-d'Œx", "Zurich Geneve Chateau-d'OEx"},
+      {"Großglockner Ærø Ðþ", "Grossglockner AEro Dth"},
+      {"Łódź Žďár Iğdır Győr Țăndărei Ňŷ", "Lodz Zdar Igdir Gyor Tandarei Ny"},
+      {"ŉŊŋ Ŀŀ ſ ÷×", "'nNn Ll s /x"},
+      {"ẠắỆỵ Ơư", "AaEy Ou"},
+      {"“A” – ‘b’…", "\"A\" - 'b'..."},
+      {"a\u00A0b €", "a b EUR"},
+      {"Ж中🛩", "???"},
+      // Accents in characters of their own belong to their letters, and to nothing else.
+      {"Zu\u0308rich e\u0301\u0327", "Zurich e"},
+      {"\u0301 1\u0301 Ж\u0301", "? 1? ??"},
+      {"bad \xFF\xC3", "bad ??"},
+  };
+  for (const auto& test : cases) EXPECT_EQ(ToAscii(test.text), test.plain) << test.text;
+}
+
+TEST(FirstCharacters, CutsBetweenCharacters) {
+  EXPECT_EQ(FirstCharacters("Zürich", 0), "");
+  EXPECT_EQ(FirstCharacters("Zürich", 2), "Zü");
+  EXPECT_EQ(FirstCharacters("🛩Ж中a", 3), "🛩Ж中");
+  EXPECT_EQ(FirstCharacters("Zürich", 6), "Zürich");
+  EXPECT_EQ(FirstCharacters("Zürich", 7), "Zürich");
+  EXPECT_EQ(FirstCharacters("\xFF\xFF\xFF", 2), "\xFF\xFF");
+}
+
+}  // namespace
+}  // namespace skyhaul

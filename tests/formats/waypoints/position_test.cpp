@@ -1,0 +1,59 @@
+#include "formats/waypoints/position.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace skyhaul {
+namespace {
+
+constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
+constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
+
+TEST(PositionFromDegrees, KeepsToTheGlobe) {
+  const struct {
+    double lat_deg;
+    double lon_deg;
+    FilePosition position;
+  } good[] = {
+      {0, 0, {0, 0}},
+      {90, 180, {1 << 30, kMax}},
+      {-90, -180, {-(1 << 30), kMin}},
+      {45, -0.000000041909516, {1 << 29, 0}},  // just under half a semicircle
+      {-45, -0.0000000419095159, {-(1 << 29), -1}},
+  };
+  for (const auto& test : good) {
+    const auto position = PositionFromDegrees(test.lat_deg, test.lon_deg);
+    ASSERT_TRUE(position);
+    EXPECT_EQ(position->lat, test.position.lat);
+    EXPECT_NEAR(position->lon, test.position.lon, 1);
+  }
+  const double nan = std::nan("");
+  const double bad[][2] = {{90.0000001, 0}, {-91, 0}, {0, 180.0000001}, {0, -181},
+                           {nan, 0},        {0, nan}, {1e300, 0}};
+  for (const auto& test : bad) EXPECT_FALSE(PositionFromDegrees(test[0], test[1])) << test[0];
+}
+
+TEST(AngleInSteps, RoundsTheSizeOfTheAngle) {
+  const struct {
+    int32_t semicircles;
+    int32_t steps_per_degree;
+    int64_t steps;
+  } cases[] = {
+      {0, 60000, 0},
+      {kMin, 60000, 10800000},
+      {kMax, 60000, 10800000},  // rounds up to a whole degree
+      {kMin, 360000, 64800000},
+      {1 << 30, 60000, 5400000},
+      {99, 60000, 0},  // half a thousandth of a minute is 99.4
+      {100, 60000, 1},
+      {-100, 60000, 1},
+  };
+  for (const auto& test : cases) {
+    EXPECT_EQ(AngleInSteps(test.semicircles, test.steps_per_degree), test.steps);
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul
