@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "core/airspace.h"
 #include "core/operation.h"
 #include "core/shell.h"
 #include "core/track_log.h"
@@ -68,6 +69,8 @@ struct JobData {
   std::vector<TrackListEntry> track_list;
   std::vector<DownloadedTrack> tracks;
   std::vector<WaypointRecord> waypoints;
+  std::vector<CtrRecord> airspaces;
+  uint32_t sent = 0;  // records of an upload that have gone to the instrument
 };
 
 // Who wants to know the positions while they arrive.

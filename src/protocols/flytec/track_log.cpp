@@ -122,6 +122,16 @@ int DownloadChosen(Job& job, const FlytecProductData& product) {
   return 0;
 }
 
+// The number of all positions received, which the last status tells.
+int TellPoints(const Job& job) {
+  uint32_t points = 0;
+  for (const DownloadedTrack& track : job.data.tracks) {
+    points += static_cast<uint32_t>(track.points.size());
+  }
+  ShowStatus(job.operation, FormatCountMessage("% points received", points));
+  return static_cast<int>(points);
+}
+
 int Join(Job& job) {
   switch (JoinTracks(job.data.tracks)) {
     case JoinResult::kOverlap:
@@ -147,13 +157,31 @@ int FlytecTrackLogJob(Job& job) {
                                            : DownloadChosen(job, product);
   if (downloaded != 0) return downloaded;
   if (job.join_tracks && Join(job) != 0) return -1;
+  return TellPoints(job);
+}
 
-  uint32_t points = 0;
-  for (const DownloadedTrack& track : job.data.tracks) {
-    points += static_cast<uint32_t>(track.points.size());
+int FlytecAllTracksJob(Job& job) {
+  FlytecProductData product;
+  const int identified = ReadProductData(job, product);
+  if (identified != 0) return identified;
+  const int listed = ReadTrackList(job, product);
+  if (listed < 0) return listed;
+  for (const TrackListEntry& entry : job.data.track_list) {
+    if (entry.index >= kRequestableTracks) {
+      ShowMessage(job.operation,
+                  FormatCountMessage("Track log % is too old to be requested", entry.index + 1),
+                  kTitle);
+      break;
+    }
+    ShowStatus(job.operation, FormatCountMessage("Reading track log %", entry.index + 1));
+    const int downloaded =
+        DownloadTrack(job, TrackRequest(entry.index), entry.index, entry.duration_s);
+    if (downloaded != 0) return downloaded;
+    ShowStatus(job.operation, FormatCountMessage("Analysing track log %", entry.index + 1));
   }
-  ShowStatus(job.operation, FormatCountMessage("% points received", points));
-  return static_cast<int>(points);
+  const int points = TellPoints(job);
+  ShowStatus(job.operation, "Downloading completed");
+  return points;
 }
 
 }  // namespace skyhaul

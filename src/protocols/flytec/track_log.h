@@ -10,4 +10,9 @@ namespace skyhaul {
 // a negative number (kNoTrackList among them) after a message (or "Transfer aborted").
 int FlytecTrackLogJob(Job& job);
 
+// Job procedure: every track log of the list that can be requested, each a track of its own in
+// job.data.tracks, the newest first. Returns as FlytecTrackLogJob; what arrived before a failure
+// stays.
+int FlytecAllTracksJob(Job& job);
+
 }  // namespace skyhaul

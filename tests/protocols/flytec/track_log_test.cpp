@@ -164,6 +164,25 @@ TEST(TrackLogJob, TracksThatArrivedWholeSurviveTheFailureOfALaterOne) {
   EXPECT_EQ(b.job.data.tracks[0].igc.text, b.newest);
 }
 
+TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
+  TwoFlights b;
+  b.script.answers["$PBRTL,"] = {ListLine(0, "12:30:00") + ListLine(1, "12:00:00") +
+                                 Sentence("PBRTL,99,120,27.04.17,11:00:00,00:00:50")};
+  ASSERT_EQ(FlytecAllTracksJob(b.job), 8);
+  ASSERT_EQ(b.job.data.tracks.size(), 2U);
+  EXPECT_EQ(b.job.data.tracks[1].igc.text, b.oldest);
+  for (const char* status : {"Reading track log 1", "Analysing track log 1", "Reading track log 2",
+                             "Analysing track log 2", "8 points received"}) {
+    EXPECT_TRUE(Has(b.recorder.statuses, status)) << status;
+  }
+  EXPECT_EQ(b.recorder.statuses.back(), "Downloading completed");
+
+  TwoFlights broken;
+  broken.script.answers["$PBRTR,01"] = {"nonsense"};
+  EXPECT_LT(FlytecAllTracksJob(broken.job), 0);
+  EXPECT_EQ(broken.job.data.tracks.size(), 1U);
+}
+
 TEST(TrackLogJob, JoiningRefusesOverlapsAndGaps) {
   const struct {
     const char* oldest_start;

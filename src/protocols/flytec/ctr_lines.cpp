@@ -1,0 +1,124 @@
+#include "protocols/flytec/ctr_lines.h"
+
+#include <cmath>
+#include <cstdio>
+#include <utility>
+
+#include "analysis/airspace_outline.h"
+#include "core/units.h"
+#include "protocols/flytec/field_text.h"
+#include "protocols/sentence/checksum.h"
+#include "protocols/sentence/positions.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr uint32_t kAfterLine_ms = 100;
+constexpr uint32_t kAfterArcLine_ms = 200;
+constexpr size_t kMostLines = 999;  // three digits
+constexpr double kSmallestRadius_m = 0.5;
+constexpr double kLargestRadius_m = 99999.0;
+constexpr uint32_t kLargestNumber = 9999;
+
+// The sentences being made, and what numbers them.
+struct Lines {
+  std::vector<CtrLine> made;
+  size_t total = 0;
+};
+
+// An arc by bearings whose ends are the same is a whole turn.
+bool IsCircle(const AirspaceSegment& segment) {
+  if (segment.type == SegmentType::kCircle) return true;
+  const double turn_deg = std::fabs(segment.end_bearing_deg - segment.start_bearing_deg);
+  return segment.type == SegmentType::kArcByBearings && std::fmod(turn_deg, 360) == 0;
+}
+
+bool IsArc(const AirspaceSegment& segment) {
+  return segment.type != SegmentType::kPoint && !IsCircle(segment);
+}
+
+size_t LineCount(const CtrRecord& record) {
+  size_t count = 2;
+  for (const AirspaceSegment& segment : record.segments) count += IsArc(segment) ? 3 : 1;
+  return count;
+}
+
+void AddLine(Lines& lines, const std::string& fields, uint32_t pause_ms) {
+  char start[24];
+  (void)std::snprintf(start, sizeof start, "$PBRCTRW,%03zu,%03zu,", lines.total, lines.made.size());
+  std::string sentence = start + fields;
+  AppendNmeaChecksum(sentence);
+  lines.made.push_back({.sentence = std::move(sentence), .pause_ms = pause_ms});
+}
+
+std::string Position(const AirspacePosition& position) {
+  return FormatLatitude(SemicirclesToRadians(position.lat), kMilliminutesPerRadian) + "," +
+         FormatLongitude(SemicirclesToRadians(position.lon), kMilliminutesPerRadian);
+}
+
+std::string WithDigits(const char* format, uint32_t number) {
+  char text[16];
+  (void)std::snprintf(text, sizeof text, format, number);
+  return text;
+}
+
+void AddArc(Lines& lines, const AirspaceSegment& segment) {
+  const bool by_bearings = segment.type == SegmentType::kArcByBearings;
+  const auto [start, end] = by_bearings ? EndsOfArc(segment) : ArcEnds{segment.start, segment.end};
+  const std::string direction = segment.direction == kCounterClockwise ? ",-" : ",+";
+  AddLine(lines, "X," + Position(segment.point), kAfterArcLine_ms);
+  AddLine(lines, "T," + Position(start) + direction, kAfterArcLine_ms);
+  AddLine(lines, "Z," + Position(end) + direction, kAfterArcLine_ms);
+}
+
+void AddCircle(Lines& lines, const AirspaceSegment& segment) {
+  const auto radius_m = static_cast<uint32_t>(RoundHalfAwayFromZero(segment.radius_m));
+  AddLine(lines, "C," + Position(segment.point) + WithDigits(",%05u", radius_m), kAfterLine_ms);
+}
+
+void AddSegment(Lines& lines, const AirspaceSegment& segment) {
+  if (IsCircle(segment)) {
+    AddCircle(lines, segment);
+  } else if (IsArc(segment)) {
+    AddArc(lines, segment);
+  } else {
+    AddLine(lines, "P," + Position(segment.point), kAfterLine_ms);
+  }
+  lines.made.back().ends_segment = true;
+}
+
+std::string SegmentObstacle(const AirspaceSegment& segment) {
+  if (IsCircle(segment) &&
+      !(segment.radius_m >= kSmallestRadius_m && segment.radius_m <= kLargestRadius_m)) {
+    return "has a radius that is not from 1 to 99999 m";
+  }
+  if (!std::isfinite(segment.start_bearing_deg) || !std::isfinite(segment.end_bearing_deg)) {
+    return "has an arc without bearings";
+  }
+  return "";
+}
+
+}  // namespace
+
+std::string CtrObstacle(const CtrRecord& record) {
+  std::string obstacle;
+  if (record.segments.empty()) obstacle = "has no outline";
+  if (LineCount(record) > kMostLines) obstacle = "has more points than the instrument can be told";
+  if (record.number > kLargestNumber) obstacle = "has a number of more than four digits";
+  for (const AirspaceSegment& segment : record.segments) {
+    if (obstacle.empty()) obstacle = SegmentObstacle(segment);
+  }
+  return obstacle.empty() ? "" : "CTR " + record.name + " " + obstacle;
+}
+
+std::vector<CtrLine> CtrLines(const CtrRecord& record, const std::string& name) {
+  Lines lines;
+  lines.total = LineCount(record);
+  AddLine(lines, name + WithDigits(",%04u", record.number), kAfterLine_ms);
+  AddLine(lines, FieldText(record.remark), kAfterLine_ms);
+  for (const AirspaceSegment& segment : record.segments) AddSegment(lines, segment);
+  return std::move(lines.made);
+}
+
+}  // namespace skyhaul

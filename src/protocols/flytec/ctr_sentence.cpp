@@ -1,0 +1,189 @@
+#include "protocols/flytec/ctr_sentence.h"
+
+#include "core/units.h"
+#include "protocols/flytec/field_text.h"
+#include "protocols/sentence/fields.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr size_t kMostCtrs = 10'000;  // the instruments hold 500
+constexpr size_t kLongestText = 50;
+constexpr uint32_t kLeastTotal = 3;  // name, remark and one piece of the outline
+constexpr uint32_t kLargestNumber = 9999;
+constexpr uint32_t kLargestRadius_m = 99999;
+constexpr double kRadiansPerMinute = 0.0002908882086657;  // pi / 10800
+
+// What tells a latitude from a longitude; its errors follow the first in the order of checking.
+struct CoordinateTerms {
+  uint32_t limit;  // degrees and minutes stay below it
+  double largest_minutes;
+  const char* hemispheres;
+  int missing;
+};
+constexpr CoordinateTerms kLatitudeTerms = {9000, 90 * 60, "NS", kCtrLatitudeMissing};
+constexpr CoordinateTerms kLongitudeTerms = {18001, 180 * 60, "EW", kCtrLongitudeMissing};
+constexpr int kTooLarge = 1;  // behind CoordinateTerms::missing
+constexpr int kNoPoint = 2;
+constexpr int kBadFraction = 3;
+constexpr int kHemisphereMissing = 4;
+constexpr int kBadHemisphere = 5;
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// "DDMM.mmm" into minutes. Returns 0 or -n.
+int ParseMinutes(std::string_view text, const CoordinateTerms& terms, double& minutes) {
+  size_t i = 0;
+  uint32_t whole = 0;
+  for (; i < text.size() && IsDigit(text[i]); ++i) {
+    whole = whole * 10 + static_cast<uint32_t>(text[i] - '0');
+    if (whole >= terms.limit) return -(terms.missing + kTooLarge);
+  }
+  if (i == 0 || i == text.size() || text[i] != '.') return -(terms.missing + kNoPoint);
+  const uint32_t whole_minutes = whole / 100 * 60 + whole % 100;
+  minutes = whole_minutes;
+  double weight = 0.1;
+  for (++i; i < text.size() && IsDigit(text[i]); ++i, weight /= 10) {
+    minutes += weight * (text[i] - '0');
+  }
+  return i == text.size() ? 0 : -(terms.missing + kBadFraction);
+}
+
+// Takes a coordinate and its hemisphere off the front of rest; the last one takes all of it.
+int TakeCoordinate(std::string_view& rest, const CoordinateTerms& terms, bool last,
+                   int32_t& semicircles) {
+  std::string_view digits;
+  if (!SplitField(rest, digits)) return -terms.missing;
+  double minutes = 0;
+  if (const int bad = ParseMinutes(digits, terms, minutes); bad != 0) return bad;
+  std::string_view hemisphere = rest;
+  if (!last && !SplitField(rest, hemisphere)) return -(terms.missing + kHemisphereMissing);
+  const bool negative = hemisphere == std::string_view(terms.hemispheres + 1, 1);
+  if (!negative && hemisphere != std::string_view(terms.hemispheres, 1)) {
+    return -(terms.missing + kBadHemisphere);
+  }
+  if (minutes > terms.largest_minutes) return -kCtrOffTheEarth;
+  const double radians = minutes * kRadiansPerMinute;
+  semicircles = RadiansToSemicircles(negative ? -radians : radians);
+  return 0;
+}
+
+int TakePosition(std::string_view& rest, bool last, AirspacePosition& position) {
+  const int bad = TakeCoordinate(rest, kLatitudeTerms, false, position.lat);
+  return bad != 0 ? bad : TakeCoordinate(rest, kLongitudeTerms, last, position.lon);
+}
+
+int TakePoint(CtrRecord& record, AirspacePosition position) {
+  record.segments.push_back({.type = SegmentType::kPoint, .point = position});
+  return 1;
+}
+
+int TakeCircle(CtrRecord& record, AirspacePosition centre, std::string_view radius) {
+  uint32_t radius_m = 0;
+  const bool bad = radius.empty() || ParseUintField(radius, radius_m) != 0;
+  if (bad || radius_m > kLargestRadius_m) return -kCtrBadRadius;
+  record.segments.push_back(
+      {.type = SegmentType::kCircle, .point = centre, .radius_m = static_cast<double>(radius_m)});
+  return 1;
+}
+
+// The pieces of an arc must come in the order X, T, Z with nothing between them.
+int TakeArcPiece(CtrReceiver& receiver, char type, AirspacePosition position,
+                 std::string_view direction) {
+  std::vector<AirspaceSegment>& segments = receiver.airspaces.back().segments;
+  if (type == 'X') {
+    segments.push_back({.type = SegmentType::kArcByPoints, .point = position});
+    receiver.arc_piece = type;
+    return 1;
+  }
+  if (direction != "+" && direction != "-") return -kCtrBadDirection;
+  if (type == 'T') {
+    segments.back().start = position;
+    segments.back().direction = direction[0];
+    receiver.arc_piece = type;
+  } else {
+    segments.back().end = position;
+    receiver.arc_piece = 0;
+  }
+  return 1;
+}
+
+bool InOrder(char arc_piece, char type) {
+  switch (arc_piece) {
+    case 'X':
+      return type == 'T';
+    case 'T':
+      return type == 'Z';
+    default:
+      return type != 'T' && type != 'Z';
+  }
+}
+
+int TakePiece(CtrReceiver& receiver, std::string_view rest) {
+  std::string_view type;
+  if (!SplitField(rest, type)) return -kCtrTypeMissing;
+  constexpr std::string_view kTypes = "PXCTZ";
+  if (type.size() != 1 || kTypes.find(type[0]) == std::string_view::npos) return -kCtrBadType;
+  if (!InOrder(receiver.arc_piece, type[0])) return -kCtrArcOutOfOrder;
+  const bool position_is_all = type == "P" || type == "X";
+  AirspacePosition position;
+  if (const int bad = TakePosition(rest, position_is_all, position); bad != 0) return bad;
+  if (type == "P") return TakePoint(receiver.airspaces.back(), position);
+  if (type == "C") return TakeCircle(receiver.airspaces.back(), position, rest);
+  return TakeArcPiece(receiver, type[0], position, rest);
+}
+
+int OpenCtr(CtrReceiver& receiver, uint32_t total, uint32_t index, std::string_view rest) {
+  if (total < kLeastTotal) return -kCtrTotalTooSmall;
+  if (index != 0) return -kCtrNotAtStart;
+  CtrRecord record;
+  std::string_view name;
+  if (!SplitField(rest, name)) return -kCtrNumberMissing;
+  if (ParseUintField(rest, record.number) != 0 || record.number > kLargestNumber) {
+    return -kCtrBadNumber;
+  }
+  if (receiver.airspaces.size() == kMostCtrs) return -kCtrMemory;
+  record.name = TextOfField(name, kLongestText);
+  receiver.airspaces.push_back(record);
+  receiver.total = total;
+  receiver.next_index = 1;
+  return 1;
+}
+
+int ContinueCtr(CtrReceiver& receiver, uint32_t total, uint32_t index, std::string_view rest) {
+  const bool remark = receiver.next_index == 1;
+  if (index != receiver.next_index) return remark ? -kCtrNoRemark : -kCtrOutOfSequence;
+  if (total != receiver.total) return -kCtrTotalChanged;
+  if (remark) {
+    receiver.airspaces.back().remark = TextOfField(rest, kLongestText);
+  } else if (const int result = TakePiece(receiver, rest); result < 0) {
+    return result;
+  }
+  if (++receiver.next_index < receiver.total) return 1;
+  if (receiver.arc_piece != 0) return -kCtrArcOutOfOrder;
+  receiver.next_index = 0;
+  return 1;
+}
+
+}  // namespace
+
+int TakeCtrSentence(CtrReceiver& receiver, std::string_view sentence) {
+  std::string_view rest = sentence;
+  std::string_view field;
+  if (!SplitField(rest, field)) return -kCtrNoField;
+  if (receiver.next_index == 0 && field == "$PBRANS") return rest == "1" ? 0 : -kCtrBadEnd;
+  if (field != "$PBRCTR") return -kCtrUnknownSentence;
+  uint32_t total = 0;
+  if (!SplitField(rest, field)) return -kCtrTotalMissing;
+  if (ParseUintField(field, total) != 0) return -kCtrBadTotal;
+  uint32_t index = 0;
+  if (!SplitField(rest, field)) return -kCtrIndexMissing;
+  if (ParseUintField(field, index) != 0) return -kCtrBadIndex;
+  return receiver.next_index == 0 ? OpenCtr(receiver, total, index, rest)
+                                  : ContinueCtr(receiver, total, index, rest);
+}
+
+}  // namespace skyhaul

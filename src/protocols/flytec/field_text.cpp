@@ -1,0 +1,45 @@
+#include "protocols/flytec/field_text.h"
+
+#include <set>
+
+#include "formats/text/charset.h"
+
+namespace skyhaul {
+
+std::string FieldText(std::string_view utf8, size_t width) {
+  std::string text = ToAscii(utf8);
+  text.resize(width, ' ');
+  for (char& c : text) {
+    if (c == ',' || c == '*' || c == '$') c = '-';
+    if (c < ' ' || c == '\x7f') c = ' ';
+  }
+  return text;
+}
+
+std::vector<std::string> NameFields(std::span<const std::string> utf8, uint32_t& changed) {
+  std::vector<std::string> fields;
+  std::set<std::string> taken;
+  changed = 0;
+  for (const std::string& text : utf8) {
+    std::string field = FieldText(text);
+    if (TextOfField(field, kFlytecNameWidth).empty()) field = FieldText("Unnamed");
+    bool is_changed = ToAscii(text).size() > kFlytecNameWidth;
+    const std::string base = TextOfField(field, kFlytecNameWidth);
+    for (uint32_t n = 2; !taken.insert(field).second; ++n) {
+      const std::string number = std::to_string(n);
+      field = FieldText(base.substr(0, kFlytecNameWidth - number.size()) + number);
+      is_changed = true;
+    }
+    changed += is_changed ? 1 : 0;
+    fields.push_back(field);
+  }
+  return fields;
+}
+
+std::string TextOfField(std::string_view field, size_t longest) {
+  field = field.substr(0, longest);
+  const size_t last = field.find_last_not_of(' ');
+  return std::string(field.substr(0, last == std::string_view::npos ? 0 : last + 1));
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,112 @@
+#include "protocols/flytec/waypoint_upload.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "core/count_message.h"
+#include "core/units.h"
+#include "protocols/flytec/field_text.h"
+#include "protocols/flytec/product_data.h"
+#include "protocols/sentence/checksum.h"
+#include "protocols/sentence/positions.h"
+#include "protocols/sentence/write_sentence.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr uint32_t kAfterWaypoint_ms = 300;
+constexpr const char* kTitle = "Write GPS waypoints";
+
+constexpr int32_t kHighestLatitude = 5399999;  // thousandths of a minute
+constexpr int32_t kHighestLongitude = 10799999;
+constexpr int32_t kLowest_m = -9999;  // five characters
+constexpr int32_t kHighest_m = 99999;
+
+int End(const Job& job, int result) {
+  ShowStatus(job.operation, FormatCountMessage("% waypoints sent", job.data.sent));
+  return result;
+}
+
+const char* FullName(const WaypointRecord& waypoint) {
+  return waypoint.description[0] != 0 ? waypoint.description : waypoint.name;
+}
+
+// Says how many names are not sent as they are.
+std::vector<std::string> NamesToSend(const Job& job) {
+  std::vector<std::string> names;
+  for (const WaypointRecord& waypoint : job.data.waypoints) names.emplace_back(FullName(waypoint));
+  uint32_t changed = 0;
+  std::vector<std::string> fields = NameFields(names, changed);
+  if (changed > 0) {
+    ShowStatus(job.operation, FormatCountMessage("% names were changed to fit % characters",
+                                                 changed, kFlytecNameWidth));
+  }
+  return fields;
+}
+
+// Sends one waypoint. Returns 0 or a negative number after a message or status.
+int SendWaypoint(Job& job, const WaypointRecord& waypoint, const std::string& name) {
+  if (job.operation.aborted) return kAborted;
+  if (WriteSentence(job.link, WaypointSentence(waypoint, name)) != 0) {
+    ShowMessage(job.operation, "COM port write error", kTitle);
+    return -1;
+  }
+  const uint32_t sent = ++job.data.sent;
+  const auto total = static_cast<uint32_t>(job.data.waypoints.size());
+  ShowStatus(job.operation, FormatCountMessage("Waypoint % sent", sent));
+  ShowProgress(job.operation, FormatCountMessage("Sent wpt %/%", sent, total),
+               static_cast<int>(uint64_t{sent} * 100 / total));
+  Pause(job.link, kAfterWaypoint_ms);
+  return 0;
+}
+
+int SendWaypoints(Job& job) {
+  const std::vector<std::string> names = NamesToSend(job);
+  for (size_t i = 0; i < names.size(); ++i) {
+    const WaypointRecord& waypoint = job.data.waypoints[i];
+    if (const char* obstacle = WaypointObstacle(waypoint)) {
+      ShowMessage(job.operation, "Waypoint " + std::string(FullName(waypoint)) + " " + obstacle,
+                  kTitle);
+      continue;
+    }
+    const int sent = SendWaypoint(job, waypoint, names[i]);
+    if (sent != 0) return End(job, sent);
+  }
+  return End(job, static_cast<int>(job.data.sent));
+}
+
+}  // namespace
+
+const char* WaypointObstacle(const WaypointRecord& waypoint) {
+  if (std::abs(SemicirclesToMilliminutes(waypoint.lat)) > kHighestLatitude ||
+      std::abs(SemicirclesToMilliminutes(waypoint.lon)) > kHighestLongitude) {
+    return "lies where the instrument knows no position";
+  }
+  if (waypoint.altitude < kLowest_m || waypoint.altitude > kHighest_m) {
+    return "has an altitude of more than five characters";
+  }
+  return nullptr;
+}
+
+std::string WaypointSentence(const WaypointRecord& waypoint, const std::string& name) {
+  const double latitude_rad = SemicirclesToRadians(waypoint.lat);
+  const double longitude_rad = SemicirclesToRadians(waypoint.lon);
+  char text[kSentenceCapacity];
+  (void)std::snprintf(text, sizeof text, "$PBRWPR,%s,%s,,%s,%04d",
+                      FormatLatitude(latitude_rad, kMilliminutesPerRadian).c_str(),
+                      FormatLongitude(longitude_rad, kMilliminutesPerRadian).c_str(), name.c_str(),
+                      waypoint.altitude);
+  std::string sentence = text;
+  AppendNmeaChecksum(sentence);
+  return sentence;
+}
+
+int FlytecWriteWaypointsJob(Job& job) {
+  FlytecProductData product;
+  const int identified = ReadProductData(job, product);
+  return identified != 0 ? identified : SendWaypoints(job);
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,173 @@
+#include "protocols/flytec/ctr_sentence.h"
+
+#include <gtest/gtest.h>
+
+#include "core/units.h"
+
+namespace skyhaul {
+namespace {
+
+// What the last of some sentences gave; every earlier one must have asked for more.
+int Take(CtrReceiver& receiver, const std::vector<std::string>& sentences) {
+  int result = 1;
+  for (const std::string& sentence : sentences) {
+    EXPECT_EQ(result, 1) << sentence;
+    result = TakeCtrSentence(receiver, sentence);
+  }
+  return result;
+}
+
+AirspacePosition At(double lat_deg, double lon_deg) {
+  return {RadiansToSemicircles(lat_deg / kDegreesPerRadian),
+          RadiansToSemicircles(lon_deg / kDegreesPerRadian)};
+}
+
+void ExpectNear(AirspacePosition position, AirspacePosition expected) {
+  EXPECT_NEAR(position.lat, expected.lat, 1);
+  EXPECT_NEAR(position.lon, expected.lon, 1);
+}
+
+TEST(CtrSentence, BuildsTheRecord) {
+  CtrReceiver receiver;
+  ASSERT_EQ(
+      Take(receiver, {"$PBRCTR,007,000,Kreisbogen       ,3440", "$PBRCTR,007,001,Remark Kreisbogen",
+                      "$PBRCTR,007,002,P,4710.002,N,01104.700,E",
+                      "$PBRCTR,007,003,C,4730.000,S,17959.999,W,12345",
+                      "$PBRCTR,007,004,X,8959.999,N,18000.000,E",
+                      "$PBRCTR,007,005,T,4703.000,N,01110.200,E,-",
+                      "$PBRCTR,007,006,Z,4706.000,N,01110.400,E,-", "$PBRCTR,3,0,Second,7",
+                      "$PBRCTR,3,1,", "$PBRCTR,3,2,P,0000.0,N,00000.0,W", "$PBRANS,1"}),
+      0);
+  ASSERT_EQ(receiver.airspaces.size(), 2U);
+  const CtrRecord& first = receiver.airspaces[0];
+  EXPECT_EQ(first.name, "Kreisbogen");
+  EXPECT_EQ(first.remark, "Remark Kreisbogen");
+  EXPECT_EQ(first.number, 3440U);
+  ASSERT_EQ(first.segments.size(), 3U);
+  EXPECT_EQ(first.segments[0].type, SegmentType::kPoint);
+  ExpectNear(first.segments[0].point, At(47 + 10.002 / 60, 11 + 4.7 / 60));
+  EXPECT_EQ(first.segments[1].type, SegmentType::kCircle);
+  ExpectNear(first.segments[1].point, At(-47.5, -179 - 59.999 / 60));
+  EXPECT_EQ(first.segments[1].radius_m, 12345);
+  const AirspaceSegment& arc = first.segments[2];
+  EXPECT_EQ(arc.type, SegmentType::kArcByPoints);
+  EXPECT_EQ(arc.direction, kCounterClockwise);
+  ExpectNear(arc.point, At(89 + 59.999 / 60, 180));
+  ExpectNear(arc.start, At(47.05, 11.17));
+  ExpectNear(arc.end, At(47.1, 11 + 10.4 / 60));
+  EXPECT_EQ(receiver.airspaces[1].name, "Second");
+  EXPECT_EQ(receiver.airspaces[1].remark, "");
+}
+
+TEST(CtrSentence, LongTextsAreCut) {
+  CtrReceiver receiver;
+  ASSERT_EQ(Take(receiver, {"$PBRCTR,3,0," + std::string(60, 'n') + ",1",
+                            "$PBRCTR,3,1," + std::string(60, 'r')}),
+            1);
+  EXPECT_EQ(receiver.airspaces[0].name.size(), 50U);
+  EXPECT_EQ(receiver.airspaces[0].remark.size(), 50U);
+}
+
+TEST(CtrSentence, EachFaultBetweenAirspacesHasItsNumber) {
+  const struct {
+    const char* sentence;
+    int error;
+  } cases[] = {
+      {"", kCtrNoField},
+      {"$PBRANS", kCtrNoField},
+      {"$PBRANS,2", kCtrBadEnd},
+      {"$PBRANS,", kCtrBadEnd},
+      {"$PBRCTRW,3,0,A,1", kCtrUnknownSentence},
+      {"$PBRCTR,3", kCtrTotalMissing},
+      {"$PBRCTR,x,0,A,1", kCtrBadTotal},
+      {"$PBRCTR,3,0", kCtrIndexMissing},
+      {"$PBRCTR,3,-,A,1", kCtrBadIndex},
+      {"$PBRCTR,2,0,A,1", kCtrTotalTooSmall},
+      {"$PBRCTR,3,1,A,1", kCtrNotAtStart},
+      {"$PBRCTR,3,0,A", kCtrNumberMissing},
+      {"$PBRCTR,3,0,A,1x", kCtrBadNumber},
+      {"$PBRCTR,3,0,A,10000", kCtrBadNumber},
+  };
+  for (const auto& c : cases) {
+    CtrReceiver receiver;
+    EXPECT_EQ(TakeCtrSentence(receiver, c.sentence), -c.error) << c.sentence;
+  }
+}
+
+TEST(CtrSentence, EachFaultOfAnElementHasItsNumber) {
+  const struct {
+    const char* fields;  // of sentence 2
+    int error;
+  } cases[] = {
+      {"P", kCtrTypeMissing},
+      {"Q,4710.0,N,01104.7,E", kCtrBadType},
+      {"PP,4710.0,N,01104.7,E", kCtrBadType},
+      {",4710.0,N,01104.7,E", kCtrBadType},
+      {"P,4710.0", kCtrLatitudeMissing},
+      {"P,9000.0,N,01104.7,E", kCtrLatitudeTooLarge},
+      {"P,99999999999999999999.0,N,01104.7,E", kCtrLatitudeTooLarge},
+      {"P,4710,N,01104.7,E", kCtrLatitudeNoPoint},
+      {"P,,N,01104.7,E", kCtrLatitudeNoPoint},
+      {"P,4710.0x,N,01104.7,E", kCtrBadLatitudeFraction},
+      {"P,4710.0,N", kCtrLatitudeHemisphereMissing},
+      {"P,4710.0,E,01104.7,E", kCtrBadLatitudeHemisphere},
+      {"P,4710.0,,01104.7,E", kCtrBadLatitudeHemisphere},
+      {"P,4710.0,N,01104.7", kCtrLongitudeMissing},
+      {"P,4710.0,N,18001.0,E", kCtrLongitudeTooLarge},
+      {"P,4710.0,N,01104,E", kCtrLongitudeNoPoint},
+      {"P,4710.0,N,01104.-,E", kCtrBadLongitudeFraction},
+      {"C,4710.0,N,01104.7,E", kCtrLongitudeHemisphereMissing},
+      {"P,4710.0,N,01104.7,N", kCtrBadLongitudeHemisphere},
+      {"P,4710.0,N,01104.7,E,+", kCtrBadLongitudeHemisphere},
+      {"P,8961.0,N,01104.7,E", kCtrOffTheEarth},
+      {"P,4710.0,N,18000.1,E", kCtrOffTheEarth},
+      {"C,4710.0,N,01104.7,E,", kCtrBadRadius},
+      {"C,4710.0,N,01104.7,E,12a", kCtrBadRadius},
+      {"C,4710.0,N,01104.7,E,100000", kCtrBadRadius},
+      {"T,4710.0,N,01104.7,E,+", kCtrArcOutOfOrder},
+      {"Z,4710.0,N,01104.7,E,+", kCtrArcOutOfOrder},
+  };
+  for (const auto& c : cases) {
+    CtrReceiver receiver;
+    ASSERT_EQ(Take(receiver, {"$PBRCTR,9,0,A,1", "$PBRCTR,9,1,R"}), 1);
+    EXPECT_EQ(TakeCtrSentence(receiver, std::string("$PBRCTR,9,2,") + c.fields), -c.error)
+        << c.fields;
+  }
+}
+
+TEST(CtrSentence, EachFaultOfTheOrderHasItsNumber) {
+  const std::string open = "$PBRCTR,5,0,A,1";
+  const std::string remark = "$PBRCTR,5,1,R";
+  const std::string centre = "$PBRCTR,5,2,X,4710.0,N,01104.7,E";
+  const std::string start = "$PBRCTR,5,3,T,4710.0,N,01104.7,E,+";
+  const struct {
+    std::vector<std::string> sentences;
+    int error;
+  } cases[] = {
+      {{open, open}, kCtrNoRemark},
+      {{open, "$PBRCTR,5,2,R"}, kCtrNoRemark},
+      {{open, "$PBRANS,1"}, kCtrUnknownSentence},
+      {{open, remark, "$PBRCTR,5,3,P,4710.0,N,01104.7,E"}, kCtrOutOfSequence},
+      {{open, remark, remark}, kCtrOutOfSequence},
+      {{open, "$PBRCTR,6,1,R"}, kCtrTotalChanged},
+      {{open, remark, centre, "$PBRCTR,5,3,P,4710.0,N,01104.7,E"}, kCtrArcOutOfOrder},
+      {{open, remark, centre, "$PBRCTR,5,3,Z,4710.0,N,01104.7,E,+"}, kCtrArcOutOfOrder},
+      {{open, remark, centre, "$PBRCTR,5,3,T,4710.0,N,01104.7,E,x"}, kCtrBadDirection},
+      {{open, remark, centre, start, "$PBRCTR,5,4,Z,4710.0,N,01104.7,E,"}, kCtrBadDirection},
+      {{open, remark, centre, start, "$PBRCTR,5,4,T,4710.0,N,01104.7,E,+"}, kCtrArcOutOfOrder},
+      {{"$PBRCTR,3,0,A,1", "$PBRCTR,3,1,R", "$PBRCTR,3,2,X,4710.0,N,01104.7,E"}, kCtrArcOutOfOrder},
+  };
+  for (const auto& c : cases) {
+    CtrReceiver receiver;
+    EXPECT_EQ(Take(receiver, c.sentences), -c.error) << c.sentences.back();
+  }
+}
+
+TEST(CtrSentence, AnEndlessListRunsOutOfRoom) {
+  CtrReceiver receiver;
+  receiver.airspaces.resize(10'000);
+  EXPECT_EQ(TakeCtrSentence(receiver, "$PBRCTR,3,0,A,1"), -kCtrMemory);
+}
+
+}  // namespace
+}  // namespace skyhaul

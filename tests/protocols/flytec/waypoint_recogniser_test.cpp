@@ -1,0 +1,134 @@
+#include "protocols/flytec/waypoint_recogniser.h"
+
+#include <gtest/gtest.h>
+
+#include "core/units.h"
+#include "tests/protocols/flytec/flytec_bench.h"
+
+namespace skyhaul {
+namespace {
+
+// What the last byte of a text gave; every earlier one must have asked for more.
+int Feed(WaypointRecogniser& recogniser, const std::string& text) {
+  int result = 1;
+  for (const char c : text) {
+    EXPECT_EQ(result, 1) << text;
+    result = FeedWaypointByte(recogniser, static_cast<uint8_t>(c));
+  }
+  return result;
+}
+
+double Degrees(int degrees, double minutes) {
+  return degrees + minutes / 60;
+}
+
+TEST(WaypointRecogniser, TakesWhatRealInstrumentsSent) {
+  const struct {
+    const char* sentence;
+    double lat_deg;
+    double lon_deg;
+    const char* name;
+    const char* description;
+    int altitude;
+  } cases[] = {
+      {"$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\n", Degrees(47, 43.564),
+       Degrees(11, 21.571), "URT062", "Urthaler Hof", 620},
+      {"$PBRWPS,0425.130,N,07607.610,W,S03095,S03              ,0950*21\r\n", Degrees(4, 25.130),
+       -Degrees(76, 7.610), "S03095", "S03", 950},
+  };
+  for (const auto& c : cases) {
+    WaypointRecogniser recogniser;
+    ASSERT_EQ(Feed(recogniser, c.sentence), 0) << c.sentence;
+    const WaypointRecord& waypoint = recogniser.waypoint;
+    EXPECT_NEAR(SemicirclesToDegrees(waypoint.lat), c.lat_deg, 1e-7);
+    EXPECT_NEAR(SemicirclesToDegrees(waypoint.lon), c.lon_deg, 1e-7);
+    EXPECT_STREQ(waypoint.name, c.name);
+    EXPECT_STREQ(waypoint.description, c.description);
+    EXPECT_EQ(waypoint.altitude, c.altitude);
+  }
+}
+
+TEST(WaypointRecogniser, TakesWhatMayBeLeftOut) {
+  const struct {
+    const char* body;
+    double lat_deg;
+    const char* name;
+    const char* description;
+    int altitude;
+  } cases[] = {
+      {"PBRWPS,4730.5,S,01100.0,W,,,0", -Degrees(47, 30.5), "", "", 0},
+      {"PBRWPS,4730,,01100,,ABC,Only a long name ,-12", Degrees(47, 30), "ABC", "Only a long name",
+       -12},
+      {"PBRWPS,4730,N,01100,E,ABCDEF", Degrees(47, 30), "ABCDEF", "", 0},
+      {"PBRWPS,4730,N,01100,E,", Degrees(47, 30), "", "", 0},
+      {"PBRWPS,8959.999,N,17959.999,E,A,B,99999", Degrees(89, 59.999), "A", "B", 99999},
+      {"PBRWPS,4730,N,01100,E,A,B,-9999", Degrees(47, 30), "A", "B", -9999},
+  };
+  for (const auto& c : cases) {
+    WaypointRecogniser recogniser;
+    ASSERT_EQ(Feed(recogniser, Sentence(c.body)), 0) << c.body;
+    EXPECT_NEAR(SemicirclesToDegrees(recogniser.waypoint.lat), c.lat_deg, 1e-7) << c.body;
+    EXPECT_STREQ(recogniser.waypoint.name, c.name);
+    EXPECT_STREQ(recogniser.waypoint.description, c.description);
+    EXPECT_EQ(recogniser.waypoint.altitude, c.altitude) << c.body;
+  }
+}
+
+TEST(WaypointRecogniser, EachFaultHasItsNumberAtItsByte) {
+  const struct {
+    const char* text;  // the last byte is the wrong one
+    int error;
+  } cases[] = {
+      {"$PBRWPS,8960", kWaypointLatitudeTooLong},
+      {"$PBRWPS,89590", kWaypointLatitudeTooLong},
+      {"$PBRWPS,47x", kWaypointBadLatitude},
+      {"$PBRWPS,,", kWaypointBadLatitude},
+      {"$PBRWPS,.", kWaypointBadLatitude},
+      {"$PBRWPS,4743.5-", kWaypointBadLatitudeFraction},
+      {"$PBRWPS,4743.5.", kWaypointBadLatitudeFraction},
+      {"$PBRWPS,4743.5,E", kWaypointBadLatitudeHemisphere},
+      {"$PBRWPS,4743.5,n", kWaypointBadLatitudeHemisphere},
+      {"$PBRWPS,4743.5,NN", kWaypointLatitudeCommaMissing},
+      {"$PBRWPS,4743.5,N,17960", kWaypointLongitudeTooLong},
+      {"$PBRWPS,4743.5,N,011-", kWaypointBadLongitude},
+      {"$PBRWPS,4743.5,N,01121.E", kWaypointBadLongitudeFraction},
+      {"$PBRWPS,4743.5,N,01121.5,N", kWaypointBadLongitudeHemisphere},
+      {"$PBRWPS,4743.5,N,01121.5,E*", kWaypointLongitudeCommaMissing},
+      {"$PBRWPS,4743.5,N,01121.5,E,AB\r", kWaypointLineEndInShortName},
+      {"$PBRWPS,4743.5,N,01121.5,E,\n", kWaypointLineEndInShortName},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABCDEFG", kWaypointShortNameTooLong},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,De\r", kWaypointLineEndInLongName},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,123456789012345678", kWaypointLongNameTooLong},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,x", kWaypointBadAltitude},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,*", kWaypointBadAltitude},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,--", kWaypointBadAltitude},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,-*", kWaypointBadAltitude},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,123456", kWaypointAltitudeTooLong},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,-12345", kWaypointAltitudeTooLong},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12,", kWaypointAltitudeTooLong},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12*g", kWaypointBadFirstChecksumDigit},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12*a", kWaypointBadFirstChecksumDigit},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12*0\r", kWaypointBadSecondChecksumDigit},
+      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12*00\n", kWaypointCrMissing},
+      {"$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*04\r\n",
+       kWaypointChecksumMismatch},
+      {"$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\r", kWaypointLfMissing},
+  };
+  for (const auto& c : cases) {
+    WaypointRecogniser recogniser;
+    EXPECT_EQ(Feed(recogniser, c.text), -c.error) << c.text;
+    EXPECT_EQ(Feed(recogniser, Sentence("PBRWPS,4730,N,01100,E,A,B,1")), 0) << c.text;
+  }
+}
+
+TEST(WaypointRecogniser, PassesOverOtherSentences) {
+  WaypointRecogniser recogniser;
+  const std::string waypoint = Sentence("PBRWPS,4730,N,01100,E,A,B,1");
+  EXPECT_EQ(Feed(recogniser, "noise\r\n" + Sentence("PBRSNP,5030,A,1,2") + waypoint), 0);
+  EXPECT_EQ(Feed(recogniser, "$PBR" + waypoint), 0);
+  EXPECT_EQ(Feed(recogniser, "$" + waypoint), 0);
+  EXPECT_EQ(recogniser.waypoint.altitude, 1);
+}
+
+}  // namespace
+}  // namespace skyhaul
