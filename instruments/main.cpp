@@ -2,8 +2,6 @@
 // without an instrument at hand and for reproducing what a pilot saw with one.
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -11,6 +9,7 @@
 
 #include "core/time_scale.h"
 #include "formats/igc/write_igc.h"
+#include "instruments/choices.h"
 #include "instruments/conversation_log.h"
 #include "instruments/flight_generator.h"
 #include "instruments/flytec/flytec_simulator.h"
@@ -21,155 +20,7 @@ namespace skyhaul {
 
 namespace {
 
-constexpr int kUsageError = 2;
-constexpr uint32_t kUnset = UINT32_MAX;
 constexpr uint32_t kDefaultFlights = 3;
-
-constexpr const char* kUsage =
-    "Usage: skyhaul-instrument FAMILY [OPTION]...\n"
-    "Puts a simulated instrument behind a pseudo-terminal, prints the terminal's path and\n"
-    "answers until it is interrupted.\n"
-    "\n"
-    "Families:\n"
-    "  flytec            Flytec and Brauniger\n"
-    "\n"
-    "Options:\n"
-    "  --model NAME      what the instrument calls itself: 5020, 5030, 6020, 6030, COMPEO,\n"
-    "                    COMPEO+, COMPETINO, COMPETINO+ or GALILEO (default 6030)\n"
-    "  --pilot NAME      pilot's name, up to 17 characters (default \"Simulated Pilot\")\n"
-    "  --serial NUMBER   serial number, up to 5 digits (default 01001)\n"
-    "  --software X.YY   software version, up to 4 characters (default 3.30)\n"
-    "  --flight FILE     an IGC file in its memory; may be given several times\n"
-    "  --flights N       N generated flights in its memory, up to 99 (default 3, or none when\n"
-    "                    --flight is given)\n"
-    "  --link PATH       keep a symbolic link to the terminal\n"
-    "  --log FILE        write the conversation to a file\n"
-    "  --baud RATE       speed of the line in bits per second; 0 is as fast as it goes\n"
-    "                    (default 57600)\n"
-    "  --help            show this text\n";
-
-struct Choices {
-  std::string family;
-  std::string model = "6030";
-  std::string pilot = "Simulated Pilot";
-  std::string serial = "01001";
-  std::string software = "3.30";
-  std::vector<std::string> flight_files;
-  uint32_t generated_flights = kUnset;
-  std::string link_path;
-  std::string log_path;
-  uint32_t baud = 57600;
-  bool help = false;
-};
-
-int Refuse(const std::string& message) {
-  (void)std::fprintf(stderr, "skyhaul-instrument: %s\n", message.c_str());
-  return kUsageError;
-}
-
-// --- The command line ----------------------------------------------------------------------------
-
-bool IsNumber(const std::string& text, uint32_t maximum, uint32_t& number) {
-  const char* end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  return error == std::errc() && stop == end && number <= maximum;
-}
-
-bool AllOf(const std::string& text, size_t longest, std::string_view allowed) {
-  return text.size() <= longest && text.find_first_not_of(allowed) == std::string::npos;
-}
-
-bool SetModel(Choices& choices, const std::string& value) {
-  choices.model = value;
-  return std::find(std::begin(kFlytecDeviceNames), std::end(kFlytecDeviceNames), value) !=
-         std::end(kFlytecDeviceNames);
-}
-
-bool SetPilot(Choices& choices, const std::string& value) {
-  choices.pilot = value;
-  // A comma would end the field, '$' and '*' would end the sentence.
-  return value.size() <= kFlytecPilotWidth && std::all_of(value.begin(), value.end(), [](char c) {
-           return c >= ' ' && c <= '~' && c != ',' && c != '$' && c != '*';
-         });
-}
-
-bool SetSerial(Choices& choices, const std::string& value) {
-  choices.serial = value;
-  return !value.empty() && AllOf(value, kFlytecSerialWidth, "0123456789");
-}
-
-bool SetSoftware(Choices& choices, const std::string& value) {
-  choices.software = value;
-  return !value.empty() && AllOf(value, kFlytecSoftwareWidth, "0123456789.");
-}
-
-bool AddFlightFile(Choices& choices, const std::string& value) {
-  choices.flight_files.push_back(value);
-  return !value.empty();
-}
-
-bool SetFlights(Choices& choices, const std::string& value) {
-  return IsNumber(value, kFlytecMaxFlights, choices.generated_flights);
-}
-
-bool SetLink(Choices& choices, const std::string& value) {
-  choices.link_path = value;
-  return !value.empty();
-}
-
-bool SetLog(Choices& choices, const std::string& value) {
-  choices.log_path = value;
-  return !value.empty();
-}
-
-bool SetBaud(Choices& choices, const std::string& value) {
-  constexpr uint32_t kFastest = 4'000'000;
-  return IsNumber(value, kFastest, choices.baud) && (choices.baud == 0 || choices.baud >= 300);
-}
-
-struct Option {
-  std::string_view name;
-  const char* expected;
-  bool (*set)(Choices& choices, const std::string& value);  // false when the value will not do
-};
-
-constexpr Option kOptions[] = {
-    {"--model", "a model's name (see --help)", SetModel},
-    {"--pilot", "up to 17 printable characters other than , $ *", SetPilot},
-    {"--serial", "up to 5 digits", SetSerial},
-    {"--software", "up to 4 digits and dots", SetSoftware},
-    {"--flight", "a file's name", AddFlightFile},
-    {"--flights", "a number from 0 to 99", SetFlights},
-    {"--link", "a path", SetLink},
-    {"--log", "a file's name", SetLog},
-    {"--baud", "0 or a number from 300 to 4000000", SetBaud},
-};
-
-// Returns 0, or the exit status after a message.
-int ParseCommandLine(const std::vector<std::string>& arguments, Choices& choices) {
-  for (size_t i = 0; i < arguments.size(); ++i) {
-    const std::string& argument = arguments[i];
-    if (argument == "--help" || argument == "-h") {
-      choices.help = true;
-      return 0;
-    }
-    if (!argument.starts_with("-")) {
-      if (!choices.family.empty()) return Refuse("Only one family can be given: " + argument);
-      choices.family = argument;
-      continue;
-    }
-    const auto* option =
-        std::find_if(std::begin(kOptions), std::end(kOptions),
-                     [&](const Option& candidate) { return candidate.name == argument; });
-    if (option == std::end(kOptions)) return Refuse("Unknown option " + argument);
-    const bool has_value = i + 1 < arguments.size();
-    if (!has_value || !option->set(choices, arguments[++i])) {
-      return Refuse(argument + " needs " + option->expected +
-                    (has_value ? ", not \"" + arguments[i] + "\"" : ""));
-    }
-  }
-  return 0;
-}
 
 // --- Flights -------------------------------------------------------------------------------------
 
@@ -213,7 +64,8 @@ int LoadFlights(const Choices& choices, std::vector<FlytecFlight>& flights) {
     flights.push_back(FlightFromIgc(text));
   }
   const uint32_t unset = choices.flight_files.empty() ? kDefaultFlights : 0;
-  const uint32_t count = choices.generated_flights == kUnset ? unset : choices.generated_flights;
+  const uint32_t count =
+      choices.generated_flights == kNotChosen ? unset : choices.generated_flights;
   if (flights.size() + count > kFlytecMaxFlights) return Refuse("More than 99 flights");
   for (uint32_t n = 0; n < count; ++n) flights.push_back(MakeFlight(n, choices.pilot));
   SortNewestFirst(flights);
@@ -250,12 +102,16 @@ int RunFlytec(const Choices& choices, ConversationLog* log) {
   FlytecSimulator simulator{.device_name = choices.model,
                             .pilot_name = choices.pilot,
                             .serial = choices.serial,
-                            .software = choices.software};
+                            .software = choices.software,
+                            .refusal = choices.refusal};
   if (log != nullptr) {
     simulator.log = TellLog;
     simulator.log_context = log;
   }
   if (const int status = LoadFlights(choices, simulator.flights); status != 0) return status;
+  for (uint32_t n = 0; n < choices.generated_waypoints; ++n) {
+    simulator.waypoints.push_back(GenerateFlytecWaypoint(n));
+  }
   SimulatedInstrument instrument = MakeFlytecInstrument(simulator, choices.baud);
   return Run(instrument, choices, log);
 }
@@ -293,7 +149,7 @@ int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
   if (const int status = skyhaul::ParseCommandLine(arguments, choices); status != 0) return status;
   if (choices.help) {
-    (void)std::fputs(skyhaul::kUsage, stdout);
+    (void)std::fputs(skyhaul::kInstrumentUsage, stdout);
     return 0;
   }
   return skyhaul::RunChoices(choices);

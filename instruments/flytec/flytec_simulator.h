@@ -6,16 +6,12 @@
 #include <string_view>
 #include <vector>
 
+#include "instruments/flytec/airspace_memory.h"
+#include "instruments/flytec/flight_memory.h"
+#include "instruments/flytec/waypoint_memory.h"
 #include "instruments/instrument.h"
 
 namespace skyhaul {
-
-// One flight in the instrument's memory.
-struct FlytecFlight {
-  std::string igc_text = {};  // goes over the wire byte for byte
-  uint32_t start_time = 0;    // of the first fix; see core/time_scale.h
-  uint32_t duration_s = 0;
-};
 
 // What a device of the family calls itself.
 inline constexpr const char* kFlytecDeviceNames[] = {
@@ -25,11 +21,23 @@ inline constexpr const char* kFlytecDeviceNames[] = {
 inline constexpr size_t kFlytecPilotWidth = 17;
 inline constexpr size_t kFlytecSerialWidth = 5;
 inline constexpr size_t kFlytecSoftwareWidth = 4;
-inline constexpr size_t kFlytecMaxFlights = 99;  // the list counts them in two digits
+
+// What an instrument does with every upload that is otherwise in order.
+enum class FlytecRefusal {
+  kNone,
+  kPlausibility,  // finds every airspace implausible
+  kMemory,        // has no room left
+  kProtected,     // may not be written to
+  kSyntax,        // cannot read any airspace
+  kSilent,        // does not answer
+};
 
 // An instrument of the Flytec/Brauniger family in its main menu. It answers requests for its
-// product data ($PBRSNP), its flight list ($PBRTL) and its flights ($PBRTR, $PBRIGC). Around each
-// answer it sends XOFF and XON; to anything it does not understand it says nothing.
+// product data ($PBRSNP), its flight list ($PBRTL), its flights ($PBRTR, $PBRIGC), its waypoints
+// ($PBRWPS) and its airspaces ($PBRCTR), and takes uploads of waypoints ($PBRWPR), which have no
+// answer, and of airspaces ($PBRCTRW), whose last line has one ($PBRANS). Around each answer, the
+// empty one of an upload's line too, it sends XOFF and XON; to anything it does not understand it
+// says nothing.
 struct FlytecSimulator {
   std::string device_name = "6030";
   std::string pilot_name = "Simulated Pilot";  // up to kFlytecPilotWidth characters, no comma
@@ -37,6 +45,12 @@ struct FlytecSimulator {
   std::string software = "3.30";
   std::vector<FlytecFlight> flights = {};  // the newest first, at most kFlytecMaxFlights
   size_t selected_flight = 0;              // on the instrument's screen, for $PBRIGC
+
+  std::vector<FlytecWaypoint> waypoints = {};
+  std::vector<FlytecAirspace> airspaces = {};
+  size_t waypoint_room = kFlytecMaxWaypoints;
+  size_t airspace_room = kFlytecMaxAirspaces;
+  FlytecRefusal refusal = FlytecRefusal::kNone;
 
   // Manners.
   uint64_t xoff_delay_ns = 750'000;   // from the end of a request to XOFF
@@ -47,6 +61,8 @@ struct FlytecSimulator {
   void (*log)(void* context, std::string_view text, uint64_t now_ns) = nullptr;
   void* log_context = nullptr;
 
+  FlytecAirspaceUpload upload = {};
+
   // The sentence being received, from '$' on; empty between sentences.
   std::string sentence = {};
 };
@@ -54,13 +70,5 @@ struct FlytecSimulator {
 // The instrument on a wire of that speed (0: no pacing). The simulator must outlive it and stay
 // where it is.
 SimulatedInstrument MakeFlytecInstrument(FlytecSimulator& simulator, uint32_t baud);
-
-// A flight for the memory: the text as it is, start and duration from its fixes. A text that does
-// not pass as an IGC file is taken nevertheless, its times from whatever looks like a date and like
-// fixes; they are 0 where nothing does.
-FlytecFlight FlightFromIgc(const std::string& igc_text);
-
-// Puts the flights in the order in which the instrument lists them, the newest first.
-void SortNewestFirst(std::vector<FlytecFlight>& flights);
 
 }  // namespace skyhaul

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "instruments/flytec/flytec_simulator.h"
+
+namespace skyhaul {
+
+inline constexpr uint32_t kNotChosen = UINT32_MAX;
+
+// What the command line of skyhaul-instrument asks for.
+struct Choices {
+  std::string family;
+  std::string model = "6030";
+  std::string pilot = "Simulated Pilot";
+  std::string serial = "01001";
+  std::string software = "3.30";
+  std::vector<std::string> flight_files;
+  uint32_t generated_flights = kNotChosen;  // kNotChosen: what suits the flight files
+  uint32_t generated_waypoints = 0;
+  FlytecRefusal refusal = FlytecRefusal::kNone;
+  std::string link_path;
+  std::string log_path;
+  uint32_t baud = 57600;
+  bool help = false;
+};
+
+extern const char* const kInstrumentUsage;
+
+// Prints a refusal and returns the exit status that goes with it.
+int Refuse(const std::string& message);
+
+// Returns 0, or the exit status after a message.
+int ParseCommandLine(const std::vector<std::string>& arguments, Choices& choices);
+
+}  // namespace skyhaul

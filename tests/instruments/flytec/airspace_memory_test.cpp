@@ -1,0 +1,100 @@
+#include "instruments/flytec/airspace_memory.h"
+
+#include <gtest/gtest.h>
+
+namespace skyhaul {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const std::string name_line = "005,000,Kreisbogen       ,3440";
+const std::string remark_line = "005,001,Remark Kreisbogen";
+const std::string centre_line = "005,002,X,4703.004,N,01110.400,E";
+const std::string start_line = "005,003,T,4703.004,N,01110.400,E,+";
+const std::string end_line = "005,004,Z,4710.001,N,01104.700,E,+";
+
+FlytecAirspaceUpload Take(const Texts& lines) {
+  FlytecAirspaceUpload upload;
+  for (const std::string& line : lines) {
+    const bool last = line == lines.back();
+    EXPECT_EQ(TakeUploadLine(upload, line), last ? UploadLine::kLast : UploadLine::kMore) << line;
+  }
+  return upload;
+}
+
+TEST(AirspaceMemory, ListsWhatItTook) {
+  const FlytecAirspaceUpload upload =
+      Take({name_line, remark_line, centre_line, start_line, end_line});
+  EXPECT_EQ(upload.fault, 0);
+  std::vector<FlytecAirspace> memory;
+  ASSERT_TRUE(StoreAirspace(memory, upload.airspace, 1));
+  EXPECT_EQ(AirspaceListBodies(memory),
+            (Texts{"PBRCTR," + name_line, "PBRCTR," + remark_line, "PBRCTR," + centre_line,
+                   "PBRCTR," + start_line, "PBRCTR," + end_line, "PBRANS,1"}));
+  EXPECT_EQ(AirspaceListBodies({}), Texts{"PBRANS,1"});
+}
+
+TEST(AirspaceMemory, FindsWhatIsWrong) {
+  const std::string name = "003,000,Kreisbogen       ,3440";
+  const std::string remark = "003,001,Remark Kreisbogen";
+  const std::string point = "003,002,P,4710.001,N,01104.700,E";
+  const struct {
+    Texts lines;
+    char fault;
+  } cases[] = {
+      {{name, remark, point}, 0},
+      {{remark, point}, kAirspaceSyntax},
+      {{name, point}, kAirspaceSyntax},
+      {{name, name, point}, kAirspaceSyntax},
+      {{name, "004,001,Remark Kreisbogen", point}, kAirspaceSyntax},
+      {{"003,000,Kreisbogen,3440", remark, point}, kAirspaceSyntax},
+      {{"003,000,Kreisbogen       ,344", remark, point}, kAirspaceSyntax},
+      {{name, "003,001,Remark", point}, kAirspaceSyntax},
+      {{name, remark, "003,002,Q,4710.001,N,01104.700,E"}, kAirspaceSyntax},
+      {{name, remark, "003,002,P,4710.001,N,01104.700,E,+"}, kAirspaceSyntax},
+      {{name, remark, "003,002,P,4710.01,N,01104.700,E"}, kAirspaceSyntax},
+      {{name, remark, "003,002,C,4710.001,N,01104.700,E,1234"}, kAirspaceSyntax},
+      {{name, remark, "003,002,P,4760.001,N,01104.700,E"}, kAirspaceImplausible},
+      {{name, remark, "003,002,P,9000.001,N,01104.700,E"}, kAirspaceImplausible},
+      {{name, remark, "003,002,C,4710.001,N,01104.700,E,00000"}, kAirspaceImplausible},
+      {{name, remark, "003,002,T,4710.001,N,01104.700,E,+"}, kAirspaceImplausible},
+      {{name, remark, "003,002,X,4710.001,N,01104.700,E"}, kAirspaceImplausible},
+      {{name_line, remark_line, centre_line, "005,003,P,4703.004,N,01110.400,E", end_line},
+       kAirspaceImplausible},
+      {{name_line, remark_line, centre_line, "005,003,T,4703.004,N,01110.400,E,x", end_line},
+       kAirspaceSyntax},
+  };
+  for (const auto& c : cases) EXPECT_EQ(Take(c.lines).fault, c.fault) << c.lines.back();
+}
+
+TEST(AirspaceMemory, ANewStartForgetsTheOldOne) {
+  FlytecAirspaceUpload upload;
+  EXPECT_EQ(TakeUploadLine(upload, "009,005,P,broken"), UploadLine::kMore);
+  EXPECT_NE(upload.fault, 0);
+  EXPECT_EQ(TakeUploadLine(upload, name_line), UploadLine::kMore);
+  EXPECT_EQ(upload.fault, 0);
+  EXPECT_EQ(TakeUploadLine(upload, "5,0,A"), UploadLine::kNotOne);
+  EXPECT_EQ(TakeUploadLine(upload, ""), UploadLine::kNotOne);
+}
+
+TEST(AirspaceMemory, RoomEndsInsideAnAirspaceAndBetweenThem) {
+  FlytecAirspaceUpload upload;
+  (void)TakeUploadLine(upload, "104,000,Kreisbogen       ,3440");
+  (void)TakeUploadLine(upload, "104,001,Remark Kreisbogen");
+  for (int line = 2; line < 102; ++line) {
+    const std::string number = (line < 10 ? "00" : line < 100 ? "0" : "") + std::to_string(line);
+    (void)TakeUploadLine(upload, "104," + number + ",P,4710.001,N,01104.700,E");
+  }
+  EXPECT_EQ(upload.fault, 0);
+  (void)TakeUploadLine(upload, "104,102,P,4710.001,N,01104.700,E");
+  EXPECT_EQ(upload.fault, kAirspaceNoMemory);
+
+  std::vector<FlytecAirspace> memory;
+  EXPECT_TRUE(StoreAirspace(memory, {.name = "A", .number = "0001"}, 1));
+  EXPECT_FALSE(StoreAirspace(memory, {.name = "B"}, 1));
+  EXPECT_TRUE(StoreAirspace(memory, {.name = "A", .number = "0002"}, 1));
+  EXPECT_EQ(memory[0].number, "0002");
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,90 @@
+#include <gtest/gtest.h>
+
+#include "instruments/flytec/flytec_simulator.h"
+#include "instruments/flytec/instrument_text.h"
+
+namespace skyhaul {
+namespace {
+
+const std::string done_answer = "\x13\x11";
+
+// What the simulator answers to one body after the other.
+std::string Answers(FlytecSimulator& simulator, const std::vector<std::string>& bodies) {
+  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 0);
+  for (const std::string& body : bodies) {
+    for (const char c : InstrumentSentence(body)) {
+      instrument.receive(instrument.state, instrument.wire, static_cast<uint8_t>(c), 0);
+    }
+  }
+  std::string heard(4096, 0);
+  heard.resize(TakeArrived(instrument.wire, kNever_ns - 1, reinterpret_cast<uint8_t*>(heard.data()),
+                           heard.size()));
+  return heard;
+}
+
+std::string Answer(char code) {
+  return "\x13" + InstrumentSentence(std::string("PBRANS,") + code) + "\x11";
+}
+
+const std::string waypoint_upload = "PBRWPR,4743.564,N,01121.571,E,,Urthaler Hof     ,0620";
+const std::vector<std::string> airspace_upload = {"PBRCTRW,003,000,Kreisbogen       ,3440",
+                                                  "PBRCTRW,003,001,Remark Kreisbogen",
+                                                  "PBRCTRW,003,002,C,4710.001,N,01104.700,E,12345"};
+
+TEST(FlytecUpload, WhatWasTakenIsListed) {
+  FlytecSimulator simulator;
+  EXPECT_EQ(Answers(simulator, {waypoint_upload}), done_answer);
+  EXPECT_EQ(Answers(simulator, {"PBRWPS,"}),
+            "\x13$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\n\x11");
+  EXPECT_EQ(Answers(simulator, airspace_upload), done_answer + done_answer + Answer('1'));
+  EXPECT_EQ(Answers(simulator, {"PBRCTR,"}),
+            "\x13$PBRCTR,003,000,Kreisbogen       ,3440*02\r\n"
+            "$PBRCTR,003,001,Remark Kreisbogen*0E\r\n"
+            "$PBRCTR,003,002,C,4710.001,N,01104.700,E,12345*4D\r\n"
+            "$PBRANS,1*01\r\n\x11");
+}
+
+TEST(FlytecUpload, WhatIsNotAnUploadIsNotAnswered) {
+  FlytecSimulator simulator;
+  EXPECT_EQ(Answers(simulator, {"PBRWPR,nonsense", "PBRWPR,", "PBRCTRW,", "PBRCTRW,3,0,A,1"}), "");
+  EXPECT_TRUE(simulator.waypoints.empty());
+}
+
+TEST(FlytecUpload, FullMemoryIsToldForAirspacesOnly) {
+  FlytecSimulator simulator{.waypoint_room = 0, .airspace_room = 0};
+  EXPECT_EQ(Answers(simulator, {waypoint_upload}), done_answer);
+  EXPECT_EQ(Answers(simulator, airspace_upload), done_answer + done_answer + Answer('3'));
+  EXPECT_TRUE(simulator.waypoints.empty());
+  EXPECT_TRUE(simulator.airspaces.empty());
+}
+
+TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
+  const struct {
+    FlytecRefusal refusal;
+    std::string waypoint_answer;
+    std::string airspace_answer;
+  } cases[] = {
+      {FlytecRefusal::kPlausibility, done_answer, done_answer + done_answer + Answer('2')},
+      {FlytecRefusal::kMemory, done_answer, done_answer + done_answer + Answer('3')},
+      {FlytecRefusal::kProtected, done_answer, done_answer + done_answer + Answer('4')},
+      {FlytecRefusal::kSyntax, done_answer, done_answer + done_answer + Answer('5')},
+      {FlytecRefusal::kSilent, "", ""},
+  };
+  for (const auto& c : cases) {
+    FlytecSimulator simulator{.refusal = c.refusal};
+    EXPECT_EQ(Answers(simulator, {waypoint_upload}), c.waypoint_answer);
+    EXPECT_EQ(Answers(simulator, airspace_upload), c.airspace_answer);
+    EXPECT_TRUE(simulator.waypoints.empty());
+    EXPECT_TRUE(simulator.airspaces.empty());
+  }
+}
+
+TEST(FlytecUpload, AFaultyAirspaceIsAnsweredAtItsLastLineAndForgotten) {
+  FlytecSimulator simulator;
+  EXPECT_EQ(Answers(simulator, {airspace_upload[0], airspace_upload[2]}),
+            done_answer + Answer('5'));
+  EXPECT_EQ(Answers(simulator, airspace_upload), done_answer + done_answer + Answer('1'));
+}
+
+}  // namespace
+}  // namespace skyhaul
