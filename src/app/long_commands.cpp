@@ -6,6 +6,7 @@
 
 #include "app/batch.h"
 #include "app/command_line/help_text.h"
+#include "app/file_io.h"
 #include "app/igc_files.h"
 #include "app/summary.h"
 #include "core/version.h"
@@ -44,7 +45,7 @@ int PrintInfo(const Operation& operation, const LongOptions& options) {
     if (LoadIgcFile(operation, file, text, points) < 0) continue;
     summaries.push_back(SummariseFlight(file, text, points));
   }
-  if (options.json) {
+  if (IsGiven(options, SideOption::kJson)) {
     std::fputs(SummariesJson(summaries).c_str(), stdout);
   } else {
     for (size_t i = 0; i < summaries.size(); ++i) {
@@ -82,6 +83,16 @@ int PrintChecks(const Operation& operation, const LongOptions& options) {
   return all_passed ? kExitDone : kExitFailed;
 }
 
+int PrintConversion(const Operation& operation, const LongOptions& options) {
+  const std::string& to = options.files[1];
+  const int count =
+      ConvertFile(operation, options.files[0], to, ValueOf(options, SideOption::kFormat),
+                  IsGiven(options, SideOption::kOverwrite));
+  if (count < 0) return kExitFailed;
+  std::printf("%d records written to %s\n", count, to.c_str());
+  return kExitDone;
+}
+
 }  // namespace
 
 int RunLongCommand(const Platform& platform, const Operation& operation,
@@ -98,6 +109,8 @@ int RunLongCommand(const Platform& platform, const Operation& operation,
       return PrintInfo(operation, options);
     case LongCommand::kCheck:
       return PrintChecks(operation, options);
+    case LongCommand::kConvert:
+      return PrintConversion(operation, options);
   }
   return kExitBadCommandLine;
 }

@@ -173,7 +173,7 @@ TEST_F(BatchTest, FailuresAreToldAndKeepTheOldTrack) {
       {"/GPS=IQCOMPEO /COM=1 /IGC_LOG=none /NOTIFY=me", kExitFailed, "There is no folder", true},
       {"/GPS=FLYMASTER /COM=1 /IGC_LOG=. /NOTIFY=me", kExitFailed, "Unsupported access function",
        true},
-      {"/GPS=GARMIN /USB /KML_LOG=a.kml /NOTIFY=me", kExitFailed, "cannot carry out this command",
+      {"/GPS=GARMIN /USB /MPS_LOG=a.mps /NOTIFY=me", kExitFailed, "cannot carry out this command",
        true},
       {"/GPS=GARMIN", kExitBadCommandLine, "names nothing to do", false},
   };

@@ -212,8 +212,14 @@ std::span<const Keyword> Keywords() {
 }
 
 bool CarriedOut(Command command) {
-  constexpr Command kCarriedOut[] = {Command::kTrackLogToIgc, Command::kOpenFile,
-                                     Command::kFlightList};
+  constexpr Command kCarriedOut[] = {
+      Command::kTrackLogToKml,   Command::kTrackLogToOzi,
+      Command::kTrackLogToIgc,   Command::kDownloadWaypoints,
+      Command::kUploadWaypoints, Command::kUploadWaypointsSecondForm,
+      Command::kIgcToKml,        Command::kOpenFile,
+      Command::kUploadAirspace,  Command::kDownloadGeographicWaypoints,
+      Command::kFlightList,      Command::kConvertWaypoints,
+  };
   return std::find(std::begin(kCarriedOut), std::end(kCarriedOut), command) !=
          std::end(kCarriedOut);
 }

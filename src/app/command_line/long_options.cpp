@@ -32,12 +32,12 @@ std::string Quoted(std::string_view text) {
 }
 
 std::string UnknownOption(const std::string& argument) {
-  std::string_view nearest = kJsonOption;
-  for (const LongOption& option : kLongOptions) {
-    if (EditDistance(argument, option.name) < EditDistance(argument, nearest)) {
-      nearest = option.name;
-    }
-  }
+  std::string_view nearest = kSideOptions[0].name;
+  const auto consider = [&](std::string_view name) {
+    if (EditDistance(argument, name) < EditDistance(argument, nearest)) nearest = name;
+  };
+  for (const SideOptionName& side : kSideOptions) consider(side.name);
+  for (const LongOption& option : kLongOptions) consider(option.name);
   const std::string unknown = "Unknown option " + Quoted(argument);
   if (EditDistance(argument, nearest) > kMaxEdits) return unknown + " (see \"--help\")";
   return unknown + " (did you mean " + Quoted(nearest) + "?)";
@@ -45,23 +45,19 @@ std::string UnknownOption(const std::string& argument) {
 
 struct Parsing {
   const LongOption* chosen = nullptr;
-  bool only_files = false;  // "--" was met
+  const SideOptionName* wants_value = nullptr;  // the next argument is its value
+  bool only_files = false;                      // "--" was met
 };
 
-// Takes one argument. Returns what is wrong with it, empty when nothing is.
-std::string TakeArgument(const std::string& argument, Parsing& parsing, LongOptions& options) {
-  if (parsing.only_files || !argument.starts_with('-')) {
-    options.files.push_back(argument);
-    return {};
+const SideOptionName* FindSide(const std::string& argument) {
+  for (const SideOptionName& side : kSideOptions) {
+    if (side.name == argument) return &side;
   }
-  if (argument == "--") {
-    parsing.only_files = true;
-    return {};
-  }
-  if (argument == kJsonOption) {
-    options.json = true;
-    return {};
-  }
+  return nullptr;
+}
+
+// Takes an option that says what to do. Returns what is wrong with it, empty when nothing is.
+std::string TakeCommand(const std::string& argument, Parsing& parsing) {
   const auto has_name = [&](const LongOption& option) { return option.name == argument; };
   const auto found = std::find_if(std::begin(kLongOptions), std::end(kLongOptions), has_name);
   if (found == std::end(kLongOptions)) return UnknownOption(argument);
@@ -72,10 +68,40 @@ std::string TakeArgument(const std::string& argument, Parsing& parsing, LongOpti
   return {};
 }
 
+// Takes one argument. Returns what is wrong with it, empty when nothing is.
+std::string TakeArgument(const std::string& argument, Parsing& parsing, LongOptions& options) {
+  if (parsing.wants_value != nullptr) {
+    options.values[static_cast<size_t>(parsing.wants_value->option)] = argument;
+    parsing.wants_value = nullptr;
+    return {};
+  }
+  if (parsing.only_files || !argument.starts_with('-')) {
+    options.files.push_back(argument);
+    return {};
+  }
+  if (argument == "--") {
+    parsing.only_files = true;
+    return {};
+  }
+  const SideOptionName* side = FindSide(argument);
+  if (side == nullptr) return TakeCommand(argument, parsing);
+  options.given |= Sides(side->option);
+  if (side->takes_value) parsing.wants_value = side;
+  return {};
+}
+
 // What is wrong with the arguments as a whole, empty when nothing is.
-std::string CheckOptions(const LongOption& chosen, const LongOptions& options) {
+std::string CheckOptions(const Parsing& parsing, const LongOptions& options) {
+  if (parsing.wants_value != nullptr) {
+    return "Missing value after " + Quoted(parsing.wants_value->name);
+  }
+  if (parsing.chosen == nullptr) return "No option says what to do (see \"--help\")";
+  const LongOption& chosen = *parsing.chosen;
   const std::string name = Quoted(chosen.name);
-  if (options.json && !chosen.allows_json) return Quoted(kJsonOption) + " does not go with " + name;
+  for (const SideOptionName& side : kSideOptions) {
+    if (!IsGiven(options, side.option) || (chosen.sides & Sides(side.option)) != 0) continue;
+    return Quoted(side.name) + " does not go with " + name;
+  }
   if (options.files.size() < chosen.min_files) return "Missing file name after " + name;
   if (options.files.size() > chosen.max_files) {
     return "Unexpected " + Quoted(options.files[chosen.max_files]) + " after " + name;
@@ -98,13 +124,10 @@ int ParseLongOptions(std::span<const std::string> arguments, LongOptions& option
     message = TakeArgument(argument, parsing, options);
     if (!message.empty()) return -1;
   }
-  if (parsing.chosen == nullptr) {
-    message = "No option says what to do (see \"--help\")";
-    return -1;
-  }
+  message = CheckOptions(parsing, options);
+  if (!message.empty()) return -1;
   options.command = parsing.chosen->command;
-  message = CheckOptions(*parsing.chosen, options);
-  return message.empty() ? 0 : -1;
+  return 0;
 }
 
 }  // namespace skyhaul

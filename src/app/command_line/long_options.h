@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <limits>
 #include <span>
 #include <string>
@@ -11,10 +14,33 @@ namespace skyhaul {
 
 // What the program does when it is asked with a long option; it needs neither window nor instrument
 // for them.
-enum class LongCommand { kHelp, kVersion, kPorts, kInfo, kCheck };
+enum class LongCommand { kHelp, kVersion, kPorts, kInfo, kCheck, kConvert };
 
 inline constexpr size_t kAnyNumberOfFiles = std::numeric_limits<size_t>::max();
-inline constexpr std::string_view kJsonOption = "--json";
+
+// Options that say how, beside the one that says what to do.
+enum class SideOption : uint32_t { kJson, kFormat, kOverwrite };
+
+struct SideOptionName {
+  SideOption option;
+  std::string_view name;
+  bool takes_value = false;  // the next argument
+};
+inline constexpr SideOptionName kSideOptions[] = {
+    {.option = SideOption::kJson, .name = "--json"},
+    {.option = SideOption::kFormat, .name = "--format", .takes_value = true},
+    {.option = SideOption::kOverwrite, .name = "--overwrite"},
+};
+inline constexpr size_t kSideOptionCount = std::size(kSideOptions);
+
+// A set of side options.
+constexpr uint32_t Sides() {
+  return 0;
+}
+template <typename... More>
+constexpr uint32_t Sides(SideOption option, More... more) {
+  return (1U << static_cast<uint32_t>(option)) | Sides(more...);
+}
 
 struct LongOption {
   LongCommand command;
@@ -23,11 +49,11 @@ struct LongOption {
   std::string_view help = {};           // one line without a full stop
   size_t min_files = 0;
   size_t max_files = 0;
-  bool allows_json = false;
+  uint32_t sides = 0;  // the side options that go with it
 };
 
-// All long options but kJsonOption, in the order in which the help shows them. A further one is one
-// more row here and what it does where the program dispatches on LongCommand.
+// All long options that say what to do, in the order in which the help shows them. A further one is
+// one more row here and what it does where the program dispatches on LongCommand.
 inline constexpr LongOption kLongOptions[] = {
     {.command = LongCommand::kHelp, .name = "--help", .help = "print this text"},
     {.command = LongCommand::kVersion, .name = "--version", .help = "print the version"},
@@ -38,20 +64,38 @@ inline constexpr LongOption kLongOptions[] = {
      .help = "print what flight files hold",
      .min_files = 1,
      .max_files = kAnyNumberOfFiles,
-     .allows_json = true},
+     .sides = Sides(SideOption::kJson)},
     {.command = LongCommand::kCheck,
      .name = "--check",
      .argument_help = "FILE...",
      .help = "print each file's security check",
      .min_files = 1,
      .max_files = kAnyNumberOfFiles},
+    {.command = LongCommand::kConvert,
+     .name = "--convert",
+     .argument_help = "IN OUT [--format NAME] [--overwrite]",
+     .help = "convert a waypoint, airspace or track file into another format; without a name the "
+             "extension of OUT tells which",
+     .min_files = 2,
+     .max_files = 2,
+     .sides = Sides(SideOption::kFormat, SideOption::kOverwrite)},
 };
 
 struct LongOptions {
   LongCommand command = LongCommand::kHelp;
   std::vector<std::string> files;
-  bool json = false;
+  uint32_t given = 0;                                // the side options that were given
+  std::array<std::string, kSideOptionCount> values;  // of those that take one
 };
+
+inline bool IsGiven(const LongOptions& options, SideOption option) {
+  return (options.given & Sides(option)) != 0;
+}
+
+// The value of a side option; empty when it was not given.
+inline const std::string& ValueOf(const LongOptions& options, SideOption option) {
+  return options.values[static_cast<size_t>(option)];
+}
 
 // True when the program was called with long options: the first argument begins with two dashes.
 bool HasLongOptions(std::span<const std::string> arguments);

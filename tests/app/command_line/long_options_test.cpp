@@ -41,8 +41,19 @@ TEST(LongOptions, Accepts) {
     EXPECT_EQ(message, "");
     EXPECT_EQ(options.command, c.command) << c.arguments[0];
     EXPECT_EQ(options.files, c.files) << c.arguments[0];
-    EXPECT_EQ(options.json, c.json) << c.arguments[0];
+    EXPECT_EQ(IsGiven(options, SideOption::kJson), c.json) << c.arguments[0];
   }
+}
+
+TEST(LongOptions, SideOptionsHaveValues) {
+  LongOptions options;
+  std::string message;
+  const Arguments arguments = {"--convert", "a", "--format", "--json", "b", "--overwrite"};
+  ASSERT_EQ(ParseLongOptions(arguments, options, message), 0) << message;
+  EXPECT_EQ(ValueOf(options, SideOption::kFormat), "--json");
+  EXPECT_TRUE(IsGiven(options, SideOption::kOverwrite));
+  EXPECT_FALSE(IsGiven(options, SideOption::kJson));
+  EXPECT_EQ(options.files, (Arguments{"a", "b"}));
 }
 
 TEST(LongOptions, SaysWhatIsWrong) {
@@ -60,6 +71,12 @@ TEST(LongOptions, SaysWhatIsWrong) {
       {{"--ports", "a", "b"}, "Unexpected \"a\" after \"--ports\""},
       {{"--info", "--check", "a"}, "\"--info\" and \"--check\" cannot be combined"},
       {{"--", "--info"}, "No option says what to do (see \"--help\")"},
+      {{"--convert", "a"}, "Missing file name after \"--convert\""},
+      {{"--convert", "a", "b", "c"}, "Unexpected \"c\" after \"--convert\""},
+      {{"--convert", "a", "b", "--format"}, "Missing value after \"--format\""},
+      {{"--info", "a", "--format", "kml"}, "\"--format\" does not go with \"--info\""},
+      {{"--convert", "a", "b", "--overwrit"},
+       "Unknown option \"--overwrit\" (did you mean \"--overwrite\"?)"},
       {{"--json"}, "No option says what to do (see \"--help\")"},
   };
   for (const auto& c : cases) {

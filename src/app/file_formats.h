@@ -1,0 +1,59 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/airspace.h"
+#include "core/track_point.h"
+#include "formats/igc/header.h"
+#include "formats/waypoints/waypoint_list.h"
+
+namespace skyhaul {
+
+enum class FileKind { kWaypoints, kAirspace, kTrack };
+
+// What a file holds: which list counts depends on the kind.
+struct FileContents {
+  FileKind kind = FileKind::kWaypoints;
+  std::vector<FileWaypoint> waypoints;
+  std::vector<CtrRecord> airspaces;
+  std::vector<TrackPoint> points;
+  IgcHeader header;                // of a track
+  std::vector<std::string> notes;  // what was skipped, with its line
+};
+
+// One file format that the program reads, writes or both.
+struct FileFormat {
+  std::string_view keyword;    // what --format calls it
+  std::string_view name;       // "OziExplorer waypoint file"
+  std::string_view extension;  // ".wpt", in lower case
+  FileKind kind = FileKind::kWaypoints;
+  bool (*looks_like)(std::string_view text) = nullptr;  // null: cannot be read
+  // Returns the number of records, or -1 with a message.
+  int (*read)(std::string_view text, FileContents& contents, std::string& message) = nullptr;
+  std::string (*write)(const FileContents& contents) = nullptr;  // null: cannot be written
+};
+
+// The extension of a path with its dot, as it stands there; empty when it has none.
+std::string Extension(const std::string& path);
+
+// True when a path's extension belongs to no format, so that a default may be taken.
+bool MeansNothing(const std::string& path);
+
+// The format of a file that is to be read, chosen by its extension and confirmed by its content; an
+// unknown extension leaves it to the content. Null with a message that says what the file looks
+// like.
+const FileFormat* FormatToRead(const std::string& path, std::string_view text,
+                               std::string& message);
+
+// The format that a file of this kind is written in (where several share an extension, the first of
+// the table): the one of that keyword, or, when it is empty,
+// the one of the path's extension. Null with a message that lists what can be written.
+const FileFormat* FormatToWrite(const std::string& path, std::string_view keyword, FileKind kind,
+                                std::string& message);
+
+const char* KindText(FileKind kind);
+
+}  // namespace skyhaul
