@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cstdio>
 
 #include "core/time_scale.h"
 #include "core/units.h"
@@ -22,8 +22,8 @@ std::string WaypointLine(int n) {
 WaypointRecord Waypoint(const char* name, const char* description, double lat_deg, double lon_deg,
                         int altitude) {
   WaypointRecord waypoint;
-  std::strncpy(waypoint.name, name, sizeof waypoint.name - 1);
-  std::strncpy(waypoint.description, description, sizeof waypoint.description - 1);
+  std::snprintf(waypoint.name, sizeof waypoint.name, "%s", name);
+  std::snprintf(waypoint.description, sizeof waypoint.description, "%s", description);
   waypoint.lat = RadiansToSemicircles(lat_deg / kDegreesPerRadian);
   waypoint.lon = RadiansToSemicircles(lon_deg / kDegreesPerRadian);
   waypoint.altitude = altitude;
