@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "protocols/flytec/ctr_lines.h"
+#include "protocols/flytec/field_text.h"
 
 namespace {
 
@@ -32,12 +33,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (result < 0 || receiver.next_index != 0) return 0;
   for (const CtrRecord& record : receiver.airspaces) {
     Require(record.name.size() <= 50 && record.remark.size() <= 50);
-    Require(CtrObstacle(record).empty() || record.segments.size() > 300);
     for (const AirspaceSegment& segment : record.segments) {
       Require(segment.point.lat >= -(1 << 30) && segment.point.lat <= 1 << 30);
     }
     if (!CtrObstacle(record).empty()) continue;
-    const std::vector<CtrLine> lines = CtrLines(record);
+    const std::vector<CtrLine> lines = CtrLines(record, FieldText(record.name));
     Require(lines.size() >= 2 + record.segments.size());
     for (const CtrLine& line : lines) Require(line.sentence.ends_with("\r\n"));
   }

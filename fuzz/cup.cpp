@@ -26,11 +26,6 @@ void RequireOnTheGlobe(const FileWaypoint& waypoint) {
   Require(waypoint.type == 0 || waypoint.type == skyhaul::kWaypointAirfield);
 }
 
-// A waypoint without a short name gets its description for one.
-std::string NameAfterwards(const FileWaypoint& waypoint) {
-  return waypoint.name.empty() ? waypoint.description : waypoint.name;
-}
-
 void RequireWrittenBack(const std::vector<FileWaypoint>& waypoints) {
   constexpr int64_t kHalfMilliminute = 100;  // in semicircles
   WaypointFile file;
@@ -40,8 +35,9 @@ void RequireWrittenBack(const std::vector<FileWaypoint>& waypoints) {
   for (size_t i = 0; i < waypoints.size(); ++i) {
     const FileWaypoint& before = waypoints[i];
     const FileWaypoint& after = file.waypoints[i];
-    Require(after.name == NameAfterwards(before));
+    Require(after.name == before.name);
     Require(after.description == before.description);
+    Require(after.comment == before.comment);
     Require(after.type == before.type);
     Require(std::abs(int64_t{after.lat} - before.lat) <= kHalfMilliminute);
     Require(std::abs(int64_t{after.lon} - before.lon) <= kHalfMilliminute);

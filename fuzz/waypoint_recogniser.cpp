@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "protocols/flytec/field_text.h"
 #include "protocols/flytec/waypoint_upload.h"
 
 namespace {
@@ -31,7 +32,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Require(std::strlen(waypoint.description) <= kWaypointLongName);
     Require(waypoint.altitude >= -9999 && waypoint.altitude <= 99999);
     Require(waypoint.lat >= -kQuarterTurn && waypoint.lat <= kQuarterTurn);
-    Require(WaypointSentence(waypoint).size() < 80);
+    if (WaypointObstacle(waypoint) != nullptr) continue;
+    Require(WaypointSentence(waypoint, FieldText(waypoint.description)).size() < 80);
   }
   return 0;
 }

@@ -49,10 +49,9 @@ std::string_view TakeSignedNumber(const Keyword& keyword, const std::string& val
 
 std::string_view TakePort(const Keyword& keyword, const std::string& value,
                           const CommandLineHost& host, CommandLineBlock& block) {
+  if (CutToCharacters(value, kMaxPortText) != value) return keyword.bad;
   uint32_t number = 0;
-  if (host.is_port_name != nullptr && host.is_port_name(value)) {
-    if (CutToCharacters(value, kMaxPortText) != value) return keyword.bad;
-  } else {
+  if (host.is_port_name == nullptr || !host.is_port_name(value)) {
     number = NumberFromText(value).value_or(0);
     if (number < 1 || number > kMaxPort) return keyword.bad;
   }

@@ -112,9 +112,10 @@ std::string_view ReadWaypoint(const QuotedRecord& record, const Columns& columns
   if (!position) return "the position cannot be read";
   const std::optional<double> altitude_m = ReadElevation(field(kElev));
   waypoint = {.lat = position->lat, .lon = position->lon, .altitude_m = altitude_m.value_or(0)};
-  waypoint.name = OneLine(field(kCode).empty() ? field(kName) : field(kCode));
-  waypoint.description = OneLine(field(kName));
-  if (waypoint.description == waypoint.name) waypoint.description.clear();
+  const std::string code = OneLine(field(kCode));
+  const std::string name = OneLine(field(kName));
+  waypoint.name = code.empty() ? name : code;
+  if (name != waypoint.name) waypoint.description = name;
   waypoint.comment = OneLine(field(kDesc));
   const bool airfield =
       std::ranges::find(kAirfieldStyles, field(kStyle)) != std::end(kAirfieldStyles);
