@@ -266,7 +266,8 @@ TEST(WriteCtrs, AReadFailureHasItsMessage) {
   Upload b;
   b.bench.fault = {.kind = FaultKind::kUnplug, .at = 50};
   EXPECT_LT(FlytecWriteCtrJob(b.job), 0);
-  EXPECT_EQ(b.recorder.messages, Texts{"CTR upload acknowledge status: E601 COM port read error\nA"});
+  EXPECT_EQ(b.recorder.messages,
+            Texts{"CTR upload acknowledge status: E601 COM port read error\nA"});
   EXPECT_EQ(b.recorder.statuses.back(), "3 CTR segments sent");
 }
 
