@@ -230,15 +230,15 @@ std::string Refusal(const std::string& path, std::string_view extension, std::st
                     const FileFormat* by_content) {
   std::string message = path + " does not hold what its name says";
   if (by_content != nullptr) return message + ": it looks like: " + std::string(by_content->name);
-  for (const FileFormat& format : kFormats) {
-    if (format.extension != extension) continue;
-    if (format.read == nullptr) {
-      return path + ": " + std::string(format.name) + "s can only be written" + Readable();
-    }
-    FileContents ignored;
-    std::string reason;
-    if (format.read(text, ignored, reason) < 0) return reason + "\n" + path;
+  const auto* format =
+      std::find_if(std::begin(kFormats), std::end(kFormats),
+                   [&](const FileFormat& candidate) { return candidate.extension == extension; });
+  if (format->read == nullptr) {
+    return path + ": " + std::string(format->name) + "s can only be written" + Readable();
   }
+  FileContents ignored;
+  std::string reason;
+  if (format->read(text, ignored, reason) < 0) return reason + "\n" + path;
   return message + Readable();
 }
 

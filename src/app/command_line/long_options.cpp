@@ -57,7 +57,7 @@ const SideOptionName* FindSide(const std::string& argument) {
 }
 
 // Takes an option that says what to do. Returns what is wrong with it, empty when nothing is.
-std::string TakeCommand(const std::string& argument, Parsing& parsing) {
+std::string TakeCommand(const std::string& argument, Parsing& parsing, LongOptions& options) {
   const auto has_name = [&](const LongOption& option) { return option.name == argument; };
   const auto found = std::find_if(std::begin(kLongOptions), std::end(kLongOptions), has_name);
   if (found == std::end(kLongOptions)) return UnknownOption(argument);
@@ -65,6 +65,7 @@ std::string TakeCommand(const std::string& argument, Parsing& parsing) {
     return Quoted(parsing.chosen->name) + " and " + Quoted(found->name) + " cannot be combined";
   }
   parsing.chosen = found;
+  options.command = found->command;
   return {};
 }
 
@@ -84,7 +85,7 @@ std::string TakeArgument(const std::string& argument, Parsing& parsing, LongOpti
     return {};
   }
   const SideOptionName* side = FindSide(argument);
-  if (side == nullptr) return TakeCommand(argument, parsing);
+  if (side == nullptr) return TakeCommand(argument, parsing, options);
   options.given |= Sides(side->option);
   if (side->takes_value) parsing.wants_value = side;
   return {};
@@ -125,9 +126,7 @@ int ParseLongOptions(std::span<const std::string> arguments, LongOptions& option
     if (!message.empty()) return -1;
   }
   message = CheckOptions(parsing, options);
-  if (!message.empty()) return -1;
-  options.command = parsing.chosen->command;
-  return 0;
+  return message.empty() ? 0 : -1;
 }
 
 }  // namespace skyhaul

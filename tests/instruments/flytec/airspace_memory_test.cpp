@@ -7,11 +7,11 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-const std::string name_line = "005,000,Kreisbogen       ,3440";
-const std::string remark_line = "005,001,Remark Kreisbogen";
-const std::string centre_line = "005,002,X,4703.004,N,01110.400,E";
-const std::string start_line = "005,003,T,4703.004,N,01110.400,E,+";
-const std::string end_line = "005,004,Z,4710.001,N,01104.700,E,+";
+const std::string kNameLine = "005,000,Kreisbogen       ,3440";
+const std::string kRemarkLine = "005,001,Remark Kreisbogen";
+const std::string kCentreLine = "005,002,X,4703.004,N,01110.400,E";
+const std::string kStartLine = "005,003,T,4703.004,N,01110.400,E,+";
+const std::string kEndLine = "005,004,Z,4710.001,N,01104.700,E,+";
 
 FlytecAirspaceUpload Take(const Texts& lines) {
   FlytecAirspaceUpload upload;
@@ -24,13 +24,13 @@ FlytecAirspaceUpload Take(const Texts& lines) {
 
 TEST(AirspaceMemory, ListsWhatItTook) {
   const FlytecAirspaceUpload upload =
-      Take({name_line, remark_line, centre_line, start_line, end_line});
+      Take({kNameLine, kRemarkLine, kCentreLine, kStartLine, kEndLine});
   EXPECT_EQ(upload.fault, 0);
   std::vector<FlytecAirspace> memory;
   ASSERT_TRUE(StoreAirspace(memory, upload.airspace, 1));
   EXPECT_EQ(AirspaceListBodies(memory),
-            (Texts{"PBRCTR," + name_line, "PBRCTR," + remark_line, "PBRCTR," + centre_line,
-                   "PBRCTR," + start_line, "PBRCTR," + end_line, "PBRANS,1"}));
+            (Texts{"PBRCTR," + kNameLine, "PBRCTR," + kRemarkLine, "PBRCTR," + kCentreLine,
+                   "PBRCTR," + kStartLine, "PBRCTR," + kEndLine, "PBRANS,1"}));
   EXPECT_EQ(AirspaceListBodies({}), Texts{"PBRANS,1"});
 }
 
@@ -59,9 +59,9 @@ TEST(AirspaceMemory, FindsWhatIsWrong) {
       {{name, remark, "003,002,C,4710.001,N,01104.700,E,00000"}, kAirspaceImplausible},
       {{name, remark, "003,002,T,4710.001,N,01104.700,E,+"}, kAirspaceImplausible},
       {{name, remark, "003,002,X,4710.001,N,01104.700,E"}, kAirspaceImplausible},
-      {{name_line, remark_line, centre_line, "005,003,P,4703.004,N,01110.400,E", end_line},
+      {{kNameLine, kRemarkLine, kCentreLine, "005,003,P,4703.004,N,01110.400,E", kEndLine},
        kAirspaceImplausible},
-      {{name_line, remark_line, centre_line, "005,003,T,4703.004,N,01110.400,E,x", end_line},
+      {{kNameLine, kRemarkLine, kCentreLine, "005,003,T,4703.004,N,01110.400,E,x", kEndLine},
        kAirspaceSyntax},
   };
   for (const auto& c : cases) EXPECT_EQ(Take(c.lines).fault, c.fault) << c.lines.back();
@@ -71,7 +71,7 @@ TEST(AirspaceMemory, ANewStartForgetsTheOldOne) {
   FlytecAirspaceUpload upload;
   EXPECT_EQ(TakeUploadLine(upload, "009,005,P,broken"), UploadLine::kMore);
   EXPECT_NE(upload.fault, 0);
-  EXPECT_EQ(TakeUploadLine(upload, name_line), UploadLine::kMore);
+  EXPECT_EQ(TakeUploadLine(upload, kNameLine), UploadLine::kMore);
   EXPECT_EQ(upload.fault, 0);
   EXPECT_EQ(TakeUploadLine(upload, "5,0,A"), UploadLine::kNotOne);
   EXPECT_EQ(TakeUploadLine(upload, ""), UploadLine::kNotOne);

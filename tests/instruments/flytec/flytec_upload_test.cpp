@@ -6,7 +6,7 @@
 namespace skyhaul {
 namespace {
 
-const std::string done_answer = "\x13\x11";
+const std::string kDoneAnswer = "\x13\x11";
 
 // What the simulator answers to one body after the other.
 std::string Answers(FlytecSimulator& simulator, const std::vector<std::string>& bodies) {
@@ -26,17 +26,17 @@ std::string Answer(char code) {
   return "\x13" + InstrumentSentence(std::string("PBRANS,") + code) + "\x11";
 }
 
-const std::string waypoint_upload = "PBRWPR,4743.564,N,01121.571,E,,Urthaler Hof     ,0620";
-const std::vector<std::string> airspace_upload = {"PBRCTRW,003,000,Kreisbogen       ,3440",
+const std::string kWaypointUpload = "PBRWPR,4743.564,N,01121.571,E,,Urthaler Hof     ,0620";
+const std::vector<std::string> kAirspaceUpload = {"PBRCTRW,003,000,Kreisbogen       ,3440",
                                                   "PBRCTRW,003,001,Remark Kreisbogen",
                                                   "PBRCTRW,003,002,C,4710.001,N,01104.700,E,12345"};
 
 TEST(FlytecUpload, WhatWasTakenIsListed) {
   FlytecSimulator simulator;
-  EXPECT_EQ(Answers(simulator, {waypoint_upload}), done_answer);
+  EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDoneAnswer);
   EXPECT_EQ(Answers(simulator, {"PBRWPS,"}),
             "\x13$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\n\x11");
-  EXPECT_EQ(Answers(simulator, airspace_upload), done_answer + done_answer + Answer('1'));
+  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDoneAnswer + kDoneAnswer + Answer('1'));
   EXPECT_EQ(Answers(simulator, {"PBRCTR,"}),
             "\x13$PBRCTR,003,000,Kreisbogen       ,3440*02\r\n"
             "$PBRCTR,003,001,Remark Kreisbogen*0E\r\n"
@@ -52,8 +52,8 @@ TEST(FlytecUpload, WhatIsNotAnUploadIsNotAnswered) {
 
 TEST(FlytecUpload, FullMemoryIsToldForAirspacesOnly) {
   FlytecSimulator simulator{.waypoint_room = 0, .airspace_room = 0};
-  EXPECT_EQ(Answers(simulator, {waypoint_upload}), done_answer);
-  EXPECT_EQ(Answers(simulator, airspace_upload), done_answer + done_answer + Answer('3'));
+  EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDoneAnswer);
+  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDoneAnswer + kDoneAnswer + Answer('3'));
   EXPECT_TRUE(simulator.waypoints.empty());
   EXPECT_TRUE(simulator.airspaces.empty());
 }
@@ -64,16 +64,16 @@ TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
     std::string waypoint_answer;
     std::string airspace_answer;
   } cases[] = {
-      {FlytecRefusal::kPlausibility, done_answer, done_answer + done_answer + Answer('2')},
-      {FlytecRefusal::kMemory, done_answer, done_answer + done_answer + Answer('3')},
-      {FlytecRefusal::kProtected, done_answer, done_answer + done_answer + Answer('4')},
-      {FlytecRefusal::kSyntax, done_answer, done_answer + done_answer + Answer('5')},
+      {FlytecRefusal::kPlausibility, kDoneAnswer, kDoneAnswer + kDoneAnswer + Answer('2')},
+      {FlytecRefusal::kMemory, kDoneAnswer, kDoneAnswer + kDoneAnswer + Answer('3')},
+      {FlytecRefusal::kProtected, kDoneAnswer, kDoneAnswer + kDoneAnswer + Answer('4')},
+      {FlytecRefusal::kSyntax, kDoneAnswer, kDoneAnswer + kDoneAnswer + Answer('5')},
       {FlytecRefusal::kSilent, "", ""},
   };
   for (const auto& c : cases) {
     FlytecSimulator simulator{.refusal = c.refusal};
-    EXPECT_EQ(Answers(simulator, {waypoint_upload}), c.waypoint_answer);
-    EXPECT_EQ(Answers(simulator, airspace_upload), c.airspace_answer);
+    EXPECT_EQ(Answers(simulator, {kWaypointUpload}), c.waypoint_answer);
+    EXPECT_EQ(Answers(simulator, kAirspaceUpload), c.airspace_answer);
     EXPECT_TRUE(simulator.waypoints.empty());
     EXPECT_TRUE(simulator.airspaces.empty());
   }
@@ -81,9 +81,9 @@ TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
 
 TEST(FlytecUpload, AFaultyAirspaceIsAnsweredAtItsLastLineAndForgotten) {
   FlytecSimulator simulator;
-  EXPECT_EQ(Answers(simulator, {airspace_upload[0], airspace_upload[2]}),
-            done_answer + Answer('5'));
-  EXPECT_EQ(Answers(simulator, airspace_upload), done_answer + done_answer + Answer('1'));
+  EXPECT_EQ(Answers(simulator, {kAirspaceUpload[0], kAirspaceUpload[2]}),
+            kDoneAnswer + Answer('5'));
+  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDoneAnswer + kDoneAnswer + Answer('1'));
 }
 
 }  // namespace

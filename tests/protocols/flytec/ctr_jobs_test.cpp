@@ -34,7 +34,7 @@ CtrRecord Mixed(const std::string& name) {
                         .direction = kCounterClockwise}}};
 }
 
-const Texts mixed_bodies = {
+const Texts kMixedBodies = {
     "PBRCTRW,007,000,A                ,3440",    "PBRCTRW,007,001,Remark Kreisbogen",
     "PBRCTRW,007,002,P,4730.000,N,01115.000,E",  "PBRCTRW,007,003,C,4730.000,S,01100.000,E,01235",
     "PBRCTRW,007,004,X,4700.000,N,01100.000,W",  "PBRCTRW,007,005,T,4706.000,N,01100.000,W,-",
@@ -46,7 +46,7 @@ TEST(CtrLines, AreNumberedPacedAndKnowWhereASegmentEnds) {
   constexpr bool kEnds[] = {false, false, true, true, false, false, true};
   ASSERT_EQ(lines.size(), 7U);
   for (size_t i = 0; i < lines.size(); ++i) {
-    EXPECT_EQ(lines[i].sentence, Sentence(mixed_bodies[i]));
+    EXPECT_EQ(lines[i].sentence, Sentence(kMixedBodies[i]));
     EXPECT_EQ(lines[i].pause_ms, kPauses_ms[i]) << i;
     EXPECT_EQ(lines[i].ends_segment, kEnds[i]) << i;
   }
@@ -102,14 +102,14 @@ TEST(CtrLines, WhatCannotBeToldIsSaidBeforehand) {
 
 // --- Reading -------------------------------------------------------------------------------------
 
-const std::string list_end = Sentence("PBRANS,1");
-const std::string one_ctr = Sentence("PBRCTR,003,000,abcdefghijklmnopq,0001") +
+const std::string kListEnd = Sentence("PBRANS,1");
+const std::string kOneCtr = Sentence("PBRCTR,003,000,abcdefghijklmnopq,0001") +
                             Sentence("PBRCTR,003,001,Remark           ") +
                             Sentence("PBRCTR,003,002,C,4710.001,N,01104.700,E,12345");
 
 TEST(ReadCtrs, ReceivesUntilTheClosingSentence) {
   FlytecBench b;
-  b.script.answers["$PBRCTR,"] = {"\x13" + one_ctr + one_ctr + list_end + "\x11"};
+  b.script.answers["$PBRCTR,"] = {"\x13" + kOneCtr + kOneCtr + kListEnd + "\x11"};
   ASSERT_EQ(FlytecReadCtrJob(b.job), 2);
   ASSERT_EQ(b.job.data.airspaces.size(), 2U);
   EXPECT_EQ(b.job.data.airspaces[1].segments[0].radius_m, 12345);
@@ -120,7 +120,7 @@ TEST(ReadCtrs, ReceivesUntilTheClosingSentence) {
 
 TEST(ReadCtrs, AnEmptyListIsItsClosingSentence) {
   FlytecBench b;
-  b.script.answers["$PBRCTR,"] = {list_end};
+  b.script.answers["$PBRCTR,"] = {kListEnd};
   EXPECT_EQ(FlytecReadCtrJob(b.job), 0);
   EXPECT_EQ(b.recorder.statuses.back(), "0 CTR(s) received");
 }
@@ -131,17 +131,17 @@ TEST(ReadCtrs, EachFailureHasItsMessageAndDeliversNothing) {
     Fault fault;
     const char* message;
   } cases[] = {
-      {list_end, {.kind = FaultKind::kFailWrite, .at = 1}, "E700 COM port write error"},
-      {list_end, {.kind = FaultKind::kUnplug, .at = 50}, "E701 COM port read error"},
-      {one_ctr + "$" + std::string(82, 'x'), {}, "E703 Format error 1"},
-      {one_ctr + "$PBRANS,1*a1\r\n", {}, "E703 Format error 2"},
-      {one_ctr + "$PBRANS,1*0a\r\n", {}, "E703 Format error 3"},
-      {one_ctr + "$PBRANS,1*01\n", {}, "E703 Format error 4"},
-      {one_ctr + "$PBRANS,1*02\r\n", {}, "E703 Format error 5"},
-      {one_ctr + "$PBRANS,1*01\r\r", {}, "E703 Format error 6"},
-      {one_ctr + Sentence("PBRANS,2"), {}, "E702 Format error 2"},
+      {kListEnd, {.kind = FaultKind::kFailWrite, .at = 1}, "E700 COM port write error"},
+      {kListEnd, {.kind = FaultKind::kUnplug, .at = 50}, "E701 COM port read error"},
+      {kOneCtr + "$" + std::string(82, 'x'), {}, "E703 Format error 1"},
+      {kOneCtr + "$PBRANS,1*a1\r\n", {}, "E703 Format error 2"},
+      {kOneCtr + "$PBRANS,1*0a\r\n", {}, "E703 Format error 3"},
+      {kOneCtr + "$PBRANS,1*01\n", {}, "E703 Format error 4"},
+      {kOneCtr + "$PBRANS,1*02\r\n", {}, "E703 Format error 5"},
+      {kOneCtr + "$PBRANS,1*01\r\r", {}, "E703 Format error 6"},
+      {kOneCtr + Sentence("PBRANS,2"), {}, "E702 Format error 2"},
       {Sentence("PBRCTR,2,0,A,1"), {}, "E702 Format error 8"},
-      {one_ctr + one_ctr.substr(0, one_ctr.find('\n') + 1) + list_end, {}, "E702 Format error 3"},
+      {kOneCtr + kOneCtr.substr(0, kOneCtr.find('\n') + 1) + kListEnd, {}, "E702 Format error 3"},
   };
   for (const auto& c : cases) {
     FlytecBench b;
@@ -164,8 +164,8 @@ TEST(ReadCtrs, ASilentInstrumentIsWaitedForUntilTheAbort) {
 // --- Writing -------------------------------------------------------------------------------------
 
 struct Upload : FlytecBench {
-  explicit Upload(const Texts& answers = {list_end}) {
-    script.answers["$" + mixed_bodies.back()] = answers;
+  explicit Upload(const Texts& answers = {kListEnd}) {
+    script.answers["$" + kMixedBodies.back()] = answers;
     job.data.airspaces = {Mixed("A"), Mixed("Not this one"), Mixed("B")};
     job.data.airspaces[1].selected = false;
   }
@@ -208,7 +208,7 @@ TEST(WriteCtrs, EachAnswerButOneEndsTheUpload) {
       {"$PBRANS,1*01\r", "Missing CTR upload ack."},
   };
   for (const auto& c : cases) {
-    Upload b({list_end, c.answer});
+    Upload b({kListEnd, c.answer});
     EXPECT_LT(FlytecWriteCtrJob(b.job), 0) << c.message;
     EXPECT_EQ(b.recorder.messages,
               Texts{std::string("CTR upload acknowledge status: ") + c.message + "\nB"});
