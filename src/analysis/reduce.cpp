@@ -1,0 +1,25 @@
+#include "analysis/reduce.h"
+
+#include "analysis/projection.h"
+
+namespace skyhaul {
+
+ReducedTrack ReduceTrack(std::span<const TrackPoint> points) {
+  ReducedTrack reduced;
+  const PlaneProjection projection = ProjectionFor(points);
+  const size_t count = points.size();
+  const size_t step = count > kMaxReduced ? kMaxReduced - 1 : count;
+  size_t sum = count;
+  for (size_t i = 0; i < count; ++i) {
+    sum += step;
+    if (sum < count) continue;
+    sum -= count;
+    const PlanePoint place = ToPlane(projection, points[i].lat, points[i].lon);
+    reduced.indices.push_back(static_cast<uint32_t>(i));
+    reduced.x_m.push_back(place.x_m);
+    reduced.y_m.push_back(place.y_m);
+  }
+  return reduced;
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,266 @@
+#include "analysis/optimise.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "analysis/geodesic.h"
+#include "core/units.h"
+#include "formats/igc/read_igc.h"
+#include "instruments/flight_generator.h"
+#include "tests/analysis/reference_optimiser.h"
+#include "tests/analysis/track_shapes.h"
+#include "tests/support/recording_shell.h"
+
+namespace skyhaul {
+namespace {
+
+const TaskResult& Of(const OptimiseResult& result, OptimiseTask task) {
+  return ResultOf(result, task);
+}
+
+void ExpectSame(const TaskResult& fast, const TaskResult& reference) {
+  EXPECT_EQ(fast.vertices, reference.vertices);
+  EXPECT_EQ(fast.indices, reference.indices);
+  EXPECT_EQ(fast.legs_m, reference.legs_m);
+  EXPECT_DOUBLE_EQ(fast.distance_m, reference.distance_m);
+  EXPECT_EQ(fast.closing_m, reference.closing_m);
+  EXPECT_DOUBLE_EQ(fast.score_m, reference.score_m);
+}
+
+// Returns false when they differ.
+bool ExpectLikeReference(const std::vector<TrackPoint>& points, const OptimiseSettings& settings,
+                         const std::string& name) {
+  SCOPED_TRACE(testing::Message() << name << ", " << points.size() << " points, gap "
+                                  << settings.gap_m << ", FAI rule " << settings.fai_rule);
+  OptimiseResult fast;
+  EXPECT_EQ(OptimiseTrack(points, settings, fast, nullptr), 0);
+  EXPECT_TRUE(fast.valid);
+  const OptimiseResult reference = ReferenceOptimise(points, settings);
+  for (size_t task = 0; task < kOptimiseTasks; ++task) {
+    SCOPED_TRACE(testing::Message() << "task " << task);
+    ExpectSame(fast.tasks[task], reference.tasks[task]);
+  }
+  return !testing::Test::HasFailure();
+}
+
+struct Region {
+  double size_m;
+  double lat_deg;
+  double lon_deg;
+  int32_t gap_m;
+  bool fai_rule;
+};
+
+constexpr Region kRegions[] = {
+    {50000, 46.5, 8, 3000, false},        //
+    {50000, 46.5, 8, 800, true},          //
+    {9000, -33, 179.99, 3000, true},      // across the 180th meridian, about the least leg
+    {9000, 0, -180, 400, false},          // likewise, on the equator
+    {150, 46.5, 8, 3000, true},           // everything closes
+    {8, -60, -70, 4, false},              // rounding decides
+    {30000, 89.9, 20, 2000, true},        // about a pole
+    {200000, -89, 20, 150000, false},     //
+    {300000, 10, 100, 2147483647, true},  // the greatest gap
+    {50000, 46.5, 8, 0, true},            // no closed tasks
+};
+
+class OptimiseShapes : public testing::TestWithParam<size_t> {};
+
+TEST_P(OptimiseShapes, LikeTheReference) {
+  constexpr size_t kSizes[] = {2, 3, 4, 5, 6, 7, 9, 15, 16, 17, 31, 33, 48, 64, 100, 129};
+  const auto shape = static_cast<TrackShape>(GetParam());
+  uint32_t seed = 1;
+  for (const Region& region : kRegions) {
+    for (const size_t points : kSizes) {
+      ++seed;
+      const std::vector<TrackPoint> track = MakeTrack({.shape = shape,
+                                                       .points = points + seed % 2,
+                                                       .size_m = region.size_m,
+                                                       .lat_deg = region.lat_deg,
+                                                       .lon_deg = region.lon_deg,
+                                                       .seed = seed});
+      const OptimiseSettings settings = {.gap_m = region.gap_m, .fai_rule = region.fai_rule};
+      if (!ExpectLikeReference(track, settings, NameOf(shape))) return;
+    }
+  }
+}
+
+TEST_P(OptimiseShapes, LikeTheReferenceOn400Points) {
+  const auto shape = static_cast<TrackShape>(GetParam());
+  for (uint32_t seed = 1; seed <= 3; ++seed) {
+    const Region& region = kRegions[(GetParam() + size_t{3} * seed) % std::size(kRegions)];
+    const std::vector<TrackPoint> track = MakeTrack({.shape = shape,
+                                                     .points = 401 - seed,
+                                                     .size_m = region.size_m,
+                                                     .lat_deg = region.lat_deg,
+                                                     .lon_deg = region.lon_deg,
+                                                     .seed = seed});
+    if (!ExpectLikeReference(track, {region.gap_m, region.fai_rule}, NameOf(shape))) return;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OptimiseShapes, testing::Range(size_t{0}, kTrackShapes),
+                         [](const testing::TestParamInfo<size_t>& shape) {
+                           std::string name = NameOf(static_cast<TrackShape>(shape.param));
+                           std::replace(name.begin(), name.end(), '-', '_');
+                           return name;
+                         });
+
+// Few places on a small grid: nearly everything is a tie, also of closing distances. Every other
+// grid is of a few metres, where a leg often is 28 % of the perimeter to the metre.
+TEST(OptimiseTrack, TiesLikeTheReference) {
+  uint32_t state = 7;
+  for (int round = 0; round < 400; ++round) {
+    std::vector<TrackPoint> track;
+    const int points = 3 + round % 38;
+    for (int i = 0; i < points; ++i) {
+      state = state * 1664525 + 1013904223;
+      const int32_t scale = round % 2 == 0 ? 20000 : 700;
+      track.push_back({.lat = static_cast<int32_t>(state >> 28) * scale,
+                       .lon = static_cast<int32_t>(state >> 20 & 7) * 2 * scale});
+    }
+    const OptimiseSettings settings = {.gap_m = 200 + 400 * (round % 5)};
+    if (!ExpectLikeReference(track, settings, "grid " + std::to_string(round))) return;
+  }
+}
+
+// Points in a row to the north with one leg between turnpoints that is near the least, 4 points, or
+// two of them, 5 points.
+std::vector<TrackPoint> RowOfPoints(size_t points, double leg_m) {
+  std::vector<TrackPoint> track;
+  GeodesicPosition at = {.lat_rad = 0.8, .lon_rad = 0.1};
+  for (size_t i = 0; i < points; ++i) {
+    track.push_back({.lat = RadiansToSemicircles(at.lat_rad), .lon = RadiansToSemicircles(0.1)});
+    const bool end = i == 0 || i + 2 == points;
+    at = GeodesicDestination(at.lat_rad, at.lon_rad, 0, end ? 3000 : leg_m);
+  }
+  return track;
+}
+
+TEST(OptimiseTrack, LeastLegOfTheFaiRule) {
+  struct Case {
+    double leg_m;
+    bool allowed;
+  };
+  // 9999.8 m is 10 000 in whole metres, but less as a geodesic.
+  const Case cases[] = {{9999.2, false}, {9999.8, false}, {10000.2, true}, {10000.8, true}};
+  for (const Case& at : cases) {
+    OptimiseResult four;
+    OptimiseResult five;
+    ASSERT_EQ(OptimiseTrack(RowOfPoints(4, at.leg_m), {.fai_rule = true}, four, nullptr), 0);
+    ASSERT_EQ(OptimiseTrack(RowOfPoints(5, at.leg_m), {.fai_rule = true}, five, nullptr), 0);
+    EXPECT_EQ(Of(four, OptimiseTask::kFree4).vertices, at.allowed ? 4 : 0) << at.leg_m;
+    EXPECT_EQ(Of(five, OptimiseTask::kFree5).vertices, at.allowed ? 5 : 0) << at.leg_m;
+    EXPECT_EQ(Of(five, OptimiseTask::kFree3).vertices, 3) << at.leg_m;
+  }
+}
+
+TEST(OptimiseTrack, GeneratedFlightAtFullSize) {
+  const GeneratedFlight flight = GenerateFlightOfLength({.seed = 5}, 30000);
+  ExpectLikeReference(flight.points, {.gap_m = 3000, .fai_rule = true}, "generated");
+  OptimiseResult result;
+  ASSERT_EQ(OptimiseTrack(flight.points, {.gap_m = 3000}, result, nullptr), 0);
+  EXPECT_GT(Of(result, OptimiseTask::kFaiTriangle).score_m, 100000);
+  EXPECT_LE(result.memory_bytes, size_t{3} * 2000 * 2001 / 2 * 4);
+}
+
+// What sorts by place at full size.
+TEST(OptimiseTrack, CirclesAndRidgeAtFullSize) {
+  for (const TrackShape shape : {TrackShape::kCircles, TrackShape::kRidge}) {
+    const std::vector<TrackPoint> track = MakeTrack({.shape = shape, .points = 5000});
+    ExpectLikeReference(track, {.gap_m = 3000}, NameOf(shape));
+  }
+}
+
+std::vector<TrackPoint> ReadFlight(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  std::vector<TrackPoint> points;
+  std::string message;
+  if (ParseIgc(text, points, message) < 0) points.clear();
+  return points;
+}
+
+class OptimiseRealFlights : public testing::TestWithParam<size_t> {};
+
+// The flights are shared out to several runs, so that these can go on side by side.
+constexpr size_t kRuns = 8;
+
+TEST_P(OptimiseRealFlights, LikeTheReference) {
+  const char* folder = std::getenv("SKYHAUL_FLIGHTS");
+  if (folder == nullptr || !std::filesystem::is_directory(folder)) {
+    GTEST_SKIP() << "no real flights: SKYHAUL_FLIGHTS names no folder";
+  }
+  std::vector<std::filesystem::path> paths;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().extension() == ".igc") paths.push_back(entry.path());
+  }
+  std::sort(paths.begin(), paths.end());
+  int compared = 0;
+  for (size_t i = GetParam(); i < paths.size(); i += kRuns) {
+    const std::vector<TrackPoint> points = ReadFlight(paths[i]);
+    if (points.empty()) continue;  // the reader refuses it
+    const OptimiseSettings settings = {.gap_m = i % 3 == 0 ? 20000 : 3000, .fai_rule = i % 2 == 0};
+    ExpectLikeReference(points, settings, paths[i].filename().string());
+    ++compared;
+  }
+  RecordProperty("compared", compared);
+  if (compared == 0) GTEST_SKIP() << "no flight that can be read is left for this run";
+}
+
+INSTANTIATE_TEST_SUITE_P(Shared, OptimiseRealFlights, testing::Range(size_t{0}, kRuns));
+
+TEST(OptimiseTrack, NothingFromTooFewPoints) {
+  for (size_t points = 0; points <= 4; ++points) {
+    const std::vector<TrackPoint> track = MakeTrack({.points = points});
+    OptimiseResult result;
+    ASSERT_EQ(OptimiseTrack(track, {.gap_m = 100000}, result, nullptr), 0);
+    EXPECT_EQ(Of(result, OptimiseTask::kFree2).vertices, points >= 2 ? 2 : 0);
+    EXPECT_EQ(Of(result, OptimiseTask::kFree3).vertices, points >= 3 ? 3 : 0);
+    EXPECT_EQ(Of(result, OptimiseTask::kFree4).vertices, points >= 4 ? 4 : 0);
+    EXPECT_EQ(Of(result, OptimiseTask::kFree5).vertices, 0);
+    EXPECT_EQ(Of(result, OptimiseTask::kFlatTriangle).vertices, 0);
+  }
+}
+
+TEST(OptimiseTrack, SaysWhatItDoes) {
+  const std::vector<TrackPoint> track = MakeTrack({.points = 50});
+  RecordingShell recording;
+  const Shell shell = MakeShell(recording);
+  Operation operation = {.shell = &shell};
+  OptimiseResult result;
+  ASSERT_EQ(OptimiseTrack(track, {.gap_m = 3000}, result, &operation), 0);
+  const std::string end = recording.statuses.back();
+  recording.statuses.pop_back();
+  EXPECT_EQ(recording.statuses,
+            (std::vector<std::string>{
+                "Computing distance matrix", "Computing greatest distance (2 points)",
+                "Computing greatest distance (3 points)", "Computing greatest distance (4 points)",
+                "Computing greatest distance (5 points)", "Computing out-and-return distance",
+                "Computing triangle distance"}));
+  unsigned seconds = 0;
+  unsigned thousandths = 0;
+  ASSERT_EQ(std::sscanf(end.c_str(), "Computing completed (%u.%03u secs)", &seconds, &thousandths),
+            2);
+  EXPECT_EQ(seconds * 1000 + thousandths, result.elapsed_ms);
+}
+
+TEST(OptimiseTrack, StopsWhenAborted) {
+  const std::vector<TrackPoint> track = MakeTrack({.points = 500});
+  Operation operation;
+  operation.aborted = true;
+  OptimiseResult result = {.valid = true};
+  EXPECT_EQ(OptimiseTrack(track, {.gap_m = 3000}, result, &operation), -1);
+  EXPECT_FALSE(result.valid);
+}
+
+}  // namespace
+}  // namespace skyhaul

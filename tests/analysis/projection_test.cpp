@@ -1,0 +1,132 @@
+#include "analysis/projection.h"
+
+#include <gtest/gtest.h>
+
+#include <GeographicLib/Geodesic.hpp>
+#include <GeographicLib/TransverseMercatorExact.hpp>
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "core/units.h"
+
+namespace skyhaul {
+namespace {
+
+constexpr double kHalf_m = 250000;  // of a 500 km flight
+
+TrackPoint PointAt(double lat_deg, double lon_deg) {
+  const double lon_rad = std::remainder(lon_deg / kDegreesPerRadian, 2 * kPi);
+  return {.lat = RadiansToSemicircles(lat_deg / kDegreesPerRadian),
+          .lon = RadiansToSemicircles(lon_rad)};
+}
+
+TrackPoint PointFrom(double lat_deg, double lon_deg, double bearing_deg, double distance_m) {
+  double lat = 0;
+  double lon = 0;
+  GeographicLib::Geodesic::WGS84().Direct(lat_deg, lon_deg, bearing_deg, distance_m, lat, lon);
+  return PointAt(lat, lon);
+}
+
+double Degrees(int32_t semicircles) {
+  return semicircles * (180.0 / 2147483648.0);
+}
+
+double MiddleLon_deg(const PlaneProjection& projection) {
+  return Degrees(static_cast<int32_t>(projection.middle_lon));
+}
+
+double PlaneDistance_m(const PlaneProjection& projection, const TrackPoint& from,
+                       const TrackPoint& to) {
+  const PlanePoint a = ToPlane(projection, from.lat, from.lon);
+  const PlanePoint b = ToPlane(projection, to.lat, to.lon);
+  return std::hypot(a.x_m - b.x_m, a.y_m - b.y_m);
+}
+
+double Geodesic_m(const TrackPoint& from, const TrackPoint& to) {
+  double distance_m = 0;
+  GeographicLib::Geodesic::WGS84().Inverse(Degrees(from.lat), Degrees(from.lon), Degrees(to.lat),
+                                           Degrees(to.lon), distance_m);
+  return distance_m;
+}
+
+// The exact projection about the same meridian, up to the shift of the origin.
+double SeriesError_m(const PlaneProjection& projection, const TrackPoint& point) {
+  const GeographicLib::TransverseMercatorExact exact(6378137, 1 / 298.257223563, 1);
+  double x_m = 0;
+  double y_m = 0;
+  exact.Forward(MiddleLon_deg(projection), Degrees(point.lat), Degrees(point.lon), x_m, y_m);
+  const PlanePoint ours = ToPlane(projection, point.lat, point.lon);
+  return std::hypot(ours.x_m - x_m, ours.y_m + projection.origin_y_m - y_m);
+}
+
+TEST(Projection, SeriesIsRightOver500Km) {
+  double worst_m = 0;
+  for (double lat_deg = -80; lat_deg <= 80; lat_deg += 5) {
+    for (double bearing_deg = 0; bearing_deg < 180; bearing_deg += 15) {
+      const TrackPoint flight[] = {PointFrom(lat_deg, 8, bearing_deg, kHalf_m),
+                                   PointFrom(lat_deg, 8, bearing_deg + 180, kHalf_m)};
+      const PlaneProjection projection = ProjectionFor(flight);
+      for (const TrackPoint& point : flight) {
+        worst_m = std::max(worst_m, SeriesError_m(projection, point));
+      }
+    }
+  }
+  EXPECT_LT(worst_m, 0.7e-4);
+}
+
+TEST(Projection, PlaneIsNearTheEllipsoidOver500Km) {
+  double worst_across_m = 0;
+  double worst_along_m = 0;
+  for (double lat_deg = -60; lat_deg <= 60; lat_deg += 10) {
+    const auto excess_m = [lat_deg](double bearing_deg) {
+      const TrackPoint flight[] = {PointFrom(lat_deg, 8, bearing_deg, kHalf_m),
+                                   PointFrom(lat_deg, 8, bearing_deg + 180, kHalf_m)};
+      const PlaneProjection projection = ProjectionFor(flight);
+      return std::abs(PlaneDistance_m(projection, flight[0], flight[1]) -
+                      Geodesic_m(flight[0], flight[1]));
+    };
+    worst_across_m = std::max(worst_across_m, excess_m(90));
+    worst_along_m = std::max(worst_along_m, excess_m(0));
+  }
+  EXPECT_LT(worst_across_m, 129);
+  EXPECT_LT(worst_along_m, 0.1);
+}
+
+TEST(Projection, HasNoSeam) {
+  struct Case {
+    const char* name;
+    TrackPoint from;
+    TrackPoint to;
+  };
+  const Case cases[] = {
+      {"180th meridian", PointAt(10, 179.9), PointAt(10, -179.9)},
+      {"180th meridian, west first", PointAt(10, -179.9), PointAt(10.1, 179.9)},
+      {"north pole", PointAt(89.9, 0), PointAt(89.9, 179)},
+      {"south pole", PointAt(-89.95, -120), PointAt(-89.9, 60)},
+  };
+  for (const Case& at : cases) {
+    const TrackPoint flight[] = {at.from, at.to};
+    EXPECT_NEAR(PlaneDistance_m(ProjectionFor(flight), at.from, at.to), Geodesic_m(at.from, at.to),
+                0.3)
+        << at.name;
+  }
+}
+
+TEST(Projection, HoldsFarPositions) {
+  const TrackPoint globe[] = {PointAt(0, 0),  PointAt(0, 90),  PointAt(0, -90),
+                              PointAt(90, 0), PointAt(-90, 0), PointAt(0, 179.9)};
+  const PlaneProjection projection = ProjectionFor(globe);
+  for (int lat = -90; lat <= 90; lat += 6) {
+    for (int lon = -180; lon <= 180; lon += 6) {
+      const TrackPoint point = PointAt(lat, lon);
+      const PlanePoint place = ToPlane(projection, point.lat, point.lon);
+      EXPECT_LE(std::abs(place.x_m), kPlaneReach_m) << lat << " " << lon;
+      EXPECT_LE(std::abs(place.y_m), kPlaneReach_m) << lat << " " << lon;
+    }
+  }
+  EXPECT_EQ(ProjectionFor({}).middle_lon, 0);
+}
+
+}  // namespace
+}  // namespace skyhaul
