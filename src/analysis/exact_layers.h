@@ -1,0 +1,83 @@
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "analysis/exact_search.h"
+
+namespace skyhaul {
+
+// The walk over corners of analysis/exact_free.h.
+
+inline constexpr double kNothing_m = -1e12;  // a sum that cannot be had
+
+using CornerSums = std::array<double, 4>;
+
+// The candidates for one vertex, ascending in the track.
+struct Layer {
+  std::vector<TreeNode> nodes;
+  std::vector<Ball> balls;
+  std::vector<CornerSums> before;  // greatest sum of the legs up to this vertex, by corner
+  std::vector<CornerSums> after;   // of those from it on
+  std::vector<double> most_before;
+  std::vector<double> most_after;  // until computed, that of the range it was halved from
+};
+
+// A leg between two candidates, by their places in their layers.
+struct Leg {
+  uint32_t from;
+  uint32_t to;
+};
+
+// The legs from one layer to the next that may still lead above the floor; when there are too many
+// they are not listed, and all have to be looked at.
+struct LegList {
+  std::vector<Leg> legs;
+  bool listed = false;
+};
+
+struct FreeSearch {
+  ExactSearch& shared;
+  OptimiseTask task;
+  TaskResult& best;
+  std::vector<Layer> layers;
+  std::vector<LegList> lists;  // list k is from layer k to k + 1
+};
+
+// Whether the FAI rule gives that leg of the task a least length.
+bool Ruled(const FreeSearch& search, size_t leg);
+
+// The greatest sum that passes through a candidate, and through both ends of a leg.
+double ThroughNode_m(const FreeSearch& search, const Layer& layer, size_t at);
+double ThroughLeg_m(const FreeSearch& search, size_t list, size_t from, size_t to);
+
+// Bounds every candidate from both sides. Sums that cannot lead above the floor are left low.
+void Walk(FreeSearch& search);
+
+// Calls look(from, to, longest_m) for the legs of a list that the rules do not forbid.
+template <typename Look>
+void ForEachLeg(FreeSearch& search, size_t list, Look look) {
+  const TrackTree& tree = search.shared.tree;
+  const Layer& from = search.layers[list];
+  const Layer& to = search.layers[list + 1];
+  const double least_leg_m = Ruled(search, list) ? kFaiRuleLeg_m : 0;
+  const auto look_at = [&](size_t u, size_t v) {
+    const double longest_m = FarthestByBall_m(tree, from.balls[u], to.balls[v]);
+    if (longest_m >= least_leg_m) look(u, v, longest_m);
+    return !GiveUp(search.shared);
+  };
+  if (search.lists[list].listed) {
+    for (const Leg& leg : search.lists[list].legs) {
+      if (!look_at(leg.from, leg.to)) return;
+    }
+    return;
+  }
+  for (size_t v = 0; v < to.nodes.size(); ++v) {
+    const uint32_t last = LastOf(tree, to.nodes[v]);
+    for (size_t u = 0; u < from.nodes.size() && FirstOf(from.nodes[u]) < last; ++u) {
+      if (!look_at(u, v)) return;
+    }
+  }
+}
+
+}  // namespace skyhaul

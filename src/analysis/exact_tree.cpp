@@ -1,0 +1,239 @@
+#include "analysis/exact_tree.h"
+
+#include <array>
+#include <limits>
+
+#include "core/units.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr double kSemiMajorAxis_m = 6378137;
+constexpr double kFlattening = 1 / 298.257223563;
+constexpr double kEccentricitySquared = kFlattening * (2 - kFlattening);
+constexpr double kRounding_m = 1e-6;  // more than what sums of coordinates lose
+
+constexpr double kSeriesExtent_m = 2e6;
+constexpr double kArcSineExtent_m = 12e6;
+
+// Axes at a point of the earth: two along the ground and the one that points up.
+struct Axes {
+  Place along;
+  Place across;
+  Place up;
+};
+
+struct Extent {
+  double least = std::numeric_limits<double>::max();
+  double most = std::numeric_limits<double>::lowest();
+};
+
+Place PlaceOf(const TrackPoint& point) {
+  const double lat_rad = SemicirclesToRadians(point.lat);
+  const double lon_rad = SemicirclesToRadians(point.lon);
+  const double sin_lat = std::sin(lat_rad);
+  const double normal_m =
+      kSemiMajorAxis_m / std::sqrt(1 - kEccentricitySquared * sin_lat * sin_lat);
+  const double axis_m = normal_m * std::cos(lat_rad);
+  return {axis_m * std::cos(lon_rad), axis_m * std::sin(lon_rad),
+          normal_m * (1 - kEccentricitySquared) * sin_lat};
+}
+
+double Dot(const Place& a, const Place& b) {
+  return a.x_m * b.x_m + a.y_m * b.y_m + a.z_m * b.z_m;
+}
+
+Place Sum(const Place& a, double factor, const Place& b) {
+  return {a.x_m + factor * b.x_m, a.y_m + factor * b.y_m, a.z_m + factor * b.z_m};
+}
+
+Place Cross(const Place& a, const Place& b) {
+  return {a.y_m * b.z_m - a.z_m * b.y_m, a.z_m * b.x_m - a.x_m * b.z_m,
+          a.x_m * b.y_m - a.y_m * b.x_m};
+}
+
+Place Unit(const Place& a) {
+  return Sum({}, 1 / std::sqrt(Dot(a, a)), a);
+}
+
+Place Difference(const Place& a, const Place& b) {
+  return Sum(a, -1, b);
+}
+
+void Include(Extent& extent, double value) {
+  extent.least = std::min(extent.least, value);
+  extent.most = std::max(extent.most, value);
+}
+
+double Middle(const Extent& extent) {
+  return (extent.least + extent.most) / 2;
+}
+
+double Half(const Extent& extent) {
+  return (extent.most - extent.least) / 2;
+}
+
+// The first axis lies along the greatest spread of some of the places, seen from above.
+Axes AxesOf(std::span<const Place> places) {
+  constexpr size_t kSamples = 64;
+  const Place& middle = places[places.size() / 2];
+  const Place up = Unit(middle);
+  const Place aside = std::abs(up.z_m) < 0.9 ? Place{0, 0, 1} : Place{1, 0, 0};
+  const Place east = Unit(Cross(aside, up));
+  const Place north = Cross(up, east);
+  const size_t step = std::max<size_t>(1, places.size() / kSamples);
+  double count = 0;
+  double sums[5] = {};  // e, n, e e, e n, n n
+  for (size_t i = 0; i < places.size(); i += step) {
+    const Place from_middle = Difference(places[i], middle);
+    const double e_m = Dot(from_middle, east);
+    const double n_m = Dot(from_middle, north);
+    const double terms[5] = {e_m, n_m, e_m * e_m, e_m * n_m, n_m * n_m};
+    for (size_t k = 0; k < 5; ++k) sums[k] += terms[k];
+    ++count;
+  }
+  const double ee = sums[2] - sums[0] * sums[0] / count;
+  const double en = sums[3] - sums[0] * sums[1] / count;
+  const double nn = sums[4] - sums[1] * sums[1] / count;
+  const double turn = 0.5 * std::atan2(2 * en, ee - nn);
+  const Place along = Sum(Sum({}, std::cos(turn), east), std::sin(turn), north);
+  return {along, Cross(up, along), up};
+}
+
+void MakeBox(std::span<const Place> places, TrackTree::Box& box, Ball& ball) {
+  const Axes axes = AxesOf(places);
+  const Place& origin = places[places.size() / 2];
+  Extent along;
+  Extent across;
+  Extent up;
+  for (const Place& place : places) {
+    const Place from_origin = Difference(place, origin);
+    Include(along, Dot(from_origin, axes.along));
+    Include(across, Dot(from_origin, axes.across));
+    Include(up, Dot(from_origin, axes.up));
+  }
+  const double half_along_m = Half(along) + kRounding_m;
+  const double half_across_m = Half(across) + kRounding_m;
+  box.thickness_m = Half(up) + kRounding_m;
+  ball.centre = Sum(Sum(Sum(origin, Middle(along), axes.along), Middle(across), axes.across),
+                    Middle(up), axes.up);
+  ball.radius_m = std::hypot(half_along_m, half_across_m, box.thickness_m);
+  for (size_t i = 0; i < 4; ++i) {
+    const Place side = Sum(ball.centre, i % 2 == 0 ? half_along_m : -half_along_m, axes.along);
+    box.corners[i] = Sum(side, i < 2 ? half_across_m : -half_across_m, axes.across);
+  }
+}
+
+Ball BallAround(std::span<const Place> places) {
+  Ball ball;
+  for (const Place& place : places) {
+    ball.centre = Sum(ball.centre, 1 / static_cast<double>(places.size()), place);
+  }
+  for (const Place& place : places) {
+    ball.radius_m = std::max(ball.radius_m, Chord_m(ball.centre, place) + kRounding_m);
+  }
+  return ball;
+}
+
+void KeepUsefulFixes(std::span<const TrackPoint> points, TrackTree& tree) {
+  uint32_t repeats = 0;
+  for (size_t i = 0; i < points.size(); ++i) {
+    const bool same =
+        i > 0 && points[i].lat == points[i - 1].lat && points[i].lon == points[i - 1].lon;
+    repeats = same ? repeats + 1 : 0;
+    if (repeats >= kRepeats) continue;
+    tree.indices.push_back(static_cast<uint32_t>(i));
+    tree.places.push_back(repeats > 0 ? tree.places.back() : PlaceOf(points[i]));
+  }
+}
+
+// Chooses the better of the two bounds of the cubic term for the longest chords of the track.
+void BoundCubic(const Extent& lat, double extent_m, double across_m, ArcBound& bound) {
+  const double meridian_m = bound.radius_m;
+  bound.cubic = 1 / (24 * meridian_m * meridian_m);
+  const double top_rad =
+      std::max(std::abs(lat.least), std::abs(lat.most)) + extent_m / (2 * meridian_m);
+  constexpr double kLastTop_rad = 1.4;  // the direction turns too much beyond
+  if (top_rad > kLastTop_rad) return;
+  constexpr double kGreatestRadius_m = 6.4e6;
+  const double way_m = 1.01 * extent_m;  // longer than any geodesic of a series' extent
+  const double north_m =
+      kGreatestRadius_m * (lat.most - lat.least) + way_m * way_m * std::tan(top_rad) / across_m;
+  const double difference = 1 / (meridian_m * meridian_m) - 1 / (across_m * across_m);
+  const double stretch = difference * north_m * north_m / 24;
+  if (stretch >= difference * extent_m * extent_m / 24) return;
+  bound.stretch = 1 + stretch;
+  bound.cubic = 1 / (24 * across_m * across_m);
+}
+
+ArcBound ArcBoundOf(std::span<const TrackPoint> points, std::span<const Place> places) {
+  Extent lat;
+  for (const TrackPoint& point : points) Include(lat, SemicirclesToRadians(point.lat));
+  Extent x;
+  Extent y;
+  Extent z;
+  for (const Place& place : places) {
+    Include(x, place.x_m);
+    Include(y, place.y_m);
+    Include(z, place.z_m);
+  }
+  const double extent_m = 2 * std::hypot(Half(x), Half(y), Half(z));
+  const bool across_equator = lat.least < 0 && lat.most > 0;
+  const double nearest_rad = across_equator ? 0 : std::min(std::abs(lat.least), std::abs(lat.most));
+  const double sin_lat = std::sin(nearest_rad);
+  const double w_sq = 1 - kEccentricitySquared * sin_lat * sin_lat;
+  constexpr double kRoundedDown = 1 - 1e-9;
+  const double across_m = kRoundedDown * kSemiMajorAxis_m / std::sqrt(w_sq);
+  ArcBound bound;
+  bound.radius_m = across_m * (1 - kEccentricitySquared) / w_sq;
+  bound.inverse_diameter = 1 / (2 * bound.radius_m);
+  if (extent_m > kSeriesExtent_m) bound.form = ArcBound::Form::kArcSine;
+  if (extent_m > kArcSineExtent_m) bound.form = ArcBound::Form::kWide;
+  BoundCubic(lat, extent_m, across_m, bound);
+  return bound;
+}
+
+}  // namespace
+
+TrackTree MakeTrackTree(std::span<const TrackPoint> points) {
+  TrackTree tree;
+  KeepUsefulFixes(points, tree);
+  tree.arc = ArcBoundOf(points, tree.places);
+  tree.balls.resize(1);
+  tree.boxes.resize(1);
+  const std::span<const Place> places = tree.places;
+  for (uint32_t level = 1; (SizeOf(tree) - 1) >> (level - 1) > 0; ++level) {
+    const uint32_t count = ((SizeOf(tree) - 1) >> level) + 1;
+    tree.balls.emplace_back(count);
+    tree.boxes.emplace_back(level >= kBoxLevel ? count : 0);
+    for (uint32_t number = 0; number < count; ++number) {
+      const TreeNode node = {level, number};
+      const uint32_t first = FirstOf(node);
+      const auto range = places.subspan(first, LastOf(tree, node) - first + 1);
+      Ball& ball = tree.balls[level][number];
+      if (level >= kBoxLevel) {
+        MakeBox(range, tree.boxes[level][number], ball);
+      } else {
+        ball = BallAround(range);
+      }
+    }
+  }
+  return tree;
+}
+
+size_t MemoryOf(const TrackTree& tree) {
+  size_t bytes = tree.indices.capacity() * sizeof(uint32_t);
+  bytes += tree.places.capacity() * sizeof(Place);
+  for (const auto& level : tree.balls) bytes += level.capacity() * sizeof(Ball);
+  for (const auto& level : tree.boxes) bytes += level.capacity() * sizeof(TrackTree::Box);
+  return bytes;
+}
+
+uint32_t ChildrenOf(const TrackTree& tree, TreeNode node, TreeNode children[2]) {
+  children[0] = {node.level - 1, node.number * 2};
+  children[1] = {node.level - 1, node.number * 2 + 1};
+  return FirstOf(children[1]) < SizeOf(tree) ? 2 : 1;
+}
+
+}  // namespace skyhaul
