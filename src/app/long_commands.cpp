@@ -4,10 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "analysis/optimise.h"
+#include "analysis/optimise_exact.h"
 #include "app/batch.h"
 #include "app/command_line/help_text.h"
 #include "app/file_io.h"
 #include "app/igc_files.h"
+#include "app/score.h"
 #include "app/summary.h"
 #include "core/version.h"
 #include "formats/igc/header.h"
@@ -83,6 +86,49 @@ int PrintChecks(const Operation& operation, const LongOptions& options) {
   return all_passed ? kExitDone : kExitFailed;
 }
 
+constexpr OptimiseSettings kUsualScore = {.gap_m = 800, .fai_rule = true};
+constexpr uint32_t kExactBudget_ms = 60'000;
+
+// Returns 0, or -1 after a message.
+int ScoreFile(const Operation& operation, const LongOptions& options, FlightScore& score,
+              std::vector<TrackPoint>& points) {
+  std::string text;
+  if (LoadIgcFile(operation, score.file, text, points) < 0) return -1;
+  score.fixes = points.size();
+  const int result =
+      IsGiven(options, SideOption::kExact)
+          ? OptimiseTrackExact(points, score.settings, kExactBudget_ms, score.result, nullptr)
+          : OptimiseTrack(points, score.settings, score.result, nullptr);
+  if (result != 0) ShowMessage(operation, score.file + ": not enough memory", "Distances");
+  return result;
+}
+
+int PrintScores(const Operation& operation, const LongOptions& options) {
+  OptimiseSettings settings = kUsualScore;
+  std::string message;
+  if (ReadScoreSettings(ValueOf(options, SideOption::kGap), ValueOf(options, SideOption::kFaiRule),
+                        settings, message) != 0) {
+    ShowMessage(operation, message, "Parsing command line");
+    return kExitBadCommandLine;
+  }
+  const bool json = IsGiven(options, SideOption::kJson);
+  std::vector<FlightScore> scores;
+  std::vector<TrackPoint> points;
+  for (size_t i = 0; i < options.files.size(); ++i) {
+    if (options.files.size() > 1) {
+      ShowProgress(operation, options.files[i], static_cast<int>(i * 100 / options.files.size()));
+    }
+    FlightScore score;
+    score.file = options.files[i];
+    score.settings = settings;
+    if (ScoreFile(operation, options, score, points) != 0) continue;
+    if (!json) std::printf("%s%s", scores.empty() ? "" : "\n", ScoreText(score, points).c_str());
+    scores.push_back(std::move(score));
+  }
+  if (json) std::fputs(ScoresJson(scores).c_str(), stdout);
+  return scores.size() == options.files.size() ? kExitDone : kExitFailed;
+}
+
 int PrintConversion(const Operation& operation, const LongOptions& options) {
   const std::string& to = options.files[1];
   const int count =
@@ -109,6 +155,8 @@ int RunLongCommand(const Platform& platform, const Operation& operation,
       return PrintInfo(operation, options);
     case LongCommand::kCheck:
       return PrintChecks(operation, options);
+    case LongCommand::kScore:
+      return PrintScores(operation, options);
     case LongCommand::kConvert:
       return PrintConversion(operation, options);
   }

@@ -14,12 +14,12 @@ namespace skyhaul {
 
 // What the program does when it is asked with a long option; it needs neither window nor instrument
 // for them.
-enum class LongCommand { kHelp, kVersion, kPorts, kInfo, kCheck, kConvert };
+enum class LongCommand { kHelp, kVersion, kPorts, kInfo, kCheck, kScore, kConvert };
 
 inline constexpr size_t kAnyNumberOfFiles = std::numeric_limits<size_t>::max();
 
 // Options that say how, beside the one that says what to do.
-enum class SideOption : uint32_t { kJson, kFormat, kOverwrite };
+enum class SideOption : uint32_t { kJson, kGap, kFaiRule, kExact, kFormat, kOverwrite };
 
 struct SideOptionName {
   SideOption option;
@@ -28,6 +28,9 @@ struct SideOptionName {
 };
 inline constexpr SideOptionName kSideOptions[] = {
     {.option = SideOption::kJson, .name = "--json"},
+    {.option = SideOption::kGap, .name = "--gap", .takes_value = true},
+    {.option = SideOption::kFaiRule, .name = "--fai-rule", .takes_value = true},
+    {.option = SideOption::kExact, .name = "--exact"},
     {.option = SideOption::kFormat, .name = "--format", .takes_value = true},
     {.option = SideOption::kOverwrite, .name = "--overwrite"},
 };
@@ -71,6 +74,15 @@ inline constexpr LongOption kLongOptions[] = {
      .help = "print each file's security check",
      .min_files = 1,
      .max_files = kAnyNumberOfFiles},
+    {.command = LongCommand::kScore,
+     .name = "--score",
+     .argument_help = "FILE... [--gap METRES] [--fai-rule on|off] [--exact] [--json]",
+     .help =
+         "print the greatest distances, out-and-return and triangles of flights; their ends may be "
+         "800 m apart unless told otherwise (0: no closed tasks), the FAI rule is on",
+     .min_files = 1,
+     .max_files = kAnyNumberOfFiles,
+     .sides = Sides(SideOption::kJson, SideOption::kGap, SideOption::kFaiRule, SideOption::kExact)},
     {.command = LongCommand::kConvert,
      .name = "--convert",
      .argument_help = "IN OUT [--format NAME] [--overwrite]",
