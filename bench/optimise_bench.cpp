@@ -1,6 +1,7 @@
 // How long the distances of a flight take, by the shape of the flight: the search of the program,
 // the plain loops that its tests hold it against (once each), and how many times slower these are.
-// All tracks have 30 000 fixes, and all tasks are asked for.
+// All tracks have 30 000 fixes, and all tasks are asked for. ExactSearch is the proof on every fix
+// of the closed flight.
 
 #include <benchmark/benchmark.h>
 
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "analysis/optimise.h"
+#include "analysis/optimise_exact.h"
 #include "instruments/flight_generator.h"
 #include "tests/analysis/reference_optimiser.h"
 #include "tests/analysis/track_shapes.h"
@@ -51,6 +53,19 @@ void ClosedFlight(benchmark::State& state) {
   Optimise(state, GenerateFlightOfLength({.seed = 5}, kFixes).points);
 }
 
+void ExactSearch(benchmark::State& state) {
+  const std::vector<TrackPoint> points = GenerateFlightOfLength({.seed = 5}, kFixes).points;
+  OptimiseResult fast;
+  OptimiseResult exact;
+  while (state.KeepRunning()) {
+    if (OptimiseTrackExact(points, kSettings, 0, exact, nullptr) < 0) state.SkipWithError("failed");
+  }
+  if (OptimiseTrack(points, kSettings, fast, nullptr) < 0) state.SkipWithError("no memory");
+  state.counters["memory_MB"] = static_cast<double>(exact.memory_bytes) / 1e6;
+  const double fast_m = ResultOf(fast, OptimiseTask::kFaiTriangle).score_m;
+  state.counters["gain_m"] = ResultOf(exact, OptimiseTask::kFaiTriangle).score_m - fast_m;
+}
+
 void Shape(benchmark::State& state, TrackShape shape) {
   Optimise(state, MakeTrack({.shape = shape, .points = kFixes}));
 }
@@ -60,6 +75,7 @@ void Shape(benchmark::State& state, TrackShape shape) {
   BENCHMARK_CAPTURE(Shape, name, TrackShape::name)->Iterations(20)->Unit(benchmark::kMillisecond)
 
 BENCHMARK(ClosedFlight)->Iterations(20)->Unit(benchmark::kMillisecond);
+BENCHMARK(ExactSearch)->Iterations(20)->Unit(benchmark::kMillisecond);
 SKYHAUL_SHAPE(kTriangle);
 SKYHAUL_SHAPE(kCircle);
 SKYHAUL_SHAPE(kCircles);

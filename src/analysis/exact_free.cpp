@@ -1,6 +1,7 @@
 #include "analysis/exact_free.h"
 
 #include "analysis/exact_layers.h"
+#include "analysis/task_rules.h"
 
 namespace skyhaul {
 
@@ -179,7 +180,7 @@ void BeginLayers(FreeSearch& search) {
   for (uint32_t i = 0; i <= (SizeOf(tree) - 1) >> level; ++i) {
     AddNode(layer, tree, {level, i}, kUnknown_m);
   }
-  search.layers.assign(VerticesOf(search.task), layer);
+  search.layers.assign(ShapeOf(search.task).vertices, layer);
   search.lists.resize(search.layers.size() - 1);
 }
 
@@ -188,7 +189,7 @@ void BeginLayers(FreeSearch& search) {
 double SearchFree(ExactSearch& shared, OptimiseTask task, TaskResult& best) {
   FreeSearch search = {shared, task, best, {}, {}};
   BeginLayers(search);
-  double bound_m = (VerticesOf(task) - 1) * Extent_m(shared.tree);
+  double bound_m = (ShapeOf(task).vertices - 1) * Extent_m(shared.tree);
   bool fixes = false;
   while (!search.layers[0].nodes.empty() && !fixes) {
     Walk(search);

@@ -1,10 +1,10 @@
 #include "analysis/exact_perimeter.h"
 
+#include "analysis/task_rules.h"
+
 namespace skyhaul {
 
 namespace {
-
-constexpr double kFaiSide = 0.28;  // least part of the perimeter
 
 // Bounds of a leg between any two corners of two ranges.
 using CornerLegs = std::array<std::array<double, 4>, 4>;

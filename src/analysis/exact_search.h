@@ -50,6 +50,4 @@ bool GiveUp(ExactSearch& search);
 
 void NoteMemory(ExactSearch& search, size_t bytes);
 
-uint32_t VerticesOf(OptimiseTask task);
-
 }  // namespace skyhaul

@@ -48,7 +48,7 @@ struct OptimiseResult {
   bool stopped = false;  // aborted or out of time: the best so far
   std::array<TaskResult, kOptimiseTasks> tasks = {};
   uint32_t elapsed_ms = 0;
-  size_t memory_bytes = 0;  // the most that the search held at once
+  size_t memory_bytes = 0;  // about the most that the search held at once
 };
 
 inline const TaskResult& ResultOf(const OptimiseResult& result, OptimiseTask task) {
@@ -62,12 +62,13 @@ inline const TaskResult& ResultOf(const OptimiseResult& result, OptimiseTask tas
 // and refine.h.
 //
 // points may be empty or few: tasks that they do not suffice for have no result. operation may be
-// null; it is told each step, and its abort flag is looked at once per row. Returns 0, or -1 when
-// the matrix cannot be allocated or the search was aborted; then result is not valid.
+// null; it is told each step, and its abort flag is looked at often enough to end the search within
+// some 30 ms. Returns 0, or -1 when the matrix cannot be allocated or the search was aborted; then
+// result is not valid.
 //
 // Memory: 16.5 MB, less below 2000 points. Time on one core of 2.6 GHz with AVX2: 14 ms for a
 // closed flight of 30 000 fixes, up to 105 ms for one that flies the same circle or ridge over and
-// over. The slowest known track jumps at random between five spots, as no flight does: 180 ms.
+// over. The slowest known tracks jump at random between a few spots, as no flight does: 180 ms.
 int OptimiseTrack(std::span<const TrackPoint> points, const OptimiseSettings& settings,
                   OptimiseResult& result, const Operation* operation);
 

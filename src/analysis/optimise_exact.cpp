@@ -7,6 +7,7 @@
 #include "analysis/exact_closed.h"
 #include "analysis/exact_free.h"
 #include "analysis/exact_search.h"
+#include "analysis/task_rules.h"
 
 namespace skyhaul {
 
@@ -59,7 +60,7 @@ void SearchFreeTasks(ExactSearch& search, Clock::time_point end, uint32_t& piece
   for (const OptimiseTask task : kFreeTasks) {
     TaskResult& best = result.tasks[static_cast<size_t>(task)];
     ShareTime(search, end, pieces_left--);
-    const bool possible = SizeOf(search.tree) >= VerticesOf(task);
+    const bool possible = SizeOf(search.tree) >= ShapeOf(task).vertices;
     Conclude(search, possible ? SearchFree(search, task, best) : 0, best, result);
   }
 }

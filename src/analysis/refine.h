@@ -14,11 +14,9 @@ namespace skyhaul {
 // combination counts, the first vertex changing last. Vertices ascend strictly. A distance that
 // cannot be computed counts as 0.
 //
-// The rules of the task are those of geodesics: closing at most the gap (out-and-return) or below
-// it (triangles), no leg below 28 % of the perimeter (FAI triangle), kFaiRuleLeg_m between the
-// turnpoints of 4 and 5 points with the FAI rule. A closed task whose score is negative is no
-// result. When no combination keeps the rules the result has no vertices; only an out-and-return
-// then stays where it was, as it does when no combination has a positive score.
+// Only combinations that keep the rules of the task count (analysis/task_rules.h), for an
+// out-and-return only those with a positive score. When there are none the result has no vertices;
+// an out-and-return then stays where it was, whatever that scores.
 TaskResult RefineTask(std::span<const TrackPoint> points, OptimiseTask task,
                       const CoarseVertices& coarse, const OptimiseSettings& settings);
 

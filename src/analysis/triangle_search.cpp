@@ -16,7 +16,7 @@ namespace skyhaul {
 
 namespace {
 
-constexpr uint32_t kB = kBlockPoints;
+constexpr uint32_t kB = kBlockPoints;  // short, as it stands in every index
 constexpr int32_t kImpossible_m = -2;  // less than the score of no triangle
 
 struct Triangle {

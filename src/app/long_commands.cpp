@@ -95,19 +95,22 @@ int ScoreFile(const Operation& operation, const LongOptions& options, FlightScor
   std::string text;
   if (LoadIgcFile(operation, score.file, text, points) < 0) return -1;
   score.fixes = points.size();
+  const bool exact = IsGiven(options, SideOption::kExact);
   const int result =
-      IsGiven(options, SideOption::kExact)
-          ? OptimiseTrackExact(points, score.settings, kExactBudget_ms, score.result, nullptr)
-          : OptimiseTrack(points, score.settings, score.result, nullptr);
-  if (result != 0) ShowMessage(operation, score.file + ": not enough memory", "Distances");
+      exact ? OptimiseTrackExact(points, score.settings, kExactBudget_ms, score.result, nullptr)
+            : OptimiseTrack(points, score.settings, score.result, nullptr);
+  const char* reason = exact ? ": too many fixes" : ": not enough memory";
+  if (result != 0) ShowMessage(operation, score.file + reason, "Distances");
   return result;
 }
 
 int PrintScores(const Operation& operation, const LongOptions& options) {
   OptimiseSettings settings = kUsualScore;
   std::string message;
-  if (ReadScoreSettings(ValueOf(options, SideOption::kGap), ValueOf(options, SideOption::kFaiRule),
-                        settings, message) != 0) {
+  if ((IsGiven(options, SideOption::kGap) &&
+       ReadGap(ValueOf(options, SideOption::kGap), settings, message) != 0) ||
+      (IsGiven(options, SideOption::kFaiRule) &&
+       ReadFaiRule(ValueOf(options, SideOption::kFaiRule), settings, message) != 0)) {
     ShowMessage(operation, message, "Parsing command line");
     return kExitBadCommandLine;
   }
@@ -125,6 +128,7 @@ int PrintScores(const Operation& operation, const LongOptions& options) {
     if (!json) std::printf("%s%s", scores.empty() ? "" : "\n", ScoreText(score, points).c_str());
     scores.push_back(std::move(score));
   }
+  if (options.files.size() > 1) ShowProgress(operation, "Done", 100);
   if (json) std::fputs(ScoresJson(scores).c_str(), stdout);
   return scores.size() == options.files.size() ? kExitDone : kExitFailed;
 }

@@ -36,11 +36,14 @@ std::string Format(const char* format, double value) {
   return text;
 }
 
-std::string Row(const TaskText& text, const TaskResult& task) {
+// What is not proved is marked with what nobody can exceed.
+std::string Row(const TaskText& text, const TaskResult& task, bool proved) {
+  const std::string most =
+      proved ? "" : "  not proved, at most " + Format("%.2f", task.bound_m / 1000);
   char line[120];
   if (task.vertices == 0) {
-    std::snprintf(line, sizeof line, "%-20s %10s\n", text.name, "-");
-    return line;
+    std::snprintf(line, sizeof line, "%-20s %10s", text.name, "-");
+    return line + most + "\n";
   }
   const std::string closing = text.closed ? Format("%.0f m", task.closing_m) : "";
   std::snprintf(line, sizeof line, "%-20s %10.2f %10s", text.name, task.distance_m / 1000,
@@ -48,7 +51,7 @@ std::string Row(const TaskText& text, const TaskResult& task) {
   std::string row = line;
   if (text.points_per_km > 0) row += Format(" %10.2f", text.points_per_km * task.score_m / 1000);
   row.erase(row.find_last_not_of(' ') + 1);
-  return row + "\n";
+  return row + most + "\n";
 }
 
 std::string Vertex(const TrackPoint& point) {
@@ -62,7 +65,7 @@ std::string Vertex(const TrackPoint& point) {
 
 // Metres with three decimals, as numbers that print without noise.
 double Millimetres(double metres) {
-  return std::round(metres * 1000) / 1000;
+  return std::round(metres * 1000) / 1000 + 0.0;  // never -0
 }
 
 nlohmann::ordered_json TaskJson(const TaskText& text, const TaskResult& task) {
@@ -95,7 +98,11 @@ std::string ScoreText(const FlightScore& score, std::span<const TrackPoint> poin
   std::string text = score.file + "\nDistances " + Kind(score.result) + "\n" + line;
   std::snprintf(line, sizeof line, "%-20s %10s %10s %10s\n", "Task", "km", "closing", "points");
   text += line;
-  for (size_t i = 0; i < kOptimiseTasks; ++i) text += Row(kTasks[i], score.result.tasks[i]);
+  for (size_t i = 0; i < kOptimiseTasks; ++i) {
+    const TaskResult& task = score.result.tasks[i];
+    const bool searched = score.result.stopped && (!kTasks[i].closed || score.settings.gap_m > 0);
+    text += Row(kTasks[i], task, !searched || task.optimal);
+  }
   for (size_t i = 0; i < kOptimiseTasks; ++i) {
     const TaskResult& task = score.result.tasks[i];
     if (task.vertices == 0) continue;
@@ -125,22 +132,26 @@ std::string ScoresJson(std::span<const FlightScore> scores) {
   return flights.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
-int ReadScoreSettings(const std::string& gap, const std::string& fai_rule,
-                      OptimiseSettings& settings, std::string& message) {
+int ReadGap(const std::string& text, OptimiseSettings& settings, std::string& message) {
   constexpr int32_t kMostGap_m = 1'000'000;
-  if (!gap.empty()) {
-    const char* end = gap.data() + gap.size();
-    const auto [stop, error] = std::from_chars(gap.data(), end, settings.gap_m);
-    if (error != std::errc() || stop != end || settings.gap_m < 0 || settings.gap_m > kMostGap_m) {
-      message = "Bad gap \"" + gap + "\": whole metres, 0 to 1000000";
-      return -1;
-    }
+  int32_t gap_m = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, gap_m);
+  if (error != std::errc() || stop != end || gap_m < 0 || gap_m > kMostGap_m) {
+    message = "Bad gap \"" + text + "\": whole metres, 0 to 1000000";
+    return -1;
   }
-  if (fai_rule.empty()) return 0;
-  settings.fai_rule = fai_rule == "on";
-  if (settings.fai_rule || fai_rule == "off") return 0;
-  message = "Bad FAI rule \"" + fai_rule + "\": on or off";
-  return -1;
+  settings.gap_m = gap_m;
+  return 0;
+}
+
+int ReadFaiRule(const std::string& text, OptimiseSettings& settings, std::string& message) {
+  if (text != "on" && text != "off") {
+    message = "Bad FAI rule \"" + text + "\": on or off";
+    return -1;
+  }
+  settings.fai_rule = text == "on";
+  return 0;
 }
 
 }  // namespace skyhaul

@@ -26,9 +26,10 @@ std::string ScoreText(const FlightScore& score, std::span<const TrackPoint> poin
 // A JSON array with an object per flight; docs/scoring.md has the keys.
 std::string ScoresJson(std::span<const FlightScore> scores);
 
-// Reads "on" and "off", and a gap of 0 to 1,000,000 whole metres; empty texts leave the settings as
-// they are. Returns 0, or -1 with a message.
-int ReadScoreSettings(const std::string& gap, const std::string& fai_rule,
-                      OptimiseSettings& settings, std::string& message);
+// Reads a gap of 0 to 1,000,000 whole metres. Returns 0, or -1 with a message.
+int ReadGap(const std::string& text, OptimiseSettings& settings, std::string& message);
+
+// Reads "on" or "off". Returns 0, or -1 with a message.
+int ReadFaiRule(const std::string& text, OptimiseSettings& settings, std::string& message);
 
 }  // namespace skyhaul

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "analysis/geodesic.h"
+#include "analysis/task_rules.h"
 #include "core/units.h"
 #include "formats/igc/read_igc.h"
 #include "instruments/flight_generator.h"
@@ -253,13 +254,39 @@ TEST(OptimiseTrack, SaysWhatItDoes) {
   EXPECT_EQ(seconds * 1000 + thousandths, result.elapsed_ms);
 }
 
-TEST(OptimiseTrack, StopsWhenAborted) {
+struct AbortingShell {
+  Operation* operation = nullptr;
+  size_t texts_left = 0;
+  std::string last;
+};
+
+TEST(OptimiseTrack, StopsInWhateverStepItIsAborted) {
   const std::vector<TrackPoint> track = MakeTrack({.points = 500});
-  Operation operation;
-  operation.aborted = true;
-  OptimiseResult result = {.valid = true};
-  EXPECT_EQ(OptimiseTrack(track, {.gap_m = 3000}, result, &operation), -1);
-  EXPECT_FALSE(result.valid);
+  for (size_t step = 1; step <= 7; ++step) {
+    Operation operation;
+    AbortingShell aborting = {.operation = &operation, .texts_left = step};
+    const Shell shell = {.context = &aborting, .status = [](void* context, const char* text) {
+                           auto& self = *static_cast<AbortingShell*>(context);
+                           self.last = text;
+                           if (--self.texts_left == 0) self.operation->aborted = true;
+                         }};
+    operation.shell = &shell;
+    OptimiseResult result = {.valid = true};
+    EXPECT_EQ(OptimiseTrack(track, {.gap_m = 3000}, result, &operation), -1) << aborting.last;
+    EXPECT_FALSE(result.valid);
+    EXPECT_EQ(aborting.last.find("Computing completed"), std::string::npos);
+  }
+}
+
+TEST(TaskRules, TheGapItselfIsTooMuchForTrianglesOnly) {
+  const OptimiseSettings settings = {.gap_m = 800};
+  TaskResult result = {.legs_m = {5000, 5000, 5000}, .distance_m = 15000, .score_m = 14200};
+  for (const double closing_m : {799.999, 800.0, 800.001}) {
+    result.closing_m = closing_m;
+    EXPECT_EQ(KeepsRules(OptimiseTask::kOutAndReturn, settings, result), closing_m <= 800);
+    EXPECT_EQ(KeepsRules(OptimiseTask::kFlatTriangle, settings, result), closing_m < 800);
+    EXPECT_EQ(KeepsRules(OptimiseTask::kFaiTriangle, settings, result), closing_m < 800);
+  }
 }
 
 }  // namespace

@@ -12,32 +12,55 @@ FlightScore SomeScore() {
   FlightScore score;
   score.file = "a.igc";
   score.settings = {.gap_m = 800, .fai_rule = true};
-  score.fixes = 4;
+  score.fixes = 6;
   score.result.valid = true;
   score.result.elapsed_ms = 12;
   TaskResult& free5 = score.result.tasks[static_cast<size_t>(OptimiseTask::kFree5)];
-  free5 = {.vertices = 2, .indices = {0, 3}, .distance_m = 12345.6789, .score_m = 12345.6789};
+  free5 = {
+      .vertices = 5, .indices = {0, 1, 3, 4, 5}, .distance_m = 12345.6789, .score_m = 12345.6789};
   TaskResult& triangle = score.result.tasks[static_cast<size_t>(OptimiseTask::kFaiTriangle)];
-  triangle = {.vertices = 3,
-              .indices = {0, 1, 3},
+  triangle = {.vertices = 5,
+              .indices = {0, 1, 2, 3, 4},
               .distance_m = 30000,
               .closing_m = 499.6,
               .score_m = 29500.4};
   return score;
 }
 
+void ExpectLines(const FlightScore& score, const std::vector<std::string>& lines) {
+  std::vector<TrackPoint> points(score.fixes);
+  for (uint32_t i = 0; i < points.size(); ++i) points[i].time = 36000 + i * 60;
+  const std::string text = ScoreText(score, points);
+  for (const std::string& line : lines) {
+    EXPECT_NE(text.find(line + "\n"), std::string::npos) << line << "\n" << text;
+  }
+}
+
 TEST(Score, IsATableForPeople) {
-  std::vector<TrackPoint> points(4);
-  for (uint32_t i = 0; i < 4; ++i) points[i].time = 36000 + i * 60;
-  const std::string text = ScoreText(SomeScore(), points);
-  const char* const lines[] = {
-      "Task                         km    closing     points\n",
-      "Distance, 2 points            -\n",
-      "Distance, 5 points        12.35                 18.52\n",
-      "FAI triangle              30.00      500 m      59.00\n",
-      "  10:03:00     0.00000     0.00000\n",
-  };
-  for (const char* line : lines) EXPECT_NE(text.find(line), std::string::npos) << line << text;
+  ExpectLines(SomeScore(), {
+                               "Gap 800 m, FAI rule on, times in UTC",
+                               "Task                         km    closing     points",
+                               "Distance, 2 points            -",
+                               "Distance, 5 points        12.35                 18.52",
+                               "FAI triangle              30.00      500 m      59.00",
+                               "  10:05:00     0.00000     0.00000",
+                           });
+}
+
+TEST(Score, MarksWhatIsNotProved) {
+  FlightScore score = SomeScore();
+  score.result.exact = true;
+  for (TaskResult& task : score.result.tasks) task.optimal = true;
+  ExpectLines(score, {"Distances exact search on every fix, proved to 1 m",
+                      "FAI triangle              30.00      500 m      59.00"});
+  score.result.stopped = true;
+  TaskResult& triangle = score.result.tasks[static_cast<size_t>(OptimiseTask::kFaiTriangle)];
+  triangle.optimal = false;
+  triangle.bound_m = 31234.5;
+  ExpectLines(score, {"Distances exact search on every fix, stopped: the best so far",
+                      "Distance, 5 points        12.35                 18.52",
+                      "FAI triangle              30.00      500 m      59.00  not proved, at most "
+                      "31.23"});
 }
 
 TEST(Score, HasStableJsonKeys) {
@@ -45,7 +68,7 @@ TEST(Score, HasStableJsonKeys) {
   ASSERT_TRUE(json.is_array());
   const auto& flight = json[0];
   EXPECT_EQ(flight["file"], "a.igc");
-  EXPECT_EQ(flight["fixes"], 4);
+  EXPECT_EQ(flight["fixes"], 6);
   EXPECT_EQ(flight["gap_m"], 800);
   EXPECT_EQ(flight["fai_rule"], true);
   EXPECT_EQ(flight["exact"], false);
@@ -67,29 +90,30 @@ TEST(Score, HasStableJsonKeys) {
 TEST(Score, SettingsFromText) {
   const struct {
     const char* gap;
-    const char* fai_rule;
     int result;
     int32_t gap_m;
-    bool rule;
-  } cases[] = {
-      {"", "", 0, 77, false},
-      {"0", "on", 0, 0, true},
-      {"1000000", "off", 0, 1000000, false},
-      {"1000001", "", -1, 0, false},
-      {"-1", "", -1, 0, false},
-      {"1.5", "", -1, 0, false},
-      {"x", "", -1, 0, false},
-      {"", "yes", -1, 0, false},
+  } gaps[] = {
+      {"0", 0, 0},     {"1000000", 0, 1000000}, {"1000001", -1, 77}, {"-1", -1, 77},
+      {"1.5", -1, 77}, {"x", -1, 77},           {"", -1, 77},
   };
-  for (const auto& c : cases) {
+  for (const auto& c : gaps) {
     OptimiseSettings settings = {.gap_m = 77};
     std::string message;
-    EXPECT_EQ(ReadScoreSettings(c.gap, c.fai_rule, settings, message), c.result) << c.gap;
+    EXPECT_EQ(ReadGap(c.gap, settings, message), c.result) << c.gap;
     EXPECT_EQ(message.empty(), c.result == 0);
-    if (c.result != 0) continue;
     EXPECT_EQ(settings.gap_m, c.gap_m);
-    EXPECT_EQ(settings.fai_rule, c.rule);
   }
+  OptimiseSettings settings;
+  std::string message;
+  EXPECT_EQ(ReadFaiRule("on", settings, message), 0);
+  EXPECT_TRUE(settings.fai_rule);
+  for (const char* bad : {"yes", "", "ON"}) {
+    EXPECT_EQ(ReadFaiRule(bad, settings, message), -1);
+    EXPECT_NE(message, "");
+    EXPECT_TRUE(settings.fai_rule) << "left as it was";
+  }
+  EXPECT_EQ(ReadFaiRule("off", settings, message), 0);
+  EXPECT_FALSE(settings.fai_rule);
 }
 
 }  // namespace

@@ -161,7 +161,8 @@ TEST_F(DownloadTest, BadCommandLinesAreTold) {
       {{"--info", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
       {{"--score", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
       {{"--score", folder.File("flight.igc"), "--gap", "5k"}, 2, "Bad gap \"5k\""},
-      {{"--score", folder.File("flight.igc"), "--exact"}, 0, ""},
+      {{"--score", folder.File("flight.igc"), "--gap", ""}, 2, "Bad gap \"\""},
+      {{"--score", folder.File("flight.igc"), "--fai-rule", "x"}, 2, "Bad FAI rule \"x\""},
       {{folder.File("flight.igc"), "/EXIT"}, 0, ""},
       {{folder.File("flight.igc"), folder.File("client"), "/EXIT"}, 2, "Unrecognized command"},
       {{"--version"}, 0, ""},
@@ -175,6 +176,25 @@ TEST_F(DownloadTest, BadCommandLinesAreTold) {
     EXPECT_NE(program.Err().find(c.message), std::string::npos) << program.Err();
     EXPECT_EQ(program.Out().empty(), c.status != 0) << c.arguments[0];
   }
+}
+
+TEST_F(DownloadTest, FlightsAreScored) {
+  const std::string file = folder.File("flight.igc");
+  EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--score", file, folder.File("missing.igc"), file,
+                               "--gap", "5000", "--fai-rule", "off", "--exact", "--json"}),
+            1);
+  EXPECT_NE(program.Err().find("missing.igc"), std::string::npos) << program.Err();
+  const auto json = nlohmann::json::parse(program.Out(), nullptr, false);
+  ASSERT_TRUE(json.is_array()) << program.Out();
+  ASSERT_EQ(json.size(), 2U);
+  EXPECT_EQ(json[1]["file"], file);
+  EXPECT_EQ(json[1]["gap_m"], 5000);
+  EXPECT_EQ(json[1]["exact"], true);
+  EXPECT_EQ(json[1]["tasks"]["flat_triangle"]["indices"].size(), 5U);
+  EXPECT_GT(json[1]["tasks"]["free5"]["distance_m"], json[1]["tasks"]["free2"]["distance_m"]);
+
+  EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--score", file}), 0);
+  EXPECT_NE(program.Out().find("Distances on the track reduced"), std::string::npos);
 }
 
 TEST_F(DownloadTest, TheInstrumentRemovesItsLink) {

@@ -31,6 +31,8 @@ TEST(LongOptions, Accepts) {
       {{"--info", "a", "b"}, {"a", "b"}, LongCommand::kInfo, false},
       {{"--info", "a", "--json", "b"}, {"a", "b"}, LongCommand::kInfo, true},
       {{"--json", "--info", "a"}, {"a"}, LongCommand::kInfo, true},
+      {{"--score", "a", "--gap", "5", "--json"}, {"a"}, LongCommand::kScore, true},
+      {{"--exact", "--score", "a", "b"}, {"a", "b"}, LongCommand::kScore, false},
       {{"--check", "--", "-a", "--json", "--"}, {"-a", "--json", "--"}, LongCommand::kCheck, false},
       {{"--check", "--check", "a"}, {"a"}, LongCommand::kCheck, false},
   };
