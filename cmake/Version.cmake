@@ -1,5 +1,6 @@
 # The version is written once, in src/core/version.h, where the program reads it too: a number of
-# hundredths. SKYHAUL_VERSION is what the program prints for it.
+# hundredths. SKYHAUL_VERSION is what the program prints for it;
+# "cmake -P" with this file prints it too.
 set(header ${CMAKE_CURRENT_LIST_DIR}/../src/core/version.h)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
 file(STRINGS ${header} line REGEX "kVersionNumber = [0-9]")
@@ -13,3 +14,6 @@ if(minor LESS 10)
   string(PREPEND minor 0)
 endif()
 set(SKYHAUL_VERSION ${major}.${minor})
+if(CMAKE_SCRIPT_MODE_FILE)
+  execute_process(COMMAND ${CMAKE_COMMAND} -E echo ${SKYHAUL_VERSION})
+endif()
