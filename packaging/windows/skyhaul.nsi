@@ -108,7 +108,7 @@ Section /o "Open .igc files with Skyhaul" SECTION_ASSOCIATE
   WriteRegStr HKCU "${CLASSES}\.igc" "" "${FILE_CLASS}"
   ; A choice that was made in the desktop's own dialog goes before the line above; with this one the
   ; dialog offers Skyhaul.
-  WriteRegNone HKCU "${CLASSES}\.igc\OpenWithProgids" "${FILE_CLASS}"
+  WriteRegStr HKCU "${CLASSES}\.igc\OpenWithProgids" "${FILE_CLASS}" ""
   !insertmacro AnnounceFileTypes
 SectionEnd
 
