@@ -83,6 +83,7 @@ wine reg add "$classes\\.igc" /ve /d Other.Viewer /f >/dev/null
 wine reg add "$classes\\.igc" /v PerceivedType /d text /f >/dev/null
 snapshot other
 wine "$installer" /S /ASSOCIATE || fail "the installer ended with $?"
+wine reg query "$classes\\.igc\\OpenWithProgids" /v Skyhaul.igc >/dev/null || fail "not offered"
 expect ".igc taken over" Skyhaul.igc "$(value "$classes\\.igc")"
 run "\"$(winepath -w "$installer")\" /S /D=C:\\Other place\\Skyhaul" || fail "the second installation ended with $?"
 expect ".igc in the next version" Skyhaul.igc "$(value "$classes\\.igc")"
