@@ -114,7 +114,7 @@ SectionEnd
 
 !insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
   !insertmacro MUI_DESCRIPTION_TEXT ${SECTION_PROGRAM} "The program, its documents and an entry in the start menu."
-  !insertmacro MUI_DESCRIPTION_TEXT ${SECTION_ASSOCIATE} "A double click on a flight shows what it holds. Removing Skyhaul gives the files back to the program that opens them now."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SECTION_ASSOCIATE} "A double click shows what a flight holds. Removing Skyhaul gives the files back."
 !insertmacro MUI_FUNCTION_DESCRIPTION_END
 
 Function .onInit
