@@ -102,11 +102,86 @@ struct NotifierFunctions {
   int (*send)(void* context, const std::string& client, const std::string& text) = nullptr;
 };
 
+// --- Settings ------------------------------------------------------------------------------------
+
+using RegistryHandle = intptr_t;
+inline constexpr RegistryHandle kNoRegistryHandle = 0;
+
+// How a value is kept. The numbers are those of the Windows registry's value types.
+enum class ValueKind : uint32_t { kText = 1, kBinary = 3, kNumber = 4 };
+
+// The program's own key, made when it is not there; the same only for reading and only if it is
+// there; and the one that the computer's owner has prepared for users who have none yet.
+enum class RegistryKey { kUser, kUserReadOnly, kTemplate };
+
+struct RegistryOpening {
+  RegistryHandle handle = kNoRegistryHandle;
+  bool created = false;  // the key was not there before; of several programs one is told so
+  bool missing = false;  // there is no such key, which is no error
+  std::string reason;    // the system's own words; empty when opened or missing
+};
+
+// What a query has found: a value; no such value; one of another kind or larger than asked for.
+enum class QueryResult { kFound, kMissing, kUnfit };
+
+enum class IfSet { kReplace, kKeep };
+
+// Values with names, each of a kind: numbers are 4 bytes in the machine's order, texts 8-bit
+// without a terminating zero. Where the values live in a file, set() may leave the writing to
+// flush().
+struct RegistryFunctions {
+  void* context = nullptr;
+
+  RegistryOpening (*open)(void* context, RegistryKey which) = nullptr;
+  // Reads one value of at most capacity bytes into bytes; that of a text ends before its first
+  // zero. bytes is untouched unless the value is found.
+  QueryResult (*query)(void* context, RegistryHandle key, const std::string& name, ValueKind kind,
+                       size_t capacity, std::string& bytes) = nullptr;
+  // Writes one value; with kKeep only when there is none. Returns 0, or -1 with the system's words.
+  int (*set)(void* context, RegistryHandle key, const std::string& name, ValueKind kind,
+             const std::string& bytes, IfSet if_set, std::string& reason) = nullptr;
+  // Makes sure that everything that was set is written. Returns 0, or -1 with the system's words;
+  // then the key is as it was before.
+  int (*flush)(void* context, RegistryHandle key, std::string& reason) = nullptr;
+  // Takes what a person should be told about what was opened and queried: one sentence for each
+  // line that could not be made sense of.
+  std::vector<std::string> (*take_notes)(void* context, RegistryHandle key) = nullptr;
+  // Forgets what was set and not flushed.
+  void (*close)(void* context, RegistryHandle key) = nullptr;
+
+  // Where the user's key is, for a person to look at.
+  std::string (*place)(void* context) = nullptr;
+  // The folder that a new user's files go to.
+  std::string (*documents_folder)(void* context) = nullptr;
+};
+
+// --- Secrets -------------------------------------------------------------------------------------
+
+enum class SecretResult { kDone, kMissing, kNoService, kFailed };
+
+// Passwords, kept so that only this user's programs can read them. A secret has a name and an id,
+// printable texts of the caller's choice; several ids of one name are several secrets. reason is
+// the system's own words when the result is kFailed; kNoService means that this system has no place
+// for secrets at all.
+struct SecretFunctions {
+  void* context = nullptr;
+
+  // Stores a secret in place of the one with that name and id.
+  SecretResult (*store)(void* context, const std::string& name, const std::string& id,
+                        const std::string& secret, std::string& reason) = nullptr;
+  SecretResult (*load)(void* context, const std::string& name, const std::string& id,
+                       std::string& secret, std::string& reason) = nullptr;
+  SecretResult (*erase)(void* context, const std::string& name, const std::string& id,
+                        std::string& reason) = nullptr;
+};
+
 struct Platform {
   SerialFunctions serial;
   ClockFunctions clock;
   ThreadFunctions thread;
   NotifierFunctions notifier;
+  RegistryFunctions registry;
+  SecretFunctions secret;
 };
 
 // The operating system's own. All its functions may be called from any thread; one port belongs to

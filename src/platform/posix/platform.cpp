@@ -2,7 +2,9 @@
 
 #include "platform/posix/clock.h"
 #include "platform/posix/notifier.h"
+#include "platform/posix/secret.h"
 #include "platform/posix/serial.h"
+#include "platform/posix/settings_file.h"
 #include "platform/posix/thread.h"
 
 namespace skyhaul {
@@ -13,6 +15,8 @@ const Platform& NativePlatform() {
       .clock = PosixClock(),
       .thread = PosixThread(),
       .notifier = PosixNotifier(),
+      .registry = PosixRegistry(),
+      .secret = PosixSecret(),
   };
   return platform;
 }

@@ -1,0 +1,92 @@
+#include "platform/posix/user_folders.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/file.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr std::string_view kDocumentsLine = "XDG_DOCUMENTS_DIR=\"";
+
+std::string Variable(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+// The rules for these variables say that a path that is not absolute counts as none.
+std::string AbsoluteVariable(const char* name) {
+  std::string value = Variable(name);
+  return value.starts_with('/') ? value : "";
+}
+
+// The path between the quotes of the documents line: absolute or below $HOME, quotes and
+// backslashes escaped as the shell does it.
+std::string PathOfLine(std::string_view line) {
+  constexpr std::string_view kHome = "$HOME";
+  std::string path;
+  if (line.starts_with(kHome)) {
+    path = HomeFolder();
+    line.remove_prefix(kHome.size());
+  }
+  for (size_t i = 0; i < line.size() && line[i] != '"'; ++i) {
+    if (line[i] == '\\' && i + 1 < line.size()) ++i;
+    path += line[i];
+  }
+  return path;
+}
+
+std::string ConfiguredDocuments() {
+  std::string text;
+  ReadWholeFile(ConfigFolder() + "/user-dirs.dirs", text);
+  std::string path;
+  for (size_t start = 0; start < text.size();) {
+    const size_t end = std::min(text.find('\n', start), text.size());
+    const std::string_view line = std::string_view(text).substr(start, end - start);
+    if (line.starts_with(kDocumentsLine)) path = PathOfLine(line.substr(kDocumentsLine.size()));
+    start = end + 1;
+  }
+  return path;
+}
+
+}  // namespace
+
+std::string HomeFolder() {
+  std::string home = AbsoluteVariable("HOME");
+  if (!home.empty()) return home;
+  const passwd* user = getpwuid(getuid());
+  return user == nullptr || user->pw_dir == nullptr ? "" : user->pw_dir;
+}
+
+std::string ConfigFolder() {
+  std::string folder = AbsoluteVariable("XDG_CONFIG_HOME");
+  if (!folder.empty()) return folder;
+  const std::string home = HomeFolder();
+  return home.empty() ? "" : home + "/.config";
+}
+
+std::vector<std::string> SystemConfigFolders() {
+  const std::string list = Variable("XDG_CONFIG_DIRS");
+  std::vector<std::string> folders;
+  for (size_t start = 0; start < list.size();) {
+    const size_t end = std::min(list.find(':', start), list.size());
+    if (list[start] == '/') folders.push_back(list.substr(start, end - start));
+    start = end + 1;
+  }
+  if (folders.empty()) folders.emplace_back("/etc/xdg");
+  return folders;
+}
+
+std::string DocumentsFolder() {
+  const std::string documents = ConfiguredDocuments();
+  if (documents.starts_with('/') && IsDirectory(documents)) return documents;
+  const std::string home = HomeFolder();
+  return home.empty() ? "." : home;
+}
+
+}  // namespace skyhaul
