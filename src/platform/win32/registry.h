@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/platform.h"
+
+namespace skyhaul {
+
+inline constexpr const wchar_t* kUserKeyPath = L"Software\\Skyhaul";
+inline constexpr const wchar_t* kTemplateKeyPath = L".DEFAULT\\Software\\Skyhaul";
+
+// Settings in the registry: the user's under HKEY_CURRENT_USER, the template's under HKEY_USERS.
+// Numbers are DWORDs, texts strings that are written without their terminating zero. The system
+// keeps texts in 16-bit characters; sizes are those of the same texts in UTF-8.
+RegistryFunctions Win32Registry();
+
+}  // namespace skyhaul
