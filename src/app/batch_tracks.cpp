@@ -22,19 +22,27 @@ CalendarTime Now(const Platform& platform) {
   return CalendarFromTime(TimeFromUnix(unix_time_s));
 }
 
+// The pilot is the one of the command line, else the instrument's, else the one in the settings.
+IgcHeaderTexts Header(const Batch& batch, const JobOutcome& outcome) {
+  IgcHeaderTexts header = batch.run->settings->igc_header;
+  if (!outcome.pilot_name.empty()) header.pilot = outcome.pilot_name;
+  if (!batch.block->pilot.empty()) header.pilot = batch.block->pilot;
+  return header;
+}
+
 IgcSave MakeSave(const Batch& batch, const JobOutcome& outcome) {
   const CommandLineBlock& block = *batch.block;
   IgcSave save;
   save.path = block.file;
   if (save.path.back() != '/') save.path += '/';
   save.overwrite = block.overwrite;
-  save.header = batch.run->settings->igc_header;
-  save.header.pilot = block.pilot.empty() ? outcome.pilot_name : block.pilot;
+  save.header = Header(batch, outcome);
   save.options = {.sign = true,
                   .may_be_signed = true,
                   .serial = "000",
                   .free_text = outcome.description,
-                  .download_time = Now(*batch.run->platform)};
+                  .download_time = Now(*batch.run->platform),
+                  .enl = batch.run->settings->igc_enl};
   save.not_over = batch.written;
   return save;
 }
@@ -64,7 +72,13 @@ int SaveAsTrackFile(Batch& batch, const JobOutcome& outcome, const TrackLog& log
   FileContents contents;
   contents.kind = FileKind::kTrack;
   contents.points = log.points;
-  contents.header.pilot = block.pilot.empty() ? outcome.pilot_name : block.pilot;
+  const IgcHeaderTexts header = Header(batch, outcome);
+  contents.header.pilot = header.pilot;
+  contents.header.glider_type = header.glider_type;
+  contents.header.glider_id = header.glider_id;
+  contents.header.site = header.site;
+  contents.header.competition_class = header.competition_class;
+  contents.header.competition_id = header.competition_id;
   path = NumberedPath(block.file, number);
   return SaveFile(batch.operation, path, TrackKeyword(block), contents, block.overwrite);
 }

@@ -11,6 +11,7 @@
 #include "app/file_io.h"
 #include "app/igc_files.h"
 #include "app/score.h"
+#include "app/settings_commands.h"
 #include "app/summary.h"
 #include "core/version.h"
 #include "formats/igc/header.h"
@@ -163,6 +164,10 @@ int RunLongCommand(const Platform& platform, const Operation& operation,
       return PrintScores(operation, options);
     case LongCommand::kConvert:
       return PrintConversion(operation, options);
+    case LongCommand::kSettings:
+      return PrintSettings(platform, operation, IsGiven(options, SideOption::kJson));
+    case LongCommand::kSet:
+      return ChangeSettings(platform, operation, options.files);
   }
   return kExitBadCommandLine;
 }

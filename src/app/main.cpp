@@ -11,6 +11,7 @@
 #include "app/command_line/parse.h"
 #include "app/console/console_shell.h"
 #include "app/long_commands.h"
+#include "app/run_settings.h"
 #include "platform/file.h"
 #include "platform/platform.h"
 #include "platform/terminal.h"
@@ -45,7 +46,7 @@ int RunSwitches(const Operation& operation, const std::vector<std::string>& argu
   }
   // Opening a file has nothing to abort but itself.
   if (block.command != Command::kOpenFile) CountInterrupts();
-  const Settings settings;
+  const Settings settings = LoadRunSettings(NativePlatform(), operation);
   const BatchRun run = {.platform = &NativePlatform(),
                         .settings = &settings,
                         .console = &console,

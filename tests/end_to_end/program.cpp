@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,6 +16,13 @@ namespace {
 void RedirectTo(const std::string& path, int descriptor) {
   const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   dup2(file, descriptor);
+}
+
+// The program finds neither the settings nor the passwords of whoever runs the tests.
+void HideTheUser(const ScratchFolder& folder) {
+  setenv("XDG_CONFIG_HOME", folder.File("config").c_str(), 1);
+  setenv("XDG_CONFIG_DIRS", folder.File("system").c_str(), 1);
+  setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + folder.File("none")).c_str(), 1);
 }
 
 }  // namespace
@@ -36,6 +44,7 @@ void Start(Program& program, const std::vector<std::string>& arguments) {
   if (program.pid != 0) return;
   RedirectTo(out, STDOUT_FILENO);
   RedirectTo(err, STDERR_FILENO);
+  HideTheUser(program.folder);
   execv(argv[0], argv.data());
   _exit(127);
 }

@@ -9,7 +9,8 @@
 
 namespace skyhaul {
 
-// A program that was started, its output going to files in a scratch folder.
+// A program that was started, its output going to files in a scratch folder. Its settings are below
+// "config" there, those of the system below "system".
 struct Program {
   ScratchFolder folder;
   pid_t pid = -1;

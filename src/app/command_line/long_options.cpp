@@ -103,7 +103,9 @@ std::string CheckOptions(const Parsing& parsing, const LongOptions& options) {
     if (!IsGiven(options, side.option) || (chosen.sides & Sides(side.option)) != 0) continue;
     return Quoted(side.name) + " does not go with " + name;
   }
-  if (options.files.size() < chosen.min_files) return "Missing file name after " + name;
+  if (options.files.size() < chosen.min_files) {
+    return "Missing " + std::string(chosen.files_are) + " after " + name;
+  }
   if (options.files.size() > chosen.max_files) {
     return "Unexpected " + Quoted(options.files[chosen.max_files]) + " after " + name;
   }

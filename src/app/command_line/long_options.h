@@ -14,7 +14,7 @@ namespace skyhaul {
 
 // What the program does when it is asked with a long option; it needs neither window nor instrument
 // for them.
-enum class LongCommand { kHelp, kVersion, kPorts, kInfo, kCheck, kScore, kConvert };
+enum class LongCommand { kHelp, kVersion, kPorts, kInfo, kCheck, kScore, kConvert, kSettings, kSet };
 
 inline constexpr size_t kAnyNumberOfFiles = std::numeric_limits<size_t>::max();
 
@@ -52,7 +52,8 @@ struct LongOption {
   std::string_view help = {};           // one line without a full stop
   size_t min_files = 0;
   size_t max_files = 0;
-  uint32_t sides = 0;  // the side options that go with it
+  std::string_view files_are = "file name";  // what the message about a missing one calls it
+  uint32_t sides = 0;                        // the side options that go with it
 };
 
 // All long options that say what to do, in the order in which the help shows them. A further one is
@@ -91,11 +92,24 @@ inline constexpr LongOption kLongOptions[] = {
      .min_files = 2,
      .max_files = 2,
      .sides = Sides(SideOption::kFormat, SideOption::kOverwrite)},
+    {.command = LongCommand::kSettings,
+     .name = "--settings",
+     .argument_help = "[--json]",
+     .help = "print all settings and which of them differ from their defaults",
+     .sides = Sides(SideOption::kJson)},
+    {.command = LongCommand::kSet,
+     .name = "--set",
+     .argument_help = "NAME=VALUE...",
+     .help = "change settings, all of them or none; a password's NAME alone reads it from standard "
+             "input",
+     .min_files = 1,
+     .max_files = kAnyNumberOfFiles,
+     .files_are = "NAME=VALUE"},
 };
 
 struct LongOptions {
   LongCommand command = LongCommand::kHelp;
-  std::vector<std::string> files;
+  std::vector<std::string> files;                    // of kSet its assignments
   uint32_t given = 0;                                // the side options that were given
   std::array<std::string, kSideOptionCount> values;  // of those that take one
 };

@@ -34,6 +34,8 @@ TEST(LongOptions, Accepts) {
       {{"--score", "a", "--gap", "5", "--json"}, {"a"}, LongCommand::kScore, true},
       {{"--exact", "--score", "a", "b"}, {"a", "b"}, LongCommand::kScore, false},
       {{"--check", "--", "-a", "--json", "--"}, {"-a", "--json", "--"}, LongCommand::kCheck, false},
+      {{"--set", "A=-1", "--set", "B="}, {"A=-1", "B="}, LongCommand::kSet, false},
+      {{"--settings", "--json"}, {}, LongCommand::kSettings, true},
       {{"--check", "--check", "a"}, {"a"}, LongCommand::kCheck, false},
   };
   for (const auto& c : cases) {
@@ -73,6 +75,8 @@ TEST(LongOptions, SaysWhatIsWrong) {
       {{"--ports", "a", "b"}, "Unexpected \"a\" after \"--ports\""},
       {{"--info", "--check", "a"}, "\"--info\" and \"--check\" cannot be combined"},
       {{"--", "--info"}, "No option says what to do (see \"--help\")"},
+      {{"--set"}, "Missing NAME=VALUE after \"--set\""},
+      {{"--settings", "Port"}, "Unexpected \"Port\" after \"--settings\""},
       {{"--convert", "a"}, "Missing file name after \"--convert\""},
       {{"--convert", "a", "b", "c"}, "Unexpected \"c\" after \"--convert\""},
       {{"--convert", "a", "b", "--format"}, "Missing value after \"--format\""},

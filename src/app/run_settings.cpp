@@ -1,0 +1,64 @@
+#include "app/run_settings.h"
+
+#include <charconv>
+#include <string_view>
+
+#include "app/settings/store.h"
+#include "app/settings/table.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr std::string_view kDevicePrefix = "\\\\.\\";
+constexpr std::string_view kComPrefix = "COM";
+
+// The number of a port that is named by its number, else 0.
+uint32_t NumberOfPort(std::string_view name) {
+  if (name.starts_with(kDevicePrefix)) name.remove_prefix(kDevicePrefix.size());
+  if (!name.starts_with(kComPrefix)) return 0;
+  name.remove_prefix(kComPrefix.size());
+  uint32_t number = 0;
+  const auto parsed = std::from_chars(name.data(), name.data() + name.size(), number);
+  const bool whole = parsed.ec == std::errc() && parsed.ptr == name.data() + name.size();
+  return whole && number <= kMaxPorts ? number : 0;
+}
+
+PortChoice ChoosePort(const SettingValues& values, const SettingValues& defaults,
+                      const SerialFunctions& serial) {
+  if (values.port_name.empty() || values.port_name == defaults.port_name) {
+    return {.automatic = true, .configured = {}};
+  }
+  const uint32_t number = NumberOfPort(values.port_name);
+  return {.automatic = values.auto_set_port != 0,
+          .configured = number == 0 ? values.port_name : serial.name_of(serial.context, number)};
+}
+
+}  // namespace
+
+Settings MakeRunSettings(const SettingValues& values, const SettingValues& defaults,
+                         const SerialFunctions& serial) {
+  const auto given = [&](std::string SettingValues::*field) {
+    return values.*field == defaults.*field ? std::string() : values.*field;
+  };
+  Settings settings;
+  settings.port = ChoosePort(values, defaults, serial);
+  settings.igc_header = {.pilot = given(&SettingValues::igc_pilot_name),
+                         .glider_type = given(&SettingValues::igc_glider_type),
+                         .glider_id = given(&SettingValues::igc_glider_id),
+                         .competition_class = given(&SettingValues::igc_class),
+                         .site = given(&SettingValues::igc_site),
+                         .competition_id = given(&SettingValues::igc_contest_id)};
+  settings.igc_enl = values.igc_add_enl != 0;
+  settings.fai_rule = values.use_fai_max_distance_rules != 0;
+  settings.loop_gap_m = values.loop_flight_gap_m;
+  return settings;
+}
+
+Settings LoadRunSettings(const Platform& platform, const Operation& operation) {
+  SettingsStore store;
+  LoadSettings(platform.registry, operation, SettingsAccess::kReadOnly, store);
+  return MakeRunSettings(store.live, DefaultSettings(platform.registry), platform.serial);
+}
+
+}  // namespace skyhaul

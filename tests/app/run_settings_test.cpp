@@ -1,0 +1,66 @@
+#include "app/run_settings.h"
+
+#include <gtest/gtest.h>
+
+#include "app/settings/table.h"
+#include "instruments/bench.h"
+#include "tests/support/fake_registry.h"
+
+namespace skyhaul {
+namespace {
+
+TEST(RunSettings, ThePortIsTheChosenOne) {
+  Bench bench;
+  bench.ports = {{.number = 1, .name = "port1"}, {.number = 2, .name = "port2"}};
+  const Platform platform = BenchPlatform(bench);
+  FakeRegistry fake;
+  const SettingValues defaults = DefaultSettings(MakeRegistry(fake));
+  const struct {
+    const char* port_name;
+    int32_t auto_set_port;
+    bool automatic;
+    const char* configured;
+  } cases[] = {
+      {"COM1", 0, true, ""},
+      {"COM1", 1, true, ""},
+      {"", 0, true, ""},
+      {"COM2", 0, false, "port2"},
+      {"COM2", 1, true, "port2"},
+      {"\\\\.\\COM2", 0, false, "port2"},
+      {"/dev/ttyUSB0", 0, false, "/dev/ttyUSB0"},
+      {"COMET", 0, false, "COMET"},
+      {"COM51", 0, false, "COM51"},
+  };
+  for (const auto& c : cases) {
+    SettingValues values = defaults;
+    values.port_name = c.port_name;
+    values.auto_set_port = c.auto_set_port;
+    const PortChoice port = MakeRunSettings(values, defaults, platform.serial).port;
+    EXPECT_EQ(port.automatic, c.automatic) << c.port_name;
+    EXPECT_EQ(port.configured, c.configured) << c.port_name;
+  }
+}
+
+TEST(RunSettings, NothingStoredIsNothingSaid) {
+  FakeRegistry fake;
+  SettingValues values = DefaultSettings(MakeRegistry(fake));
+  const SettingValues defaults = values;
+  Settings settings = MakeRunSettings(values, defaults, {});
+  EXPECT_EQ(settings.igc_header.pilot + settings.igc_header.glider_type +
+                settings.igc_header.glider_id + settings.igc_header.competition_class +
+                settings.igc_header.site + settings.igc_header.competition_id,
+            "");
+  EXPECT_FALSE(settings.igc_enl);
+  EXPECT_TRUE(settings.fai_rule);
+  EXPECT_EQ(settings.loop_gap_m, 800);
+  values.igc_contest_id = "42";
+  values.use_fai_max_distance_rules = 0;
+  values.loop_flight_gap_m = 0;
+  settings = MakeRunSettings(values, defaults, {});
+  EXPECT_EQ(settings.igc_header.competition_id, "42");
+  EXPECT_FALSE(settings.fai_rule);
+  EXPECT_EQ(settings.loop_gap_m, 0);
+}
+
+}  // namespace
+}  // namespace skyhaul
