@@ -104,8 +104,8 @@ struct NotifierFunctions {
 
 // --- Settings ------------------------------------------------------------------------------------
 
-using RegistryHandle = intptr_t;
-inline constexpr RegistryHandle kNoRegistryHandle = 0;
+using RegistryHandle = void*;
+inline constexpr RegistryHandle kNoRegistryHandle = nullptr;
 
 // How a value is kept. The numbers are those of the Windows registry's value types.
 enum class ValueKind : uint32_t { kText = 1, kBinary = 3, kNumber = 4 };

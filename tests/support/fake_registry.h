@@ -34,9 +34,6 @@ inline FakeRegistry& FakeOf(void* context) {
   return *static_cast<FakeRegistry*>(context);
 }
 
-inline constexpr RegistryHandle kFakeUser = 1;
-inline constexpr RegistryHandle kFakeTemplate = 2;
-
 inline RegistryOpening OpenFake(void* context, RegistryKey which) {
   FakeRegistry& fake = FakeOf(context);
   const bool is_template = which == RegistryKey::kTemplate;
@@ -45,13 +42,13 @@ inline RegistryOpening OpenFake(void* context, RegistryKey which) {
   if (!there && which != RegistryKey::kUser) return {.missing = true, .reason = {}};
   if (!is_template) fake.has_user = true;
   ++fake.open_keys;
-  return {.handle = is_template ? kFakeTemplate : kFakeUser, .created = !there, .reason = {}};
+  return {
+      .handle = is_template ? &fake.template_values : &fake.user, .created = !there, .reason = {}};
 }
 
-inline QueryResult QueryFake(void* context, RegistryHandle key, const std::string& name,
-                             ValueKind kind, size_t capacity, std::string& bytes) {
-  FakeRegistry& fake = FakeOf(context);
-  const FakeRegistry::Values& values = key == kFakeUser ? fake.user : fake.template_values;
+inline QueryResult QueryFake(void*, RegistryHandle key, const std::string& name, ValueKind kind,
+                             size_t capacity, std::string& bytes) {
+  const auto& values = *static_cast<const FakeRegistry::Values*>(key);
   const auto found = values.find(name);
   if (found == values.end()) return QueryResult::kMissing;
   if (found->second.kind != kind || found->second.bytes.size() > capacity) {

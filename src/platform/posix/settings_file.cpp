@@ -45,7 +45,7 @@ struct SettingsFile {
 };
 
 SettingsFile& FileOf(RegistryHandle key) {
-  return *reinterpret_cast<SettingsFile*>(key);
+  return *static_cast<SettingsFile*>(key);
 }
 
 std::string UserPath() {
@@ -92,8 +92,11 @@ RegistryOpening OpenPath(const std::string& path) {
   if (read.problem == FileProblem::kMissing) return {.missing = true, .reason = {}};
   if (read.problem != FileProblem::kNone) return Refused(path, read.reason);
   file->text = ParseSettingsText(text);
-  for (const std::string& note : file->text.notes) file->notes.push_back(path + ": " + note);
-  return {.handle = reinterpret_cast<RegistryHandle>(file.release()), .reason = {}};
+  for (const std::string& note : file->text.notes) {
+    file->notes.push_back(path);
+    file->notes.back().append(": ").append(note);
+  }
+  return {.handle = file.release(), .reason = {}};
 }
 
 RegistryOpening OpenOrMake(const std::string& path) {

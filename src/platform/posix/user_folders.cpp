@@ -83,7 +83,7 @@ std::vector<std::string> SystemConfigFolders() {
 }
 
 std::string DocumentsFolder() {
-  const std::string documents = ConfiguredDocuments();
+  std::string documents = ConfiguredDocuments();
   if (documents.starts_with('/') && IsDirectory(documents)) return documents;
   const std::string home = HomeFolder();
   return home.empty() ? "." : home;

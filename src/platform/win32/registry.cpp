@@ -16,12 +16,12 @@ static_assert(static_cast<DWORD>(ValueKind::kBinary) == REG_BINARY);
 static_assert(static_cast<DWORD>(ValueKind::kNumber) == REG_DWORD);
 
 HKEY KeyOf(RegistryHandle handle) {
-  return reinterpret_cast<HKEY>(handle);
+  return static_cast<HKEY>(handle);
 }
 
 RegistryOpening Opened(LSTATUS status, HKEY key, bool created) {
   if (status == ERROR_SUCCESS) {
-    return {.handle = reinterpret_cast<RegistryHandle>(key), .created = created, .reason = {}};
+    return {.handle = key, .created = created, .reason = {}};
   }
   if (status == ERROR_FILE_NOT_FOUND) return {.missing = true, .reason = {}};
   return {.reason = SystemReason(static_cast<uint32_t>(status))};
