@@ -1,0 +1,142 @@
+#include "platform/win32/registry.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+
+#include "platform/win32/secret.h"
+
+namespace skyhaul {
+namespace {
+
+const RegistryFunctions kRegistry = Win32Registry();
+
+// The tests own the user's key: they run in a profile of their own.
+class RegistryTest : public testing::Test {
+ protected:
+  void SetUp() override { Clear(); }
+  void TearDown() override { Clear(); }
+
+  static void Clear() {
+    RegDeleteTreeW(HKEY_CURRENT_USER, kUserKeyPath);
+    RegDeleteTreeW(HKEY_USERS, kTemplateKeyPath);
+  }
+
+  static RegistryHandle Open() { return kRegistry.open(nullptr, RegistryKey::kUser).handle; }
+
+  static int Set(RegistryHandle key, const char* name, ValueKind kind, const std::string& bytes,
+                 IfSet if_set = IfSet::kReplace) {
+    std::string reason;
+    return kRegistry.set(nullptr, key, name, kind, bytes, if_set, reason);
+  }
+
+  static void SetRaw(const wchar_t* name, DWORD type, const void* data, size_t size) {
+    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kUserKeyPath, name, type, data,
+                              static_cast<DWORD>(size)),
+              ERROR_SUCCESS);
+  }
+};
+
+TEST_F(RegistryTest, ValuesComeBackAsTheyWere) {
+  EXPECT_TRUE(kRegistry.open(nullptr, RegistryKey::kUserReadOnly).missing);
+  EXPECT_TRUE(kRegistry.open(nullptr, RegistryKey::kTemplate).missing);
+  const RegistryOpening opening = kRegistry.open(nullptr, RegistryKey::kUser);
+  EXPECT_TRUE(opening.created);
+  const RegistryOpening second = kRegistry.open(nullptr, RegistryKey::kUser);
+  EXPECT_FALSE(second.created);
+  kRegistry.close(nullptr, second.handle);
+  const struct {
+    const char* name;
+    ValueKind kind;
+    std::string bytes;
+  } cases[] = {
+      {"Text", ValueKind::kText, "J\xc3\xb6rg"},
+      {"Longest", ValueKind::kText, std::string(39, 'x')},
+      {"Empty", ValueKind::kText, ""},
+      {"Number", ValueKind::kNumber, std::string("\x20\x03\0\0", 4)},
+      {"Binary", ValueKind::kBinary, std::string("a\0b", 3)},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Set(opening.handle, c.name, c.kind, c.bytes), 0) << c.name;
+    EXPECT_EQ(Set(opening.handle, c.name, c.kind, "other", IfSet::kKeep), 0) << c.name;
+    std::string bytes = "before";
+    EXPECT_EQ(kRegistry.query(nullptr, opening.handle, c.name, c.kind, 40, bytes),
+              QueryResult::kFound);
+    EXPECT_EQ(bytes, c.bytes) << c.name;
+  }
+  EXPECT_EQ(Set(opening.handle, "Text", ValueKind::kText, "no UTF-8 \xff"), -1);
+  kRegistry.close(nullptr, opening.handle);
+}
+
+TEST_F(RegistryTest, WhatDoesNotFitIsNotRead) {
+  const RegistryHandle key = Open();
+  // The system adds a zero to a text when it finds one behind it.
+  SetRaw(L"Fits", REG_SZ, L"123456789", 8 * sizeof(wchar_t));
+  SetRaw(L"Zero", REG_SZ, L"12345678", 9 * sizeof(wchar_t));
+  SetRaw(L"Wide", REG_SZ, L"\x00fc\x00fc\x00fc\x00fc\x00fc", 5 * sizeof(wchar_t));
+  SetRaw(L"Ends", REG_SZ, L"12\0", 3 * sizeof(wchar_t));
+  SetRaw(L"Number", REG_BINARY, "1234", 4);
+  SetRaw(L"Short", REG_DWORD, "12", 2);
+  const struct {
+    const char* name;
+    ValueKind kind;
+    QueryResult result;
+    const char* bytes;
+  } cases[] = {
+      {"Fits", ValueKind::kText, QueryResult::kFound, "12345678"},
+      {"Zero", ValueKind::kText, QueryResult::kUnfit, ""},
+      {"Wide", ValueKind::kText, QueryResult::kUnfit, ""},
+      {"Ends", ValueKind::kText, QueryResult::kFound, "12"},
+      {"Number", ValueKind::kNumber, QueryResult::kUnfit, ""},
+      {"Short", ValueKind::kNumber, QueryResult::kUnfit, ""},
+      {"Number", ValueKind::kBinary, QueryResult::kFound, "1234"},
+      {"None", ValueKind::kText, QueryResult::kMissing, ""},
+  };
+  for (const auto& c : cases) {
+    std::string bytes;
+    EXPECT_EQ(kRegistry.query(nullptr, key, c.name, c.kind, 8, bytes), c.result) << c.name;
+    EXPECT_EQ(bytes, c.bytes) << c.name;
+  }
+  kRegistry.close(nullptr, key);
+}
+
+TEST_F(RegistryTest, TheTemplateIsReadOnly) {
+  ASSERT_EQ(RegSetKeyValueW(HKEY_USERS, kTemplateKeyPath, L"IgcSite", REG_SZ, L"Fiesch", 12),
+            ERROR_SUCCESS);
+  const RegistryHandle key = kRegistry.open(nullptr, RegistryKey::kTemplate).handle;
+  ASSERT_NE(key, kNoRegistryHandle);
+  std::string bytes;
+  EXPECT_EQ(kRegistry.query(nullptr, key, "IgcSite", ValueKind::kText, 80, bytes),
+            QueryResult::kFound);
+  EXPECT_EQ(bytes, "Fiesch");
+  std::string reason;
+  EXPECT_EQ(kRegistry.set(nullptr, key, "IgcSite", ValueKind::kText, "x", IfSet::kReplace, reason),
+            -1);
+  EXPECT_FALSE(reason.empty());
+  kRegistry.close(nullptr, key);
+}
+
+TEST_F(RegistryTest, SecretsAreEncryptedAndBelongToTheirId) {
+  const SecretFunctions secrets = Win32Secret();
+  kRegistry.close(nullptr, Open());
+  std::string reason;
+  std::string secret;
+  ASSERT_EQ(secrets.store(nullptr, "P", "one", "hunter2", reason), SecretResult::kDone) << reason;
+  char sealed[1000] = {};
+  DWORD size = sizeof sealed;
+  ASSERT_EQ(RegGetValueW(HKEY_CURRENT_USER, kUserKeyPath, L"P one", RRF_RT_REG_BINARY, nullptr,
+                         sealed, &size),
+            ERROR_SUCCESS);
+  EXPECT_EQ(std::string(sealed, size).find("hunter2"), std::string::npos);
+  EXPECT_EQ(secrets.load(nullptr, "P", "one", secret, reason), SecretResult::kDone) << reason;
+  EXPECT_EQ(secret, "hunter2");
+  SetRaw(L"P two", REG_BINARY, sealed, size);
+  EXPECT_EQ(secrets.load(nullptr, "P", "two", secret, reason), SecretResult::kFailed);
+  EXPECT_EQ(secrets.erase(nullptr, "P", "one", reason), SecretResult::kDone);
+  EXPECT_EQ(secrets.erase(nullptr, "P", "one", reason), SecretResult::kMissing);
+  EXPECT_EQ(secrets.load(nullptr, "P", "one", secret, reason), SecretResult::kMissing);
+}
+
+}  // namespace
+}  // namespace skyhaul
