@@ -156,7 +156,7 @@ SettingsText ParseSettingsText(std::string_view text) {
     SettingsLine line;
     line.text = text.substr(0, end);
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (line.text.ends_with('\r')) line.text.pop_back();
+    while (line.text.ends_with('\r')) line.text.pop_back();
     if (const char* wrong = ParseLine(line)) {
       settings.notes.push_back("Line " + std::to_string(settings.lines.size() + 1) + ": " + wrong);
     }
