@@ -105,14 +105,15 @@ TEST_F(SettingsFileTest, WhatAPersonWroteIsKept) {
   EXPECT_EQ(Registry().query(nullptr, key, "Port", ValueKind::kNumber, 4, bytes),
             QueryResult::kUnfit);
   EXPECT_EQ(bytes, "before");
-  EXPECT_EQ(Registry().query(nullptr, key, "IgcSite", ValueKind::kText, 80, bytes),
+  EXPECT_EQ(Registry().query(nullptr, key, "IGCSite", ValueKind::kText, 80, bytes),
             QueryResult::kFound);
   EXPECT_EQ(bytes, "Annecy");
   EXPECT_EQ(
       Registry().take_notes(nullptr, key),
       (Notes{Path() + ": Line 4: it is neither Name=value nor a comment",
              Path() + ": Line 5: a backslash in quotes is followed by none of \\ \" n r t xHH",
-             Path() + ": Line 7: Port must be a whole number of 32 bits; it is not used"}));
+             Path() + ": Line 7: Port must be a whole number of 32 bits; it is not used",
+             Path() + ": Line 6: there is no setting Unknown"}));
   Set(key, "Port", "1");
   Set(key, "IgcSite", "Bassano");
   Set(key, "Unknown", "2", IfSet::kKeep);

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <map>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "platform/file.h"
@@ -38,9 +39,11 @@ struct Change {
 
 struct SettingsFile {
   std::string path;
-  SettingsText text;  // as last read
+  SettingsText text;  // as it was opened
   std::vector<Change> changes;
   std::map<std::string, std::string> unfit;  // values that a query could not make sense of
+  bool asked = false;                        // there were queries
+  std::set<ptrdiff_t> asked_for;             // places of the lines that they have found
   std::vector<std::string> notes;
 };
 
@@ -115,6 +118,10 @@ RegistryOpening Open(void*, RegistryKey which) {
   return path.empty() ? RegistryOpening{.missing = true, .reason = {}} : OpenPath(path);
 }
 
+std::string NoteOn(const SettingsFile& file, size_t place, const std::string& text) {
+  return file.path + ": Line " + std::to_string(place + 1) + ": " + text;
+}
+
 std::string WhatIsExpected(ValueKind kind, size_t capacity) {
   switch (kind) {
     case ValueKind::kNumber:
@@ -130,13 +137,16 @@ std::string WhatIsExpected(ValueKind kind, size_t capacity) {
 QueryResult Query(void*, RegistryHandle key, const std::string& name, ValueKind kind,
                   size_t capacity, std::string& bytes) {
   SettingsFile& file = FileOf(key);
+  file.asked = true;
   const ptrdiff_t place = FindSetting(file.text, name);
   if (place < 0) return QueryResult::kMissing;
+  file.asked_for.insert(place);
   const std::string& value = file.text.lines[static_cast<size_t>(place)].value;
   if (BytesFromValue(value, kind, capacity, bytes)) return QueryResult::kFound;
   file.unfit[name] = value;
-  file.notes.push_back(file.path + ": Line " + std::to_string(place + 1) + ": " + name +
-                       " must be " + WhatIsExpected(kind, capacity) + "; it is not used");
+  file.notes.push_back(
+      NoteOn(file, static_cast<size_t>(place),
+             name + " must be " + WhatIsExpected(kind, capacity) + "; it is not used"));
   return QueryResult::kUnfit;
 }
 
@@ -204,14 +214,19 @@ int Flush(void*, RegistryHandle key, std::string& reason) {
     reason = file.path + ": " + result.reason;
     return -1;
   }
-  file.text = std::move(settings);
   file.changes.clear();
-  file.unfit.clear();
   return 0;
 }
 
+// A name that nobody has asked for is likely to be misspelt.
 std::vector<std::string> TakeNotes(void*, RegistryHandle key) {
-  return std::exchange(FileOf(key).notes, {});
+  SettingsFile& file = FileOf(key);
+  for (size_t i = 0; file.asked && i < file.text.lines.size(); ++i) {
+    const std::string& name = file.text.lines[i].name;
+    if (name.empty() || file.asked_for.contains(FindSetting(file.text, name))) continue;
+    file.notes.push_back(NoteOn(file, i, "there is no setting " + name));
+  }
+  return std::exchange(file.notes, {});
 }
 
 void Close(void*, RegistryHandle key) {

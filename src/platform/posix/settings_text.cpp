@@ -1,5 +1,6 @@
 #include "platform/posix/settings_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <utility>
@@ -18,6 +19,15 @@ struct Escape {
   char meaning;
 };
 constexpr Escape kEscapes[] = {{'\\', '\\'}, {'"', '"'}, {'n', '\n'}, {'r', '\r'}, {'t', '\t'}};
+
+char LowerCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool SameName(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return LowerCase(x) == LowerCase(y); });
+}
 
 std::string_view Trim(std::string_view text) {
   const size_t first = text.find_first_not_of(kBlanks);
@@ -173,7 +183,7 @@ std::string FormatSettingsText(const SettingsText& settings) {
 
 ptrdiff_t FindSetting(const SettingsText& settings, std::string_view name) {
   for (size_t i = settings.lines.size(); i > 0; --i) {
-    if (settings.lines[i - 1].name == name) return static_cast<ptrdiff_t>(i - 1);
+    if (SameName(settings.lines[i - 1].name, name)) return static_cast<ptrdiff_t>(i - 1);
   }
   return -1;
 }

@@ -31,7 +31,7 @@ SettingsText ParseSettingsText(std::string_view text);
 // The text with every line ended by a line feed.
 std::string FormatSettingsText(const SettingsText& settings);
 
-// The place of the line that counts for a name, counted from 0, or -1.
+// The place of the line that counts for a name that is not empty, counted from 0, or -1.
 ptrdiff_t FindSetting(const SettingsText& settings, std::string_view name);
 
 // Gives a name a value: on its line when it has one, else on a new one at the end. With keep_old
