@@ -95,6 +95,9 @@ int ParseAll(const Operation& operation, const std::vector<std::string>& texts,
     Assignment assignment;
     std::string message;
     if (ParseAssignment(text, assignment, message) != 0) return Fail(operation, message);
+    // Of several values for one setting the last counts.
+    std::erase_if(assignments,
+                  [&](const Assignment& earlier) { return earlier.setting == assignment.setting; });
     assignments.push_back(std::move(assignment));
   }
   for (Assignment& assignment : assignments) {

@@ -40,7 +40,7 @@ TEST_F(SettingsProgramTest, AreShownAndChanged) {
   EXPECT_TRUE(program.Out().ends_with("\n0 of 92 differ from their default (*)\n"));
   EXPECT_FALSE(std::filesystem::exists(program.folder.path / "config"));
 
-  ASSERT_EQ(Run({"--set", "IgcSite=Fiesch", "loopflightgap=600"}), 0) << program.Err();
+  ASSERT_EQ(Run({"--set", "IgcSite=x", "loopflightgap=600", "IgcSite=Fiesch"}), 0) << program.Err();
   EXPECT_EQ(program.Out(), "2 settings changed\n");
   EXPECT_EQ(Changed(), (Texts{"* LoopFlightGap            600  (default: 800)",
                               "* IgcSite                  Fiesch  (default: None)"}));
