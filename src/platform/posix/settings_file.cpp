@@ -158,16 +158,23 @@ int Set(void*, RegistryHandle key, const std::string& name, ValueKind kind,
 }
 
 // The lock is a file of its own: the settings file becomes another one each time it is written.
-// Returns a descriptor whose closing releases it, or -1 with errno.
-int TakeLock(const std::string& path) {
-  Descriptor lock(open((path + kLockSuffix).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-  if (lock.fd < 0) return -1;
+// Returns a descriptor whose closing releases it, or -1 with the reason.
+int TakeLock(const std::string& path, std::string& reason) {
+  const std::string lock_path = path + kLockSuffix;
+  Descriptor lock(open(lock_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (lock.fd < 0) {
+    reason = lock_path + ": " + SystemReason(errno);
+    return -1;
+  }
   const ClockFunctions clock = PosixClock();
   const uint64_t end_ms = MonotonicMilliseconds() + kPatience_ms;
   while (flock(lock.fd, LOCK_EX | LOCK_NB) != 0) {
     // A file system that knows no locks: better written without than not at all.
-    if (errno == ENOLCK || errno == ENOSYS || errno == EOPNOTSUPP) break;
-    if ((errno != EWOULDBLOCK && errno != EINTR) || MonotonicMilliseconds() >= end_ms) return -1;
+    if (errno != EWOULDBLOCK && errno != EINTR) break;
+    if (MonotonicMilliseconds() >= end_ms) {
+      reason = lock_path + ": another program keeps the settings locked";
+      return -1;
+    }
     clock.wait(clock.context, kRetry_ms);
   }
   return lock.Release();
@@ -197,8 +204,9 @@ void Apply(const SettingsFile& file, SettingsText& text) {
 int Flush(void*, RegistryHandle key, std::string& reason) {
   SettingsFile& file = FileOf(key);
   if (file.changes.empty()) return 0;
-  const Descriptor lock(TakeLock(file.path));
-  if (lock.fd < 0 || MakePrivate(file.path) != 0) {
+  const Descriptor lock(TakeLock(file.path, reason));
+  if (lock.fd < 0) return -1;
+  if (MakePrivate(file.path) != 0) {
     reason = file.path + ": " + SystemReason(errno);
     return -1;
   }
