@@ -85,7 +85,9 @@ TEST_F(SettingsFileTest, AFirstWriteMakesAPrivateFile) {
   EXPECT_FALSE(fs::exists(folder.path + "/config"));
   const RegistryOpening opening = Registry().open(nullptr, RegistryKey::kUser);
   EXPECT_TRUE(opening.created);
-  EXPECT_FALSE(Registry().open(nullptr, RegistryKey::kUser).created);
+  const RegistryOpening second = Registry().open(nullptr, RegistryKey::kUser);
+  EXPECT_FALSE(second.created);
+  Registry().close(nullptr, second.handle);
   EXPECT_EQ(Permissions(), 0600U);
   Set(opening.handle, "IgcSite", " Fiesch\t");
   std::string reason;
