@@ -10,6 +10,7 @@
 #include "app/command_line/help_text.h"
 #include "app/file_io.h"
 #include "app/igc_files.h"
+#include "app/run_settings.h"
 #include "app/score.h"
 #include "app/settings_commands.h"
 #include "app/summary.h"
@@ -87,7 +88,6 @@ int PrintChecks(const Operation& operation, const LongOptions& options) {
   return all_passed ? kExitDone : kExitFailed;
 }
 
-constexpr OptimiseSettings kUsualScore = {.gap_m = 800, .fai_rule = true};
 constexpr uint32_t kExactBudget_ms = 60'000;
 
 // Returns 0, or -1 after a message.
@@ -105,8 +105,9 @@ int ScoreFile(const Operation& operation, const LongOptions& options, FlightScor
   return result;
 }
 
-int PrintScores(const Operation& operation, const LongOptions& options) {
-  OptimiseSettings settings = kUsualScore;
+int PrintScores(const Platform& platform, const Operation& operation, const LongOptions& options) {
+  const Settings stored = LoadRunSettings(platform, operation);
+  OptimiseSettings settings = {.gap_m = stored.loop_gap_m, .fai_rule = stored.fai_rule};
   std::string message;
   if ((IsGiven(options, SideOption::kGap) &&
        ReadGap(ValueOf(options, SideOption::kGap), settings, message) != 0) ||
@@ -161,7 +162,7 @@ int RunLongCommand(const Platform& platform, const Operation& operation,
     case LongCommand::kCheck:
       return PrintChecks(operation, options);
     case LongCommand::kScore:
-      return PrintScores(operation, options);
+      return PrintScores(platform, operation, options);
     case LongCommand::kConvert:
       return PrintConversion(operation, options);
     case LongCommand::kSettings:

@@ -88,6 +88,13 @@ TEST_F(SettingsProgramTest, ABatchRunUsesThemAndWritesNothing) {
   EXPECT_EQ(header.site, "");
   EXPECT_EQ(ReadText(Path()), settings);
 
+  const std::string flight = program.folder.File("flight.igc");
+  WriteText(Path(), "LoopFlightGap=0\nUseFaiMaxDistanceRules=0\n");
+  ASSERT_EQ(Run({"--score", flight, "--gap", "500"}), 0) << program.Err();
+  EXPECT_NE(program.Out().find("Gap 500 m, FAI rule off"), std::string::npos) << program.Out();
+  ASSERT_EQ(Run({"--score", flight}), 0) << program.Err();
+  EXPECT_NE(program.Out().find("Gap 0 m, FAI rule off"), std::string::npos) << program.Out();
+
   // The command line is stronger than the settings.
   WriteText(Path(), "PortName=/dev/none\n");
   Texts more = download;

@@ -14,7 +14,17 @@ namespace skyhaul {
 
 // What the program does when it is asked with a long option; it needs neither window nor instrument
 // for them.
-enum class LongCommand { kHelp, kVersion, kPorts, kInfo, kCheck, kScore, kConvert, kSettings, kSet };
+enum class LongCommand {
+  kHelp,
+  kVersion,
+  kPorts,
+  kInfo,
+  kCheck,
+  kScore,
+  kConvert,
+  kSettings,
+  kSet
+};
 
 inline constexpr size_t kAnyNumberOfFiles = std::numeric_limits<size_t>::max();
 
@@ -78,9 +88,8 @@ inline constexpr LongOption kLongOptions[] = {
     {.command = LongCommand::kScore,
      .name = "--score",
      .argument_help = "FILE... [--gap METRES] [--fai-rule on|off] [--exact] [--json]",
-     .help =
-         "print the greatest distances, out-and-return and triangles of flights; their ends may be "
-         "800 m apart unless told otherwise (0: no closed tasks), the FAI rule is on",
+     .help = "print the greatest distances, out-and-return and triangles of flights; without --gap "
+             "(0: no closed tasks) and --fai-rule the settings hold, at first 800 m and on",
      .min_files = 1,
      .max_files = kAnyNumberOfFiles,
      .sides = Sides(SideOption::kJson, SideOption::kGap, SideOption::kFaiRule, SideOption::kExact)},
