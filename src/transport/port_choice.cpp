@@ -7,10 +7,15 @@ namespace skyhaul {
 
 namespace {
 
-std::vector<std::string> ListedNames(const Platform& platform) {
+// Empty when the list cannot be read.
+std::vector<PortInfo> Listed(const Platform& platform) {
   std::vector<PortInfo> ports;
+  if (platform.serial.list(platform.serial.context, ports) != 0) ports.clear();
+  return ports;
+}
+
+std::vector<std::string> Names(const std::vector<PortInfo>& ports) {
   std::vector<std::string> names;
-  if (platform.serial.list(platform.serial.context, ports) != 0) return names;
   for (const PortInfo& port : ports) names.push_back(port.name);
   return names;
 }
@@ -18,7 +23,7 @@ std::vector<std::string> ListedNames(const Platform& platform) {
 }  // namespace
 
 std::vector<std::string> CandidatePorts(const Platform& platform, const std::string& configured) {
-  std::vector<std::string> names = ListedNames(platform);
+  std::vector<std::string> names = Names(Listed(platform));
   if (names.empty()) names.push_back(platform.serial.name_of(platform.serial.context, 1));
   const auto found = std::find(names.begin(), names.end(), configured);
   if (found != names.end()) std::swap(*found, names.front());
@@ -26,22 +31,20 @@ std::vector<std::string> CandidatePorts(const Platform& platform, const std::str
 }
 
 std::string NewPort(const Platform& platform, PortMemory& memory) {
-  const std::vector<std::string> now = ListedNames(platform);
-  std::string pick;
-  if (memory.seen && !now.empty()) {
-    if (memory.names.empty()) {
-      pick = now.back();
-    } else {
-      const auto is_new = [&](const std::string& name) {
-        return std::find(memory.names.begin(), memory.names.end(), name) == memory.names.end();
-      };
-      const auto found = std::find_if(now.begin(), now.end(), is_new);
-      if (found != now.end()) pick = *found;
-    }
+  const std::vector<PortInfo> now = Listed(platform);
+  auto pick = now.end();
+  if (memory.seen && memory.names.empty()) {
+    pick = std::max_element(now.begin(), now.end(), [](const PortInfo& a, const PortInfo& b) {
+      return a.number < b.number;
+    });
+  } else if (memory.seen) {
+    pick = std::find_if(now.begin(), now.end(), [&](const PortInfo& port) {
+      return std::find(memory.names.begin(), memory.names.end(), port.name) == memory.names.end();
+    });
   }
   memory.seen = true;
-  memory.names = now;
-  return pick;
+  memory.names = Names(now);
+  return pick == now.end() ? std::string() : pick->name;
 }
 
 }  // namespace skyhaul

@@ -59,5 +59,17 @@ TEST(PortChoice, ANewPortIsNoticed) {
   }
 }
 
+// A system may list its ports in any order.
+TEST(PortChoice, TheHighestNumberNeedNotBeTheLast) {
+  Bench bench;
+  const Platform platform = BenchPlatform(bench);
+  PortMemory memory;
+  EXPECT_EQ(NewPort(platform, memory), "");
+  bench.ports = {{.number = 3, .name = "COM3"},
+                 {.number = 12, .name = "COM12"},
+                 {.number = 5, .name = "COM5"}};
+  EXPECT_EQ(NewPort(platform, memory), "COM12");
+}
+
 }  // namespace
 }  // namespace skyhaul
