@@ -16,7 +16,7 @@ namespace skyhaul {
 using SerialHandle = intptr_t;
 inline constexpr SerialHandle kNoSerialHandle = -1;
 
-inline constexpr uint32_t kReadWait_ms = 50;  // how long a read waits for the first byte
+inline constexpr uint32_t kReadWait_ms = 50;  // how long a read waits
 inline constexpr size_t kMaxPorts = 50;
 
 // Why a port could not be opened.
@@ -36,11 +36,12 @@ struct SerialSettings {
   bool xon_xoff = false;
 };
 
-// The step of configuring a port that failed, in the order they are taken.
+// The step of configuring a port that failed, in the order they are taken. What a system sets up
+// once for an open port counts as its state.
 enum class SetupStep { kNone, kGetState, kSetTimeouts, kSetState, kPurge };
 
 struct PortInfo {
-  uint32_t number = 0;      // 1..50, what the command line calls it
+  uint32_t number = 0;      // from 1, what the command line calls it
   std::string name;         // what open() takes
   std::string description;  // what is behind it, e.g. a USB adapter's product name; may be empty
 };
@@ -53,16 +54,18 @@ struct SerialFunctions {
   // Applies the settings and empties both directions. Returns the step that failed, or kNone.
   SetupStep (*configure)(void* context, SerialHandle port,
                          const SerialSettings& settings) = nullptr;
-  // Returns the number of bytes read as soon as there are any, 0 after kReadWait_ms without one,
-  // and -1 when the port is in error or gone.
+  // Returns the number of bytes read, 0 when none came for kReadWait_ms, and -1 when the port is in
+  // error or gone. Linux returns as soon as there are any; Windows waits for the buffer to fill,
+  // but never longer than kReadWait_ms.
   int (*read)(void* context, SerialHandle port, uint8_t* buffer, size_t capacity) = nullptr;
   // Hands all bytes to the port's driver within 3 ms per byte at 4800 baud and 2 ms per byte at any
   // other speed. Returns 0, or -1 on time-out or error, whose state is then cleared.
   int (*write)(void* context, SerialHandle port, const uint8_t* bytes, size_t count) = nullptr;
   void (*close)(void* context, SerialHandle port) = nullptr;
 
-  // The ports with hardware behind them, at most kMaxPorts, the likeliest first and numbered
-  // from 1. Returns 0, or -1 when the system's list cannot be read.
+  // The ports with hardware behind them, at most kMaxPorts: on Linux the likeliest first and
+  // numbered from 1, on Windows in the registry's order with the numbers of their COM names.
+  // Returns 0, or -1 when the system's list cannot be read.
   int (*list)(void* context, std::vector<PortInfo>& ports) = nullptr;
   // The name of port n; one that the list does not have gets a name that no port answers to.
   std::string (*name_of)(void* context, uint32_t number) = nullptr;
