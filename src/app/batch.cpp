@@ -9,6 +9,7 @@
 #include "app/summary.h"
 #include "core/track_log.h"
 #include "platform/file.h"
+#include "platform/path.h"
 
 namespace skyhaul {
 
@@ -88,9 +89,7 @@ int CheckTarget(const Batch& batch, const std::string& path, const char* keyword
     ShowMessage(batch.operation, path + " exists already", kTitle);
     return -1;
   }
-  const size_t slash = path.rfind('/');
-  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  return CheckFolder(batch, folder, kTitle);
+  return CheckFolder(batch, FolderOf(path), kTitle);
 }
 
 JobOutcome RunJob(const Batch& batch, uint32_t access_type, JobData data) {

@@ -9,6 +9,7 @@
 #include "app/igc_files.h"
 #include "core/time_scale.h"
 #include "core/track_log.h"
+#include "platform/path.h"
 #include "protocols/flytec/track_list.h"
 
 namespace skyhaul {
@@ -33,8 +34,7 @@ IgcHeaderTexts Header(const Batch& batch, const JobOutcome& outcome) {
 IgcSave MakeSave(const Batch& batch, const JobOutcome& outcome) {
   const CommandLineBlock& block = *batch.block;
   IgcSave save;
-  save.path = block.file;
-  if (save.path.back() != '/') save.path += '/';
+  save.path = AsFolder(block.file);
   save.overwrite = block.overwrite;
   save.header = Header(batch, outcome);
   save.options = {.sign = true,

@@ -21,6 +21,7 @@
 #include "formats/ozi/ozi_track.h"
 #include "formats/ozi/read_ozi.h"
 #include "formats/ozi/write_ozi.h"
+#include "platform/path.h"
 
 namespace skyhaul {
 
@@ -245,7 +246,7 @@ std::string Refusal(const std::string& path, std::string_view extension, std::st
 }  // namespace
 
 std::string Extension(const std::string& path) {
-  const size_t name = path.rfind('/') + 1;  // npos + 1 is 0
+  const size_t name = NameStart(path);
   const size_t dot = path.rfind('.');
   return dot == path.npos || dot <= name ? "" : path.substr(dot);
 }

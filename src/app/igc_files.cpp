@@ -6,6 +6,7 @@
 #include "formats/igc/names.h"
 #include "formats/igc/read_igc.h"
 #include "platform/file.h"
+#include "platform/path.h"
 
 namespace skyhaul {
 
@@ -124,7 +125,7 @@ int SaveIgcAuto(const Operation& operation, const TrackLog& log, const IgcSave& 
   }
   std::string text;
   if (const char* wrong = IgcText(log, save, text)) return Fail(operation, wrong, kSaveTitle);
-  const bool named = !path.empty() && path.back() != '/';
+  const bool named = NameStart(path) < path.size();
   const int saved = named ? SaveUnderFixedName(operation, save, path, text)
                           : SaveUnderFreeNumber(operation, log, save, path, text);
   if (saved != 0) return -1;

@@ -19,7 +19,7 @@ int LoadIgcFile(const Operation& operation, const std::string& path, std::string
 int ReadIgcFile(const Operation& operation, const std::string& base_path);
 
 struct IgcSave {
-  std::string path;  // may hold $date and $time; one that ends in '/' gets the standard file name
+  std::string path;  // may hold $date and $time; a folder's gets the standard file name
   bool overwrite = false;
   IgcHeaderTexts header;
   IgcWriteOptions options;            // for logs that did not come as IGC text
