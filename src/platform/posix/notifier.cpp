@@ -6,9 +6,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <mutex>
-#include <set>
 
+#include "platform/failed_clients.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/descriptor.h"
 
@@ -18,33 +17,10 @@ namespace {
 
 constexpr uint64_t kPatience_ms = 1000;
 constexpr uint64_t kRetry_ms = 20;
-constexpr size_t kMaxFailedClients = 64;  // enough for one process; more are waited for each time
-
-// The clients whose last text did not arrive.
-struct FailedClients {
-  std::mutex mutex;
-  std::set<std::string> names;
-};
 
 FailedClients& Failed() {
   static FailedClients failed;
   return failed;
-}
-
-bool HasFailed(const std::string& client) {
-  FailedClients& failed = Failed();
-  const std::lock_guard lock(failed.mutex);
-  return failed.names.count(client) != 0;
-}
-
-void Remember(const std::string& client, bool has_failed) {
-  FailedClients& failed = Failed();
-  const std::lock_guard lock(failed.mutex);
-  if (!has_failed) {
-    failed.names.erase(client);
-  } else if (failed.names.size() < kMaxFailedClients) {
-    failed.names.insert(client);
-  }
 }
 
 // A connected socket is the only one whose poll tells that the client's queue has room.
@@ -81,8 +57,8 @@ int Deliver(const std::string& client, const std::string& text, uint64_t patienc
 }
 
 int Send(void*, const std::string& client, const std::string& text) {
-  const int result = Deliver(client, text, HasFailed(client) ? 0 : kPatience_ms);
-  Remember(client, result != 0);
+  const int result = Deliver(client, text, HasFailed(Failed(), client) ? 0 : kPatience_ms);
+  RememberClient(Failed(), client, result != 0);
   return result;
 }
 
