@@ -12,6 +12,7 @@
 #include "app/console/console_shell.h"
 #include "app/long_commands.h"
 #include "app/run_settings.h"
+#include "platform/arguments.h"
 #include "platform/file.h"
 #include "platform/platform.h"
 #include "platform/terminal.h"
@@ -65,7 +66,8 @@ int CheckOutput(const Operation& operation, int status) {
 
 int main(int argc, char** argv) {
   SurviveBrokenPipes();
-  const std::vector<std::string> arguments(argv + 1, argv + argc);
+  WriteUtf8();
+  const std::vector<std::string> arguments = ReadProgramArguments(argc, argv).words;
   Console console;
   console.terminal = ErrorIsTerminal();
   const Shell shell = ConsoleShell(console);

@@ -9,6 +9,10 @@ bool ErrorIsTerminal();
 // end.
 void SurviveBrokenPipes();
 
+// From now on a terminal that would take our texts for another encoding takes them as the UTF-8
+// they are; it gets its own encoding back at the program's end.
+void WriteUtf8();
+
 // From now on the first interrupt of the person (Ctrl-C, or a request to end) is only counted, and
 // the second ends the program at once with status 130.
 void CountInterrupts();

@@ -31,6 +31,9 @@ void SurviveBrokenPipes() {
   signal(SIGPIPE, SIG_IGN);
 }
 
+// The locale of a terminal here is the person's choice.
+void WriteUtf8() {}
+
 void CountInterrupts() {
   struct sigaction action = {};
   action.sa_handler = OnInterrupt;

@@ -1,0 +1,45 @@
+#include "platform/arguments.h"
+
+#include <memory>
+#include <string_view>
+
+#include "platform/win32/wide_text.h"
+#include "platform/win32/windows_api.h"
+
+// After windows.h, which it needs.
+#include <shellapi.h>
+
+namespace skyhaul {
+
+namespace {
+
+struct FreeLocal {
+  void operator()(LPWSTR* words) const { LocalFree(words); }
+};
+
+// Behind the program's name, which is quoted or ends at the first blank.
+std::wstring_view BehindProgramName(std::wstring_view text) {
+  const bool quoted = text.starts_with(L'"');
+  size_t end = quoted ? text.find(L'"', 1) : text.find_first_of(L" \t");
+  if (end != text.npos && quoted) ++end;
+  if (end == text.npos) return {};
+  const size_t start = text.find_first_not_of(L" \t", end);
+  return start == text.npos ? std::wstring_view() : text.substr(start);
+}
+
+}  // namespace
+
+// main()'s own arguments come in the system's old 8-bit encoding, which cannot spell every file's
+// name.
+ProgramArguments ReadProgramArguments(int /*argc*/, char** /*argv*/) {
+  ProgramArguments arguments;
+  const wchar_t* text = GetCommandLineW();
+  arguments.text = Utf8Text(BehindProgramName(text));
+  int count = 0;
+  const std::unique_ptr<LPWSTR, FreeLocal> words(CommandLineToArgvW(text, &count));
+  if (words == nullptr) return arguments;
+  for (int i = 1; i < count; ++i) arguments.words.push_back(Utf8Text(words.get()[i]));
+  return arguments;
+}
+
+}  // namespace skyhaul

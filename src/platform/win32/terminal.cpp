@@ -1,0 +1,58 @@
+#include "platform/terminal.h"
+
+#include <atomic>
+#include <cstdlib>
+
+#include "platform/win32/windows_api.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr UINT kInterruptedStatus = 130;  // as on other systems
+constexpr DWORD kTimeToStop_ms = 4500;    // the system allows 5 s after its event
+
+std::atomic<int> interrupts = 0;
+std::atomic<UINT> console_code_page = 0;  // what the console had before; 0: it was not changed
+
+void GiveCodePageBack() {
+  if (console_code_page != 0) SetConsoleOutputCP(console_code_page);
+}
+
+// Runs on a thread that the system makes for it.
+BOOL WINAPI OnInterrupt(DWORD event) {
+  if (interrupts.fetch_add(1) > 0) {
+    GiveCodePageBack();
+    TerminateProcess(GetCurrentProcess(), kInterruptedStatus);
+  }
+  // When the console closes or the person logs off, returning ends the program.
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(kTimeToStop_ms);
+  return TRUE;
+}
+
+}  // namespace
+
+bool ErrorIsTerminal() {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
+}
+
+// Writing to a pipe that nobody reads is never more than an error here.
+void SurviveBrokenPipes() {}
+
+void WriteUtf8() {
+  const UINT before = GetConsoleOutputCP();
+  if (before == 0 || before == CP_UTF8 || SetConsoleOutputCP(CP_UTF8) == 0) return;
+  console_code_page = before;
+  static_cast<void>(std::atexit(GiveCodePageBack));
+}
+
+void CountInterrupts() {
+  SetConsoleCtrlHandler(OnInterrupt, TRUE);
+}
+
+int Interrupts() {
+  return interrupts;
+}
+
+}  // namespace skyhaul
