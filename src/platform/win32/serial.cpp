@@ -1,6 +1,7 @@
 #include "platform/win32/serial.h"
 
 #include <algorithm>
+#include <bit>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -25,10 +26,6 @@ constexpr size_t kMaxTransfer = 1U << 20;
 // The driver ends every call in its time. One that does not must not hold the job for ever.
 constexpr DWORD kDriverGrace_ms = 1000;
 
-SerialPort& PortOf(SerialHandle handle) {
-  return *reinterpret_cast<SerialPort*>(handle);
-}
-
 // --- Opening ------------------------------------------------------------------------------------
 
 struct OpenProblem {
@@ -38,7 +35,7 @@ struct OpenProblem {
   const char* after;
 };
 
-// An open port denies access to all others.
+// A port that is in use denies access.
 constexpr OpenProblem kOpenProblems[] = {
     {ERROR_FILE_NOT_FOUND, PortProblem::kMissing, "There is no port ", ": --ports lists the ports"},
     {ERROR_PATH_NOT_FOUND, PortProblem::kMissing, "There is no port ", ": --ports lists the ports"},
@@ -46,6 +43,9 @@ constexpr OpenProblem kOpenProblems[] = {
     {ERROR_ACCESS_DENIED, PortProblem::kBusy, "Another program is using ", ""},
     {ERROR_SHARING_VIOLATION, PortProblem::kBusy, "Another program is using ", ""},
     {ERROR_BUSY, PortProblem::kBusy, "Another program is using ", ""},
+    // Bluetooth's way to say so; the system's text is about a semaphore.
+    {ERROR_SEM_TIMEOUT, PortProblem::kOther, "Nothing answers on ",
+     ": is the instrument switched on and near?"},
 };
 
 PortOpening RefuseForError(const std::string& name, DWORD error) {
@@ -88,7 +88,7 @@ PortOpening Open(void*, const std::string& name) {
   if (file.handle == nullptr) return RefuseForError(name, GetLastError());
   port->file.handle = file.Release();
   PortOpening opened;
-  opened.handle = reinterpret_cast<SerialHandle>(port.release());
+  opened.handle = std::bit_cast<SerialHandle>(port.release());
   return opened;
 }
 

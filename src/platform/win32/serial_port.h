@@ -1,5 +1,8 @@
 #pragma once
 
+#include <bit>
+
+#include "platform/platform.h"
 #include "platform/win32/handle.h"
 #include "platform/win32/windows_api.h"
 
@@ -18,5 +21,10 @@ struct SerialPort {
   OVERLAPPED read{};
   DWORD write_ms_per_byte = 0;  // as configured
 };
+
+// The port of a handle that open() has given.
+inline SerialPort& PortOf(SerialHandle handle) {
+  return *std::bit_cast<SerialPort*>(handle);
+}
 
 }  // namespace skyhaul

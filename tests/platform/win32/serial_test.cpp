@@ -23,7 +23,7 @@ std::string AllBytes() {
 }
 
 HANDLE FileOf(const CableEnd& end) {
-  return reinterpret_cast<SerialPort*>(end.handle)->file.handle;
+  return PortOf(end.handle).file.handle;
 }
 
 class SerialCable : public ::testing::Test {
