@@ -6,6 +6,7 @@
 #include "core/track_log.h"
 #include "instruments/bench.h"
 #include "instruments/flytec/flytec_simulator.h"
+#include "platform/path.h"
 #include "tests/support/scratch_folder.h"
 
 namespace skyhaul {
@@ -77,7 +78,7 @@ class BatchTest : public testing::Test {
 
 TEST_F(BatchTest, SavesTheNewestFlightAndTellsTheClient) {
   ASSERT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /NOTIFY=me /SENDLOG=10 /EXIT"), kExitDone);
-  const std::string path = folder.File("./2017-04-27-xxx-123-01.igc");
+  const std::string path = AsFolder(folder.File(".")) + "2017-04-27-xxx-123-01.igc";
   EXPECT_EQ(ReadText(path), newest);
   EXPECT_EQ(CurrentTrackLog().points.size(), 30U);
   EXPECT_EQ(CurrentTrackLog().instrument_igc.text, newest);
@@ -129,7 +130,8 @@ TEST_F(BatchTest, TracksThatArrivedWholeAreSavedEvenIfALaterOneFails) {
   simulator.flights[1].igc_text = "nonsense\r\n";
   EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /TRACK=1,2 /NOTIFY=me"), kExitFailed);
   EXPECT_EQ(folder.Names(), Texts{"2017-04-27-xxx-123-01.igc"});
-  EXPECT_EQ(Notices(), Texts{"me: Done=0\n" + folder.File("./2017-04-27-xxx-123-01.igc")});
+  EXPECT_EQ(Notices(),
+            Texts{"me: Done=0\n" + AsFolder(folder.File(".")) + "2017-04-27-xxx-123-01.igc"});
   EXPECT_EQ(CurrentTrackLog().points.size(), 1U) << "a failed job keeps the old track";
   EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /TRACK=1,2 /NOSPLIT"), kExitFailed);
   EXPECT_EQ(folder.Names().size(), 1U) << "half of a joined log is none";

@@ -26,7 +26,7 @@ struct ScratchFolder {
   ScratchFolder& operator=(const ScratchFolder&) = delete;
 
   // The path of a file in it; with an empty name the folder itself, ended by a slash.
-  std::string File(const std::string& name) const { return (path / name).string(); }
+  std::string File(const std::string& name) const { return path.string() + "/" + name; }
 
   std::vector<std::string> Names() const {
     std::vector<std::string> names;

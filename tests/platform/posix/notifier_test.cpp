@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/platform.h"
-#include "tests/platform/scratch.h"
+#include "tests/platform/posix/scratch.h"
 
 namespace skyhaul {
 namespace {

@@ -12,7 +12,7 @@
 #include "platform/file.h"
 #include "platform/platform.h"
 #include "platform/posix/settings_text.h"
-#include "tests/platform/scratch.h"
+#include "tests/platform/posix/scratch.h"
 
 namespace skyhaul {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "platform/file.h"
 #include "platform/platform.h"
-#include "tests/platform/scratch.h"
+#include "tests/platform/posix/scratch.h"
 
 namespace skyhaul {
 namespace {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/platform/scratch.h"
+#include "tests/platform/posix/scratch.h"
 
 namespace skyhaul {
 namespace {

@@ -1,0 +1,155 @@
+#include "platform/file.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <iterator>
+#include <string>
+
+#include "tests/platform/posix/scratch.h"
+
+namespace skyhaul {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PosixFile : public ::testing::Test {
+ protected:
+  std::string At(const std::string& name) const { return folder.path + "/" + name; }
+
+  static std::string Read(const std::string& path) {
+    std::string text;
+    const FileResult result = ReadWholeFile(path, text);
+    EXPECT_EQ(result.problem, FileProblem::kNone) << result.reason;
+    return text;
+  }
+
+  static FileProblem Write(const std::string& path, const std::string& text, IfExists if_exists) {
+    const FileResult result = WriteWholeFile(path, text, if_exists);
+    EXPECT_EQ(result.reason.empty(), result.problem == FileProblem::kNone);
+    return result.problem;
+  }
+
+  // Files that are there, temporary ones included.
+  std::ptrdiff_t CountFiles() const {
+    return std::distance(fs::directory_iterator(folder.path), fs::directory_iterator());
+  }
+
+  static mode_t Permissions(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0);
+    return status.st_mode & 07777;
+  }
+
+  ScratchFolder folder;
+};
+
+TEST_F(PosixFile, ALinkThatLeadsNowhereHasAName) {
+  fs::create_symlink("nowhere", At("dangling"));
+  EXPECT_EQ(Write(At("dangling"), "new", IfExists::kRefuse), FileProblem::kExists);
+  EXPECT_EQ(Write(At("dangling"), "new", IfExists::kReplace), FileProblem::kNone);
+  EXPECT_TRUE(fs::is_symlink(At("dangling")));
+  EXPECT_TRUE(fs::is_regular_file(At("nowhere")));
+  EXPECT_EQ(CountFiles(), 2);
+}
+
+TEST_F(PosixFile, ANameBeyondTheSystemsLimitIsNoMissingFile) {
+  std::string text;
+  const std::string path = At(std::string(300, 'n'));
+  EXPECT_EQ(ReadWholeFile(path, text).problem, FileProblem::kOther);
+  EXPECT_EQ(Write(path, "text", IfExists::kReplace), FileProblem::kOther);
+}
+
+TEST_F(PosixFile, TooLargeIsRefusedBeforeReading) {
+  const int fd = open(At("huge").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  ASSERT_EQ(ftruncate(fd, (off_t{1} << 30) + 1), 0);
+  close(fd);
+  std::string text;
+  EXPECT_EQ(ReadWholeFile(At("huge"), text).problem, FileProblem::kTooLarge);
+}
+
+TEST_F(PosixFile, PermissionsAreKeptOrTheUsers) {
+  const mode_t mask = umask(027);
+  Write(At("new"), "text", IfExists::kReplace);
+  EXPECT_EQ(Permissions(At("new")), 0640U);
+  ASSERT_EQ(chmod(At("new").c_str(), 0606), 0);
+  Write(At("new"), "other", IfExists::kReplace);
+  EXPECT_EQ(Permissions(At("new")), 0606U);
+  umask(mask);
+}
+
+TEST_F(PosixFile, WritesThroughALink) {
+  ASSERT_EQ(mkdir(At("real").c_str(), 0777), 0);
+  Write(At("real/file"), "old", IfExists::kRefuse);
+  fs::create_symlink("real/file", At("link"));
+  EXPECT_EQ(Write(At("link"), "new", IfExists::kReplace), FileProblem::kNone);
+  EXPECT_TRUE(fs::is_symlink(At("link")));
+  EXPECT_EQ(Read(At("real/file")), "new");
+}
+
+TEST_F(PosixFile, NamesWithoutAFolderAreInTheCurrentOne) {
+  const int result = InChild([&] {
+    if (chdir(folder.path.c_str()) != 0) return 2;
+    return WriteWholeFile("file", "text", IfExists::kRefuse).problem == FileProblem::kNone ? 0 : 1;
+  });
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(Read(At("file")), "text");
+}
+
+TEST_F(PosixFile, PipesAndDevicesAreUsedInPlace) {
+  int ends[2] = {-1, -1};
+  ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+  EXPECT_EQ(Write("/dev/fd/" + std::to_string(ends[1]), "text", IfExists::kReplace),
+            FileProblem::kNone);
+  close(ends[1]);
+  EXPECT_EQ(Read("/dev/fd/" + std::to_string(ends[0])), "text");
+  close(ends[0]);
+  EXPECT_EQ(Write("/dev/full", "text", IfExists::kReplace), FileProblem::kOther);
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+}
+
+// A write-protected file cannot be written, and nothing can be made in a write-protected folder.
+TEST_F(PosixFile, ProtectionIsRespected) {
+  Write(At("file"), "old", IfExists::kRefuse);
+  ASSERT_EQ(chmod(At("file").c_str(), 0444), 0);
+  ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
+  const auto write_as_user = [&](const std::string& name) {
+    return InChild([&] {
+      // access() asks for the real user, so that one changes too.
+      if (geteuid() == 0 && setreuid(65534, 65534) != 0) return 255;
+      return static_cast<int>(WriteWholeFile(At(name), "new", IfExists::kReplace).problem);
+    });
+  };
+  EXPECT_EQ(write_as_user("file"), static_cast<int>(FileProblem::kDenied));
+  EXPECT_EQ(write_as_user("other"), static_cast<int>(FileProblem::kNone));
+  ASSERT_EQ(chmod(folder.path.c_str(), 0555), 0);
+  EXPECT_EQ(write_as_user("third"), static_cast<int>(FileProblem::kDenied));
+  ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
+  EXPECT_EQ(Read(At("file")), "old");
+  EXPECT_EQ(CountFiles(), 2);
+}
+
+// A limit on the file size fails in the middle of the text, as a full disk does.
+TEST_F(PosixFile, AFailedWriteLeavesTheOldFileAndNothingElse) {
+  Write(At("file"), "old", IfExists::kRefuse);
+  const auto write_limited = [&](const std::string& name, IfExists if_exists) {
+    return InChild([&] {
+      signal(SIGXFSZ, SIG_IGN);
+      const rlimit limit = {.rlim_cur = 5000, .rlim_max = 5000};
+      if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 255;
+      return static_cast<int>(WriteWholeFile(At(name), std::string(20000, 'n'), if_exists).problem);
+    });
+  };
+  EXPECT_EQ(write_limited("file", IfExists::kReplace), static_cast<int>(FileProblem::kTooLarge));
+  EXPECT_EQ(write_limited("new", IfExists::kRefuse), static_cast<int>(FileProblem::kTooLarge));
+  EXPECT_EQ(Read(At("file")), "old");
+  EXPECT_EQ(CountFiles(), 1);
+}
+
+}  // namespace
+}  // namespace skyhaul
