@@ -7,6 +7,8 @@ set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine)
+
 # Only what was built for Windows is found: a library of this machine would not link, and its
 # include folder would hide the target's own headers.
 if(NOT DEFINED SKYHAUL_WINDOWS_PREFIX)
