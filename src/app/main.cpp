@@ -31,13 +31,16 @@ int RunLongOptions(const Operation& operation, const std::vector<std::string>& a
   return RunLongCommand(NativePlatform(), operation, options);
 }
 
-int RunSwitches(const Operation& operation, const std::vector<std::string>& arguments,
-                Console& console) {
+ArgumentText GivenText(const ProgramArguments& arguments) {
+  if (ReadsAsSwitches(arguments.text)) return {.files = {}, .text = arguments.text};
+  return CommandTextFromArguments(arguments.words, FileExists);
+}
+
+int RunSwitches(const Operation& operation, const ProgramArguments& arguments, Console& console) {
   CommandLineBlock block;
   std::string message;
   const CommandLineHost host = {.is_port_name = IsPortName};
-  const ArgumentText given = CommandTextFromArguments(arguments, FileExists);
-  if (ParseArguments(given, host, block, message) != 0) {
+  if (ParseArguments(GivenText(arguments), host, block, message) != 0) {
     ShowMessage(operation, message, kCommandLineTitle);
     return kExitBadCommandLine;
   }
@@ -67,14 +70,14 @@ int CheckOutput(const Operation& operation, int status) {
 int main(int argc, char** argv) {
   SurviveBrokenPipes();
   WriteUtf8();
-  const std::vector<std::string> arguments = ReadProgramArguments(argc, argv).words;
+  const ProgramArguments arguments = ReadProgramArguments(argc, argv);
   Console console;
   console.terminal = ErrorIsTerminal();
   const Shell shell = ConsoleShell(console);
   Operation operation;
   operation.shell = &shell;
-  const int status = HasLongOptions(arguments) ? RunLongOptions(operation, arguments)
-                                               : RunSwitches(operation, arguments, console);
+  const int status = HasLongOptions(arguments.words) ? RunLongOptions(operation, arguments.words)
+                                                     : RunSwitches(operation, arguments, console);
   FinishProgressLine(console);
   return CheckOutput(operation, status);
 }

@@ -1,5 +1,7 @@
 #include "app/command_line/from_arguments.h"
 
+#include "app/command_line/tokeniser.h"
+
 namespace skyhaul {
 
 namespace {
@@ -15,6 +17,12 @@ std::string QuoteValue(const std::string& argument) {
 }
 
 }  // namespace
+
+bool ReadsAsSwitches(const std::string& text) {
+  std::string ignored;
+  const auto take = [](const Item&) { return 0; };
+  return text.starts_with('/') && Tokenise(text, take, ignored) == 0;
+}
 
 ArgumentText CommandTextFromArguments(std::span<const std::string> arguments,
                                       const FileExistsFunction& file_exists) {

@@ -54,5 +54,24 @@ TEST(FromArguments, RebuildsTheCommandLine) {
   }
 }
 
+TEST(FromArguments, AWholeCommandLineIsKeptWhenItsQuotesStandAroundValues) {
+  const struct {
+    const char* text;
+    bool reads;
+  } cases[] = {
+      {"/EXIT", true},
+      {"/IGC_LOG=\"C:\\My flights\\\" /EXIT", true},
+      {"/igc_log=flights  /PILOT=\"First Last\"", true},
+      {"", false},
+      {"flight.igc", false},
+      {"\"C:\\My flights\\a.igc\"", false},
+      {"--info flight.igc", false},
+      {"\"/PILOT=First Last\" /EXIT", false},
+      {"/EXIT \"/PILOT=First Last\"", false},
+      {"/EXIT flight.igc", false},
+  };
+  for (const auto& c : cases) EXPECT_EQ(ReadsAsSwitches(c.text), c.reads) << c.text;
+}
+
 }  // namespace
 }  // namespace skyhaul
