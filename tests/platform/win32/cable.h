@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <vector>
 
 #include "platform/platform.h"
 

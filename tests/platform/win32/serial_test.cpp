@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cwchar>
 #include <string>
+#include <vector>
 
 #include "platform/win32/port_list.h"
 #include "platform/win32/serial_port.h"
@@ -180,7 +182,7 @@ TEST_F(SerialCable, TheRegistrysPortsAreListed) {
   constexpr const wchar_t* kDevices[] = {L"\\Device\\Skyhaul1", L"\\Device\\Skyhaul0"};
   constexpr const wchar_t* kNames[] = {L"COM10", L"COM9"};
   for (int i = 0; i < 2; ++i) {
-    const auto bytes = static_cast<DWORD>((wcslen(kNames[i]) + 1) * sizeof(wchar_t));
+    const auto bytes = static_cast<DWORD>((std::wcslen(kNames[i]) + 1) * sizeof(wchar_t));
     RegSetValueExW(key, kDevices[i], 0, REG_SZ, reinterpret_cast<const BYTE*>(kNames[i]), bytes);
   }
   std::vector<PortInfo> ports;
@@ -192,7 +194,6 @@ TEST_F(SerialCable, TheRegistrysPortsAreListed) {
     EXPECT_EQ(port.name, Serial().name_of(nullptr, port.number));
     if (port.number == kNear || port.number == kFar) ours.push_back(port.name);
   }
-  EXPECT_EQ(ours.size(), 2U);
   EXPECT_THAT(ours, ::testing::UnorderedElementsAre("COM9", R"(\\.\COM10)"));
 }
 
