@@ -135,16 +135,16 @@ struct Transfer {
 // Ends an overlapped call that ReadFile() or WriteFile() began and returned `done` for. Running out
 // of time is no error: Windows counts it as a success of fewer bytes, and Wine says ERROR_TIMEOUT.
 Transfer FinishTransfer(SerialPort& port, OVERLAPPED& block, BOOL done, DWORD patience_ms) {
-  Transfer transfer;
+  Transfer transfer{.error = done != 0 ? ERROR_SUCCESS : GetLastError()};
   bool cancelled = false;
-  if (done == 0) {
-    transfer.error = GetLastError();
-    if (transfer.error != ERROR_IO_PENDING) return transfer;
+  if (transfer.error == ERROR_IO_PENDING) {
     cancelled = WaitForSingleObject(block.hEvent, patience_ms + kDriverGrace_ms) != WAIT_OBJECT_0;
     if (cancelled) CancelIoEx(port.file.handle, &block);
   }
-  const BOOL ended = GetOverlappedResult(port.file.handle, &block, &transfer.count, TRUE);
-  transfer.error = ended != 0 ? ERROR_SUCCESS : GetLastError();
+  if (transfer.error == ERROR_IO_PENDING || transfer.error == ERROR_SUCCESS) {
+    const BOOL ended = GetOverlappedResult(port.file.handle, &block, &transfer.count, TRUE);
+    transfer.error = ended != 0 ? ERROR_SUCCESS : GetLastError();
+  }
   if (transfer.error == ERROR_TIMEOUT || (cancelled && transfer.error == ERROR_OPERATION_ABORTED)) {
     transfer.error = ERROR_SUCCESS;
   }
