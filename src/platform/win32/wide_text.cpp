@@ -30,7 +30,7 @@ std::string Utf8Text(std::wstring_view wide) {
 }
 
 std::wstring WidePath(const std::string& utf8) {
-  const std::wstring path = WideText(utf8);
+  std::wstring path = WideText(utf8);
   if (path.size() < kLongestUsualPath || path.starts_with(L"\\\\?\\")) return path;
   // The form without a limit knows no current folder and no "/", so both are resolved first.
   const DWORD room = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);

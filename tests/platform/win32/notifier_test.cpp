@@ -12,7 +12,7 @@
 namespace skyhaul {
 namespace {
 
-constexpr DWORD kEndOfText = 1;  // a message number of a thread's own, above WM_APP
+constexpr UINT kHold = WM_APP;
 
 int Send(const std::string& client, const std::string& text) {
   return NativePlatform().notifier.send(nullptr, client, text);
@@ -25,39 +25,34 @@ struct Received {
 
 // A program with a window of a class, on a thread of its own. It answers for as long as it is not
 // held.
-class Client {
- public:
+struct Client {
   Client(const std::string& class_name, HWND parent) {
-    thread_ = std::thread([this, class_name, parent] { Run(WideText(class_name), parent); });
-    ready_.wait(false);
+    thread = std::thread([this, class_name, parent] { Run(WideText(class_name), parent); });
+    ready.wait(false);
   }
   ~Client() {
     Release();
-    PostThreadMessageW(thread_id_, WM_APP, kEndOfText, 0);
-    thread_.join();
+    PostThreadMessageW(thread_id, WM_QUIT, 0, 0);
+    thread.join();
   }
   Client(const Client&) = delete;
   Client& operator=(const Client&) = delete;
 
   // The window answers nothing from now on.
   void Hold() {
-    held_ = true;
-    SendNotifyMessageW(window_, WM_APP, 0, 0);
+    held = true;
+    SendNotifyMessageW(window, kHold, 0, 0);
   }
   void Release() {
-    held_ = false;
-    held_.notify_all();
+    held = false;
+    held.notify_all();
   }
 
-  // Ends the client and tells what it got.
-  Received received;
-
- private:
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM sender, LPARAM data) {
-    auto* client = reinterpret_cast<Client*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (client != nullptr && message == WM_APP) client->held_.wait(true);
+  static LRESULT CALLBACK Procedure(HWND target, UINT message, WPARAM sender, LPARAM data) {
+    auto* client = reinterpret_cast<Client*>(GetWindowLongPtrW(target, GWLP_USERDATA));
+    if (client != nullptr && message == kHold) client->held.wait(true);
     if (client == nullptr || message != WM_COPYDATA) {
-      return DefWindowProcW(window, message, sender, data);
+      return DefWindowProcW(target, message, sender, data);
     }
     const auto* copied = reinterpret_cast<const COPYDATASTRUCT*>(data);
     client->received.texts.emplace_back(static_cast<const char*>(copied->lpData), copied->cbData);
@@ -71,26 +66,24 @@ class Client {
     window_class.hInstance = GetModuleHandleW(nullptr);
     window_class.lpszClassName = class_name.c_str();
     RegisterClassW(&window_class);
-    window_ = CreateWindowW(class_name.c_str(), L"", 0, 0, 0, 0, 0, parent, nullptr,
-                            window_class.hInstance, nullptr);
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    thread_id_ = GetCurrentThreadId();
-    ready_ = true;
-    ready_.notify_all();
+    window = CreateWindowW(class_name.c_str(), L"", 0, 0, 0, 0, 0, parent, nullptr,
+                           window_class.hInstance, nullptr);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    thread_id = GetCurrentThreadId();
+    ready = true;
+    ready.notify_all();
     MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-      if (message.hwnd == nullptr && message.wParam == kEndOfText) break;
-      DispatchMessageW(&message);
-    }
-    DestroyWindow(window_);
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    DestroyWindow(window);
     UnregisterClassW(class_name.c_str(), window_class.hInstance);
   }
 
-  std::thread thread_;
-  std::atomic<bool> ready_ = false;
-  std::atomic<bool> held_ = false;
-  HWND window_ = nullptr;
-  DWORD thread_id_ = 0;
+  Received received;  // by the client's thread, while send() waits for it
+  std::thread thread;
+  std::atomic<bool> ready = false;
+  std::atomic<bool> held = false;
+  HWND window = nullptr;
+  DWORD thread_id = 0;
 };
 
 TEST(Notifier, TextsArriveWholeAndInOrder) {
