@@ -20,7 +20,7 @@ constexpr size_t kMaxNameInTemporary = 100;  // characters of up to two units; 2
 constexpr int kTemporaryAttempts = 100;
 constexpr int kShareAttempts = 10;
 constexpr DWORD kShareWait_ms = 50;
-constexpr DWORD kDirectoryNotSupported = 336;  // the system's number, which older headers lack
+constexpr DWORD kDirectoryNotSupported = 336;  // a number of the system that older headers lack
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 struct KnownError {
@@ -42,6 +42,7 @@ constexpr KnownError kKnownErrors[] = {
     {ERROR_WRITE_PROTECT, FileProblem::kDenied},
     {ERROR_SHARING_VIOLATION, FileProblem::kDenied},
     {ERROR_LOCK_VIOLATION, FileProblem::kDenied},
+    {ERROR_UNABLE_TO_REMOVE_REPLACED, FileProblem::kDenied},
     {kDirectoryNotSupported, FileProblem::kIsDirectory},
     {ERROR_FILE_TOO_LARGE, FileProblem::kTooLarge},
 };
@@ -51,6 +52,8 @@ FileResult ResultOf(DWORD error) {
   const auto* const known = std::find_if(std::begin(kKnownErrors), std::end(kKnownErrors),
                                          [&](const KnownError& k) { return k.error == error; });
   const bool found = known != std::end(kKnownErrors);
+  // Not every version has words for it.
+  if (error == kDirectoryNotSupported) return {known->problem, "This is a folder"};
   return {.problem = found ? known->problem : FileProblem::kOther, .reason = SystemReason(error)};
 }
 
@@ -133,13 +136,17 @@ Target FindTarget(const std::wstring& path) {
   Target target;
   target.path = path;
   const DWORD attributes = Attributes(path);
+  const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
   if (path.empty()) target.error = ERROR_INVALID_NAME;
   if (IsFolder(attributes)) target.error = kDirectoryNotSupported;
   if (target.error != ERROR_SUCCESS) return target;
+  target.exists = exists;
+  // Wine lets the superuser write all the same.
+  if (exists && (attributes & FILE_ATTRIBUTE_READONLY) != 0) target.error = ERROR_ACCESS_DENIED;
+  if (target.error != ERROR_SUCCESS) return target;
   const OwnedHandle file(Open(path, GENERIC_WRITE, OPEN_EXISTING));
   if (file.handle == nullptr) {
-    target.exists = attributes != INVALID_FILE_ATTRIBUTES;
-    if (target.exists) target.error = GetLastError();
+    if (exists) target.error = GetLastError();
     return target;
   }
   target.exists = true;
@@ -191,32 +198,36 @@ DWORD Fill(TemporaryFile& temporary, const std::string& text) {
   return ERROR_SUCCESS;
 }
 
-// ReplaceFile keeps the old file's permissions; file systems that cannot do that still rename.
-bool TakeNameOnce(const std::wstring& from, const Target& target, IfExists if_exists) {
-  const wchar_t* to = target.path.c_str();
-  if (if_exists == IfExists::kRefuse) {
-    return MoveFileExW(from.c_str(), to, MOVEFILE_WRITE_THROUGH) != 0;
-  }
-  constexpr DWORD kFlags = REPLACEFILE_WRITE_THROUGH | REPLACEFILE_IGNORE_MERGE_ERRORS;
-  if (target.exists && ReplaceFileW(to, from.c_str(), nullptr, kFlags, nullptr, nullptr) != 0) {
-    return true;
-  }
-  return MoveFileExW(from.c_str(), to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+bool IsHeld(DWORD error) {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION ||
+         error == ERROR_ACCESS_DENIED || error == ERROR_UNABLE_TO_REMOVE_REPLACED;
 }
 
-// Virus scanners and search indexers open new files for a moment, which keeps them from being
-// renamed.
-DWORD TakeName(TemporaryFile& temporary, const Target& target, IfExists if_exists) {
-  DWORD error = ERROR_SUCCESS;
-  for (int i = 0; i < kShareAttempts; ++i) {
-    if (i > 0) Sleep(kShareWait_ms);
-    if (TakeNameOnce(temporary.path, target, if_exists)) {
-      temporary.made = false;
+// ReplaceFile keeps the old file's permissions; file systems that cannot do that still rename.
+DWORD TakeNameOnce(const std::wstring& from, const Target& target, IfExists if_exists) {
+  const wchar_t* to = target.path.c_str();
+  DWORD how = MOVEFILE_WRITE_THROUGH;
+  if (if_exists == IfExists::kReplace) {
+    constexpr DWORD kFlags = REPLACEFILE_WRITE_THROUGH | REPLACEFILE_IGNORE_MERGE_ERRORS;
+    how |= MOVEFILE_REPLACE_EXISTING;
+    if (target.exists && ReplaceFileW(to, from.c_str(), nullptr, kFlags, nullptr, nullptr) != 0) {
       return ERROR_SUCCESS;
     }
-    error = GetLastError();
-    if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION) return error;
+    const DWORD error = GetLastError();
+    if (target.exists && IsHeld(error)) return error;
   }
+  return MoveFileExW(from.c_str(), to, how) != 0 ? ERROR_SUCCESS : GetLastError();
+}
+
+// Virus scanners and search indexers open files for a moment, which keeps them from being renamed.
+// That the file may be changed and the folder may get one is known by now.
+DWORD TakeName(TemporaryFile& temporary, const Target& target, IfExists if_exists) {
+  DWORD error = TakeNameOnce(temporary.path, target, if_exists);
+  for (int i = 1; i < kShareAttempts && IsHeld(error); ++i) {
+    Sleep(kShareWait_ms);
+    error = TakeNameOnce(temporary.path, target, if_exists);
+  }
+  if (error == ERROR_SUCCESS) temporary.made = false;
   return error;
 }
 
