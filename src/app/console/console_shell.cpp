@@ -33,9 +33,14 @@ std::string Shown(std::string_view text) {
   }
 }
 
+// Standard error has no buffer: what is not one write can tear a line, or on Windows a letter.
+void WriteError(const std::string& text) {
+  std::fputs(text.c_str(), stderr);
+}
+
 void PrintLine(Console& console, const std::string& line) {
   EndProgressLine(console);
-  std::fprintf(stderr, "%s\n", Shown(line).c_str());
+  WriteError(Shown(line) + '\n');
 }
 
 void Message(void* context, const char* text, const char* title) {
@@ -77,7 +82,7 @@ void Progress(void* context, const char* text, int percent) {
   }
   const size_t width = line.size();
   if (width < console.progress_width) line.append(console.progress_width - width, ' ');
-  std::fprintf(stderr, "\r%s", line.c_str());
+  WriteError('\r' + line);
   console.progress_width = std::max(width, size_t{1});
 }
 
