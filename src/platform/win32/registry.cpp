@@ -48,7 +48,7 @@ RegistryOpening Open(void*, RegistryKey which) {
 
 // The bytes of a value as the program knows them, a text's terminating zero still among them.
 std::string BytesOfData(ValueKind kind, const std::vector<BYTE>& data) {
-  const std::string bytes(data.begin(), data.end());
+  std::string bytes(data.begin(), data.end());
   if (kind != ValueKind::kText) return bytes;
   std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
   bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t));
