@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "instruments/bench.h"
-#include "tests/support/recording_shell.h"
-#include "tests/support/scripted_instrument.h"
+#include "tests/support/job_bench.h"
 
 namespace skyhaul {
 namespace {
@@ -23,31 +21,15 @@ int Ask(Job& job) {
   return answer == '!' ? kUnusable : 0;
 }
 
-class FindInstrumentTest : public testing::Test {
- protected:
-  void SetUp() override {
-    instrument = MakeScripted(script);
-    bench.instrument = &instrument;
+struct FindInstrumentTest : testing::Test, ScriptedBench {
+  FindInstrumentTest() {
     bench.instrument_port = "c";
-    platform = BenchPlatform(bench);
-    shell = MakeShell(recorder);
-    job.operation.shell = &shell;
-    job.link.platform = &platform;
-    job.link.operation = &job.operation;
     job.link.automatic = true;
     job.link.candidates = {"a", "b", "c"};
     bench.open_problems["a"] = PortProblem::kBusy;
   }
 
   int Find() { return FindInstrument(job, {.baud = 57600, .xon_xoff = true}, Ask); }
-
-  ScriptedInstrument script;
-  SimulatedInstrument instrument;
-  Bench bench;
-  Platform platform;
-  RecordingShell recorder;
-  Shell shell;
-  Job job;
 };
 
 TEST_F(FindInstrumentTest, TriesEveryPortAndKeepsTheOneThatAnswers) {
@@ -90,13 +72,11 @@ TEST_F(FindInstrumentTest, SaysWhyWhenNoPortOpens) {
 }
 
 TEST_F(FindInstrumentTest, AnAbortAtAnyWaitEndsIt) {
-  bench.abort = [](void* context) { static_cast<Operation*>(context)->aborted = true; };
-  bench.abort_context = &job.operation;
   for (size_t at = 0; at < 60; ++at) {
     job.operation.aborted = false;
     recorder = {};
     bench.waits = 0;
-    bench.fault = {.kind = FaultKind::kAbort, .at = at};
+    bench.fault = Abort(at);
     const uint64_t start_ns = bench.now_ns;
     EXPECT_EQ(Find(), -1);
     EXPECT_TRUE(Has(recorder.statuses, "Transfer aborted"));

@@ -84,18 +84,14 @@ class JobRunnerTest : public testing::Test {
 constexpr uint32_t kLong_ms = 60000;
 
 TEST_F(JobRunnerTest, RefusesInTheGivenOrder) {
-  const struct {
-    uint32_t access_type;
-    uint32_t protocol_type;
-    const char* message;
-  } cases[] = {
+  const std::tuple<uint32_t, uint32_t, const char*> cases[] = {
       {11, 21, "GPS access: Bad access type"},
       {10, 21, "GPS access: Bad protocol type"},
       {kReadProductData, kFlytec, "GPS access: Unsupported access function"},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Start(c.access_type, c.protocol_type), -1);
-    EXPECT_EQ(recorder.messages.back(), c.message);
+  for (const auto& [access_type, protocol_type, message] : cases) {
+    EXPECT_EQ(Start(access_type, protocol_type), -1);
+    EXPECT_EQ(recorder.messages.back(), message);
   }
   EXPECT_EQ(outcome.calls, 0);
   EXPECT_FALSE(JobRunning());

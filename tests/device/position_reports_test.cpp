@@ -9,11 +9,7 @@ namespace skyhaul {
 namespace {
 
 TEST(PositionReports, ReportsAtTheIntervalOfFlightTime) {
-  const struct {
-    const char* client;
-    uint32_t interval_s;
-    std::vector<std::string> told;
-  } cases[] = {
+  const std::tuple<const char*, uint32_t, std::vector<std::string>> cases[] = {
       {"", 10, {}},
       {"me", 0, {}},
       {"me",
@@ -21,12 +17,12 @@ TEST(PositionReports, ReportsAtTheIntervalOfFlightTime) {
        {"me: Pos=47.000000,-11.500000,124", "me: Pos=47.000000,-11.500000,125",
         "me: Pos=47.000000,-11.500000,126"}},
   };
-  for (const auto& c : cases) {
+  for (const auto& [client, interval_s, told] : cases) {
     Bench bench;
     const Platform platform = BenchPlatform(bench);
     Job job;
     job.link.platform = &platform;
-    job.reports = {.client = c.client, .interval_s = c.interval_s};
+    job.reports = {.client = client, .interval_s = interval_s};
     TrackPoint point = {.lat = RadiansToSemicircles(47 / kDegreesPerRadian),
                         .lon = RadiansToSemicircles(-11.5 / kDegreesPerRadian)};
     uint32_t last_time = 0;
@@ -37,7 +33,7 @@ TEST(PositionReports, ReportsAtTheIntervalOfFlightTime) {
       alt_dm += 5;
       ReportPosition(job, point, last_time);
     }
-    EXPECT_EQ(bench.told, c.told);
+    EXPECT_EQ(bench.told, told);
   }
 }
 

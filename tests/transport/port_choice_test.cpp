@@ -42,10 +42,7 @@ TEST(PortChoice, ANewPortIsNoticed) {
   Bench bench;
   const Platform platform = BenchPlatform(bench);
   PortMemory memory;
-  const struct {
-    Names listed;
-    const char* expected;
-  } changes[] = {
+  const std::pair<Names, const char*> changes[] = {
       {{}, ""},                     // only remembered
       {{"a", "b"}, "b"},            // nothing was remembered: the highest number
       {{"a", "b"}, ""},             // nothing new
@@ -53,9 +50,9 @@ TEST(PortChoice, ANewPortIsNoticed) {
       {{"a"}, ""},                  // ports that go are no reason to change
       {{"a", "b"}, "b"},
   };
-  for (const auto& change : changes) {
-    bench.ports = Ports(change.listed);
-    EXPECT_EQ(NewPort(platform, memory), change.expected);
+  for (const auto& [listed, expected] : changes) {
+    bench.ports = Ports(listed);
+    EXPECT_EQ(NewPort(platform, memory), expected);
   }
 }
 

@@ -2,9 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "instruments/bench.h"
-#include "tests/support/recording_shell.h"
-#include "tests/support/scripted_instrument.h"
+#include "tests/support/job_bench.h"
 #include "transport/trace.h"
 
 namespace skyhaul {
@@ -12,30 +10,8 @@ namespace {
 
 constexpr SerialSettings kSettings = {.baud = 57600, .xon_xoff = true};
 
-// A link over a bench on which a scripted instrument answers.
-class SerialLinkTest : public testing::Test {
- protected:
-  void SetUp() override {
-    instrument = MakeScripted(script);
-    bench.instrument = &instrument;
-    platform = BenchPlatform(bench);
-    shell = MakeShell(recorder);
-    operation.shell = &shell;
-    link.platform = &platform;
-    link.operation = &operation;
-    link.port_name = bench.instrument_port;
-    bench.abort = [](void* context) { static_cast<Operation*>(context)->aborted = true; };
-    bench.abort_context = &operation;
-  }
-
-  ScriptedInstrument script;
-  SimulatedInstrument instrument;
-  Bench bench;
-  Platform platform;
-  RecordingShell recorder;
-  Shell shell;
-  Operation operation;
-  SerialLink link;
+struct SerialLinkTest : testing::Test, ScriptedBench {
+  SerialLink& link = job.link;
 };
 
 TEST_F(SerialLinkTest, OpensAtOnceAndLetsThePortSettle) {
@@ -61,22 +37,20 @@ TEST_F(SerialLinkTest, TriesOnceASecondAndCountsDown) {
 }
 
 TEST_F(SerialLinkTest, SaysWhyItCouldNotOpen) {
-  struct Case {
+  const struct {
     uint32_t attempts;
     PortProblem problem;
     SetupStep setup;
     uint64_t elapsed_ms;
-    const char* message;
-  } const cases[] = {
+    std::string reason;
+  } cases[] = {
       {3, PortProblem::kBusy, SetupStep::kNone, 3000,
-       "Connecting to GPS on port1: Could not open serial port (sure it's the right one ?)\n"
-       "port1 cannot be opened"},
+       "Could not open serial port (sure it's the right one ?)\nport1 cannot be opened"},
       {0, PortProblem::kBusy, SetupStep::kNone, 0,
-       "Connecting to GPS on port1: Could not open serial port (sure it's the right one ?)"},
-      {3, PortProblem::kNone, SetupStep::kSetState, 100,
-       "Connecting to GPS on port1: Error while initialising port"},
+       "Could not open serial port (sure it's the right one ?)"},
+      {3, PortProblem::kNone, SetupStep::kSetState, 100, "Error while initialising port"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     recorder = {};
     bench.open_problems.clear();
     if (c.problem != PortProblem::kNone) bench.open_problems["port1"] = c.problem;
@@ -85,7 +59,7 @@ TEST_F(SerialLinkTest, SaysWhyItCouldNotOpen) {
     const uint64_t start_ns = bench.now_ns;
     EXPECT_EQ(OpenPort(link, kSettings), -1);
     EXPECT_EQ(Elapsed_ms(bench, start_ns), c.elapsed_ms);
-    EXPECT_EQ(recorder.messages, std::vector<std::string>{c.message});
+    EXPECT_EQ(recorder.messages, std::vector{"Connecting to GPS on port1: " + c.reason});
     EXPECT_EQ(bench.open_port, "") << "the port must not stay open";
     EXPECT_EQ(link.handle, kNoSerialHandle);
   }
@@ -93,7 +67,7 @@ TEST_F(SerialLinkTest, SaysWhyItCouldNotOpen) {
 
 TEST_F(SerialLinkTest, AbortEndsConnectingWithinOneAttempt) {
   bench.open_problems["port1"] = PortProblem::kMissing;
-  bench.fault = {.kind = FaultKind::kAbort, .at = 30};
+  bench.fault = Abort(30);
   const uint64_t start_ns = bench.now_ns;
   EXPECT_EQ(OpenPort(link, kSettings), -1);
   EXPECT_LE(Elapsed_ms(bench, start_ns), 2000U);
@@ -103,19 +77,16 @@ TEST_F(SerialLinkTest, AbortEndsConnectingWithinOneAttempt) {
 
 TEST_F(SerialLinkTest, ReconfiguringSaysWhichStepFailed) {
   ASSERT_EQ(OpenPort(link, kSettings), 0);
-  const struct {
-    SetupStep step;
-    const char* message;
-  } cases[] = {
+  const std::pair<SetupStep, const char*> cases[] = {
       {SetupStep::kGetState, "Initialising COM port: Error getting COM port state"},
       {SetupStep::kSetTimeouts, "Initialising COM port: Error setting COM port timeouts"},
       {SetupStep::kSetState, "Initialising COM port: Error setting COM port state"},
       {SetupStep::kPurge, "Initialising COM port: Error purging COM port buffers"},
   };
-  for (const auto& c : cases) {
-    bench.setup_failure = c.step;
+  for (const auto& [step, message] : cases) {
+    bench.setup_failure = step;
     EXPECT_EQ(ReconfigurePort(link, 9600), -1);
-    EXPECT_EQ(recorder.messages.back(), c.message);
+    EXPECT_EQ(recorder.messages.back(), message);
   }
   bench.setup_failure = SetupStep::kNone;
   const uint64_t start_ns = bench.now_ns;
@@ -169,13 +140,13 @@ TEST_F(SerialLinkTest, ReadingTellsTimeOutPortErrorAndAbortApart) {
             kTimedOut);
   EXPECT_NEAR(static_cast<double>(Elapsed_ms(bench, start_ns)), 4525, 30);
 
-  bench.fault = {.kind = FaultKind::kAbort, .at = bench.waits + 3};
+  bench.fault = Abort(bench.waits + 3);
   start_ns = bench.now_ns;
   EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 60000}, never), kAborted);
   EXPECT_LE(Elapsed_ms(bench, start_ns), 250U);
   EXPECT_TRUE(Has(recorder.statuses, "Transfer aborted"));
 
-  operation.aborted = false;
+  job.operation.aborted = false;
   bench.unplugged = true;
   start_ns = bench.now_ns;
   EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 60000}, never), kPortFailed);

@@ -9,16 +9,14 @@ namespace {
 
 TEST(Trace, HexDumpBreaksAfterSixteenBytesAndAtTheEnd) {
   const std::string line = " 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F\n";
-  const struct {
-    size_t count;
-    std::string expected;
-  } cases[] = {{0, ""}, {3, " 00 01 02\n"}, {16, line}, {17, line + " 10\n"}};
-  for (const auto& c : cases) {
+  const std::pair<size_t, std::string> cases[] = {
+      {0, ""}, {3, " 00 01 02\n"}, {16, line}, {17, line + " 10\n"}};
+  for (const auto& [count, expected] : cases) {
     ClearTrace();
     std::vector<uint8_t> bytes;
-    for (size_t i = 0; i < c.count; ++i) bytes.push_back(static_cast<uint8_t>(i));
+    for (size_t i = 0; i < count; ++i) bytes.push_back(static_cast<uint8_t>(i));
     TraceHexDump(bytes.data(), bytes.size());
-    EXPECT_EQ(TraceContents(), c.expected);
+    EXPECT_EQ(TraceContents(), expected);
   }
 }
 

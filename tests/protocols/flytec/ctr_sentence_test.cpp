@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/units.h"
+#include "tests/support/airspace_place.h"
 
 namespace skyhaul {
 namespace {
@@ -15,11 +15,6 @@ int Take(CtrReceiver& receiver, const std::vector<std::string>& sentences) {
     result = TakeCtrSentence(receiver, sentence);
   }
   return result;
-}
-
-AirspacePosition At(double lat_deg, double lon_deg) {
-  return {RadiansToSemicircles(lat_deg / kDegreesPerRadian),
-          RadiansToSemicircles(lon_deg / kDegreesPerRadian)};
 }
 
 void ExpectNear(AirspacePosition position, AirspacePosition expected) {
@@ -69,10 +64,8 @@ TEST(CtrSentence, LongTextsAreCut) {
 }
 
 TEST(CtrSentence, EachFaultBetweenAirspacesHasItsNumber) {
-  const struct {
-    const char* sentence;
-    int error;
-  } cases[] = {
+  const std::pair<const char*, int> cases[] = {
+      {"$PBRANS,1", 0},  // an empty list
       {"", kCtrNoField},
       {"$PBRANS", kCtrNoField},
       {"$PBRANS,2", kCtrBadEnd},
@@ -88,9 +81,9 @@ TEST(CtrSentence, EachFaultBetweenAirspacesHasItsNumber) {
       {"$PBRCTR,3,0,A,1x", kCtrBadNumber},
       {"$PBRCTR,3,0,A,10000", kCtrBadNumber},
   };
-  for (const auto& c : cases) {
+  for (const auto& [sentence, error] : cases) {
     CtrReceiver receiver;
-    EXPECT_EQ(TakeCtrSentence(receiver, c.sentence), -c.error) << c.sentence;
+    EXPECT_EQ(TakeCtrSentence(receiver, sentence), -error) << sentence;
   }
 }
 
@@ -140,10 +133,7 @@ TEST(CtrSentence, EachFaultOfTheOrderHasItsNumber) {
   const std::string remark = "$PBRCTR,5,1,R";
   const std::string centre = "$PBRCTR,5,2,X,4710.0,N,01104.7,E";
   const std::string start = "$PBRCTR,5,3,T,4710.0,N,01104.7,E,+";
-  const struct {
-    std::vector<std::string> sentences;
-    int error;
-  } cases[] = {
+  const std::pair<std::vector<std::string>, int> cases[] = {
       {{open, open}, kCtrNoRemark},
       {{open, "$PBRCTR,5,2,R"}, kCtrNoRemark},
       {{open, "$PBRANS,1"}, kCtrUnknownSentence},
@@ -157,9 +147,9 @@ TEST(CtrSentence, EachFaultOfTheOrderHasItsNumber) {
       {{open, remark, centre, start, "$PBRCTR,5,4,T,4710.0,N,01104.7,E,+"}, kCtrArcOutOfOrder},
       {{"$PBRCTR,3,0,A,1", "$PBRCTR,3,1,R", "$PBRCTR,3,2,X,4710.0,N,01104.7,E"}, kCtrArcOutOfOrder},
   };
-  for (const auto& c : cases) {
+  for (const auto& [sentences, error] : cases) {
     CtrReceiver receiver;
-    EXPECT_EQ(Take(receiver, c.sentences), -c.error) << c.sentences.back();
+    EXPECT_EQ(Take(receiver, sentences), -error) << sentences.back();
   }
 }
 

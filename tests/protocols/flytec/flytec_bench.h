@@ -1,15 +1,13 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include <gtest/gtest.h>
 
-#include "device/job.h"
-#include "instruments/bench.h"
 #include "protocols/sentence/checksum.h"
-#include "tests/support/recording_shell.h"
-#include "tests/support/scripted_instrument.h"
+#include "tests/support/job_bench.h"
 
 namespace skyhaul {
+
+using Texts = std::vector<std::string>;
 
 // A sentence with its checksum, CR and LF.
 inline std::string Sentence(const std::string& body) {
@@ -19,31 +17,29 @@ inline std::string Sentence(const std::string& body) {
 }
 
 // A job on a bench with a scripted instrument that names itself as told.
-struct FlytecBench {
+struct FlytecBench : ScriptedBench {
   explicit FlytecBench(const std::string& device = "6030", const std::string& software = "3.30") {
     script.answers["$PBRSNP,"] = {
         Sentence("PBRSNP," + device + ",JIMI HENDRIX     ,01001," + software)};
-    instrument = MakeScripted(script);
-    bench.instrument = &instrument;
-    bench.abort = [](void* context) { static_cast<Operation*>(context)->aborted = true; };
-    bench.abort_context = &job.operation;
-    platform = BenchPlatform(bench);
-    shell = MakeShell(recorder);
-    job.operation.shell = &shell;
-    job.link.platform = &platform;
-    job.link.operation = &job.operation;
-    job.link.port_name = bench.instrument_port;
   }
-  FlytecBench(const FlytecBench&) = delete;
-  FlytecBench& operator=(const FlytecBench&) = delete;
-
-  ScriptedInstrument script;
-  SimulatedInstrument instrument;
-  Bench bench;
-  Platform platform;
-  RecordingShell recorder;
-  Shell shell;
-  Job job;
 };
+
+// What goes wrong after an instrument has said its name, and what is told about it.
+struct Failure {
+  std::string answer;  // to the request
+  Fault fault;
+  std::string message;
+};
+
+// Runs a job that must fail with one message and deliver nothing.
+inline void ExpectFailure(FlytecBench& b, JobProcedure procedure, const char* request,
+                          const Failure& failure) {
+  b.script.answers[request] = {failure.answer};
+  b.bench.fault = failure.fault;
+  EXPECT_LT(procedure(b.job), 0) << failure.message;
+  EXPECT_EQ(b.recorder.messages, Texts{failure.message});
+  const JobData& data = b.job.data;
+  EXPECT_TRUE(data.tracks.empty() && data.waypoints.empty() && data.airspaces.empty());
+}
 
 }  // namespace skyhaul

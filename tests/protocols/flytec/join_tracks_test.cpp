@@ -23,11 +23,7 @@ std::vector<DownloadedTrack> Tracks(const std::vector<Span>& spans) {
 }
 
 TEST(JoinTracks, InTheOrderOfTimeWithoutOverlapOrLongGap) {
-  const struct {
-    std::vector<Span> spans;
-    JoinResult result;
-    std::vector<uint32_t> times;
-  } cases[] = {
+  const std::tuple<std::vector<Span>, JoinResult, std::vector<uint32_t>> cases[] = {
       {{{100, 200}}, JoinResult::kJoined, {100, 200}},
       {{{300, 400}, {100, 200}}, JoinResult::kJoined, {100, 200, 300, 400}},
       {{{100, 200}, {200, 300}}, JoinResult::kJoined, {100, 200, 200, 300}},
@@ -36,11 +32,11 @@ TEST(JoinTracks, InTheOrderOfTimeWithoutOverlapOrLongGap) {
       {{{100, 200}, {199, 300}}, JoinResult::kOverlap, {}},
       {{{500, 600}, {100, 200}, {150, 400}}, JoinResult::kOverlap, {}},
   };
-  for (const auto& c : cases) {
-    std::vector<DownloadedTrack> tracks = Tracks(c.spans);
-    ASSERT_EQ(JoinTracks(tracks), c.result);
-    if (c.result != JoinResult::kJoined) {
-      EXPECT_EQ(tracks.size(), c.spans.size()) << "refused tracks stay as they are";
+  for (const auto& [spans, result, expected] : cases) {
+    std::vector<DownloadedTrack> tracks = Tracks(spans);
+    ASSERT_EQ(JoinTracks(tracks), result);
+    if (result != JoinResult::kJoined) {
+      EXPECT_EQ(tracks.size(), spans.size()) << "refused tracks stay as they are";
       continue;
     }
     ASSERT_EQ(tracks.size(), 1U);
@@ -50,9 +46,9 @@ TEST(JoinTracks, InTheOrderOfTimeWithoutOverlapOrLongGap) {
       times.push_back(point.time);
       segments += point.segment_start;
     }
-    EXPECT_EQ(times, c.times);
-    EXPECT_EQ(segments, c.spans.size());
-    EXPECT_EQ(tracks[0].igc.text.empty(), c.spans.size() > 1);
+    EXPECT_EQ(times, expected);
+    EXPECT_EQ(segments, spans.size());
+    EXPECT_EQ(tracks[0].igc.text.empty(), spans.size() > 1);
   }
 }
 

@@ -1,21 +1,13 @@
 #include "protocols/flytec/product_data.h"
 
-#include <gtest/gtest.h>
-
 #include "protocols/flytec/models.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
 namespace skyhaul {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 TEST(ProductData, TextsAreNormalisedAndCut) {
-  const struct {
-    const char* line;
-    int result;
-    Texts texts;
-  } cases[] = {
+  const std::tuple<const char*, int, Texts> cases[] = {
       {"$PBRSNP,5030,JIMI HENDRIX     ,01001,2.00*hh",
        0,
        {"5030", "JIMI HENDRIX", "01001", "2.00"}},
@@ -28,20 +20,17 @@ TEST(ProductData, TextsAreNormalisedAndCut) {
       {"$PBRTL,6030,P,01001,3.30", -1, {}},
       {"", -1, {}},
   };
-  for (const auto& c : cases) {
+  for (const auto& [line, result, texts] : cases) {
     FlytecProductData data;
-    EXPECT_EQ(ParseProductData(c.line, data), c.result) << c.line;
-    if (c.result != 0) continue;
-    EXPECT_EQ((Texts{data.device_name, data.pilot_name, data.serial_number, data.software}),
-              c.texts);
+    EXPECT_EQ(ParseProductData(line, data), result) << line;
+    if (result != 0) continue;
+    EXPECT_EQ((Texts{data.device_name, data.pilot_name, data.serial_number, data.software}), texts);
   }
 }
 
 TEST(ProductData, ModelsAndTheTrackListGate) {
   const struct {
-    const char* device;
-    const char* model;
-    const char* software;
+    const char *device, *model, *software;
     bool has_track_list;
   } cases[] = {
       {"5020", "5020", "1.13", false},
@@ -87,56 +76,34 @@ TEST(ProductData, IsReadAndShown) {
 
 TEST(ProductData, EachFailureHasItsMessage) {
   const struct {
-    const char* what;
-    Texts answers;
+    std::string answer;
     Fault fault;
     uint32_t attempts;
     size_t requests;
     const char* message;
   } cases[] = {
-      {"silence", {""}, {}, 30, 15, "Get GPS product data: No valid response from GPS"},
-      {"odd number of attempts",
-       {""},
-       {},
-       3,
-       2,
-       "Get GPS product data: No valid response from GPS"},
-      {"another sentence",
-       {Sentence("PBRTL,0")},
-       {},
-       2,
-       1,
-       "Get GPS product data: No valid response from GPS"},
-      {"no name",
-       {Sentence("PBRSNP,6030,  ,01001,3.30")},
+      {"", {}, 30, 15, "Get GPS product data: No valid response from GPS"},
+      {"", {}, 3, 2, "Get GPS product data: No valid response from GPS"},
+      {Sentence("PBRTL,0"), {}, 2, 1, "Get GPS product data: No valid response from GPS"},
+      {Sentence("PBRSNP,6030,  ,01001,3.30"),
        {},
        30,
        1,
        "Get GPS product data: Bad/missing user name"},
-      {"write",
-       {""},
-       {.kind = FaultKind::kFailWrite, .at = 1},
-       30,
-       1,
-       "Requesting GPS product data: COM port write error"},
-      {"unplugged",
-       {"$PBRSNP,60"},
-       {.kind = FaultKind::kUnplug, .at = 5},
-       30,
-       1,
-       "Reading product data: COM port read error"},
+      {"", FailWrite(1), 30, 1, "Requesting GPS product data: COM port write error"},
+      {"$PBRSNP,60", Unplug(5), 30, 1, "Reading product data: COM port read error"},
   };
   for (const auto& c : cases) {
     FlytecBench b;
-    b.script.answers["$PBRSNP,"] = c.answers;
+    b.script.answers["$PBRSNP,"] = {c.answer};
     b.bench.fault = c.fault;
     b.job.link.attempts = c.attempts;
     FlytecProductData data;
     const uint64_t start_ns = b.bench.now_ns;
-    EXPECT_LT(ReadProductData(b.job, data), 0) << c.what;
-    EXPECT_EQ(b.recorder.messages, Texts{c.message}) << c.what;
-    EXPECT_EQ(b.script.requests.size(), c.requests) << c.what;
-    EXPECT_LE(Elapsed_ms(b.bench, start_ns), 200 + c.requests * 2051) << c.what;
+    EXPECT_LT(ReadProductData(b.job, data), 0) << c.message;
+    EXPECT_EQ(b.recorder.messages, Texts{c.message});
+    EXPECT_EQ(b.script.requests.size(), c.requests) << c.message;
+    EXPECT_LE(Elapsed_ms(b.bench, start_ns), 200 + c.requests * 2051) << c.message;
   }
 }
 

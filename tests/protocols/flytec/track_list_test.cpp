@@ -1,15 +1,11 @@
 #include "protocols/flytec/track_list.h"
 
-#include <gtest/gtest.h>
-
 #include "core/time_scale.h"
 #include "protocols/flytec/track_list_line.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
 namespace skyhaul {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 TEST(TrackListLine, EachFieldHasItsMessage) {
   const struct {
@@ -82,25 +78,14 @@ TEST(TrackList, TheGateRefusesWithoutAWord) {
 }
 
 TEST(TrackList, EachFailureHasItsMessage) {
-  const struct {
-    std::string answer;
-    Fault fault;
-    const char* message;
-  } cases[] = {
+  const Failure cases[] = {
       {"$PBRTL,1\r\n", {}, "Read GPS track list: NMEA line parse error"},
-      {ListLine(0),
-       {.kind = FaultKind::kFailWrite, .at = 1},
-       "Read GPS track list: E500 COM port write error"},
-      {ListLine(0),
-       {.kind = FaultKind::kUnplug, .at = 60},
-       "Read GPS track list: E503 COM port read error"},
+      {ListLine(0), FailWrite(1), "Read GPS track list: E500 COM port write error"},
+      {ListLine(0), Unplug(60), "Read GPS track list: E503 COM port read error"},
   };
-  for (const auto& c : cases) {
+  for (const Failure& failure : cases) {
     FlytecBench b;
-    b.script.answers["$PBRTL,"] = {c.answer};
-    b.bench.fault = c.fault;
-    EXPECT_EQ(FlytecFlightListJob(b.job) < 0, true);
-    EXPECT_EQ(b.recorder.messages, Texts{c.message});
+    ExpectFailure(b, FlytecFlightListJob, "$PBRTL,", failure);
   }
 }
 

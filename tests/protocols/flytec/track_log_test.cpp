@@ -1,16 +1,11 @@
 #include "protocols/flytec/track_log.h"
 
-#include <gtest/gtest.h>
-
-#include "formats/igc/decode_line.h"
 #include "protocols/flytec/track_list.h"
 #include "protocols/flytec/track_receiver.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
 namespace skyhaul {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 // A flight whose fixes are a second apart, with or without its G record.
 std::string Igc(const char* hour_minute, int fixes, bool sealed = true) {
@@ -111,32 +106,21 @@ TEST(TrackLogJob, SeveralFlightsComeOneByOneOrJoined) {
 }
 
 TEST(TrackLogJob, EachFailureHasItsMessage) {
-  const struct {
-    std::string answer;  // to the track's request
-    Fault fault;
-    const char* message;
-  } cases[] = {
-      {"", {}, "Read GPS track log: 0 points received"},
-      {"AXSH000\r\nG00\r\n", {}, "Read GPS track log: 0 points received"},
-      {"axsh000\r\n", {}, "Read GPS track log: E205 Bad record type (61)"},
-      {Igc("1200", 1) + "\xff", {}, "Read GPS track log: E205 Bad record type (FF)"},
-      {"L" + std::string(81, 'x'), {}, "Read GPS track log: E207 Too long sentence"},
-      {"AX\r\n", {}, "Read GPS track log: E206 Format error 1"},
-      {"B1200004743564N01121571EA0062000640\r\n", {}, "Read GPS track log: E206 Format error 6"},
-      {Igc("1200", 5),
-       {.kind = FaultKind::kFailWrite, .at = 2},
-       "Read GPS track log: E202 COM port write error"},
-      {Igc("1200", 5),
-       {.kind = FaultKind::kUnplug, .at = 150},
-       "Read GPS track log: E203 COM port read error"},
+  const Failure cases[] = {
+      {"", {}, "0 points received"},
+      {"AXSH000\r\nG00\r\n", {}, "0 points received"},
+      {"axsh000\r\n", {}, "E205 Bad record type (61)"},
+      {Igc("1200", 1) + "\xff", {}, "E205 Bad record type (FF)"},
+      {"L" + std::string(81, 'x'), {}, "E207 Too long sentence"},
+      {"AX\r\n", {}, "E206 Format error 1"},
+      {"B1200004743564N01121571EA0062000640\r\n", {}, "E206 Format error 6"},
+      {Igc("1200", 5), FailWrite(2), "E202 COM port write error"},
+      {Igc("1200", 5), Unplug(150), "E203 COM port read error"},
   };
-  for (const auto& c : cases) {
+  for (Failure failure : cases) {
     TwoFlights b;
-    b.script.answers["$PBRTR,00"] = {c.answer};
-    b.bench.fault = c.fault;
-    EXPECT_LT(FlytecTrackLogJob(b.job), 0);
-    EXPECT_EQ(b.recorder.messages, Texts{c.message});
-    EXPECT_TRUE(b.job.data.tracks.empty());
+    failure.message.insert(0, "Read GPS track log: ");
+    ExpectFailure(b, FlytecTrackLogJob, "$PBRTR,00", failure);
   }
 }
 
@@ -184,20 +168,17 @@ TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
 }
 
 TEST(TrackLogJob, JoiningRefusesOverlapsAndGaps) {
-  const struct {
-    const char* oldest_start;
-    const char* message;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"1230", "Read GPS track log: Overlapping track start/stop times"},
       {"1129", "Read GPS track log: Time gap between tracks greater than 3600 s"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [oldest_start, message] : cases) {
     TwoFlights b;
     b.recorder.choice = {0, 1};
     b.job.join_tracks = true;
-    b.script.answers["$PBRTR,01"] = {Igc(c.oldest_start, 3)};
+    b.script.answers["$PBRTR,01"] = {Igc(oldest_start, 3)};
     EXPECT_LT(FlytecTrackLogJob(b.job), 0);
-    EXPECT_EQ(b.recorder.messages, Texts{c.message});
+    EXPECT_EQ(b.recorder.messages, Texts{message});
   }
 }
 
@@ -231,24 +212,20 @@ TEST(TrackLogJob, ClientsHearOfPositionsWhileTheyArrive) {
 
 TEST(TrackReceiver, AnInstrumentThatDoesNotStopIsCutOff) {
   const std::string flight = Igc("1200", 5);
-  const struct {
-    size_t most_text;
-    size_t most_positions;
-    const char* message;
-  } cases[] = {
+  const std::tuple<size_t, size_t, const char*> cases[] = {
       {flight.size(), 5, ""},
       {flight.size() - 1, 5, "E200 Track log memory allocation"},
       {flight.size(), 4, "E201 Track log memory allocation"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [most_text, most_positions, message] : cases) {
     TrackReceiver receiver;
-    receiver.most_text = c.most_text;
-    receiver.most_positions = c.most_positions;
+    receiver.most_text = most_text;
+    receiver.most_positions = most_positions;
     TrackFault fault = TrackFault::kNone;
     for (size_t i = 0; i < flight.size() && fault == TrackFault::kNone; ++i) {
       fault = FeedTrackByte(receiver, static_cast<uint8_t>(flight[i]));
     }
-    EXPECT_EQ(TrackFaultMessage(fault, receiver.detail), c.message);
+    EXPECT_EQ(TrackFaultMessage(fault, receiver.detail), message);
   }
 }
 

@@ -8,19 +8,15 @@ namespace skyhaul {
 namespace {
 
 TEST(Positions, AreWrittenRoundedWithTheHemisphereOfTheSign) {
-  const struct {
-    double degrees;
-    const char* latitude;
-    const char* longitude;
-  } cases[] = {
+  const std::tuple<double, const char*, const char*> cases[] = {
       {0, "0000.000,N", "00000.000,E"},           {-0.0000001, "0000.000,S", "00000.000,W"},
       {47.72606666, "4743.564,N", "04743.564,E"}, {-7.99999999, "0800.000,S", "00800.000,W"},
       {90, "9000.000,N", "09000.000,E"},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(FormatLatitude(c.degrees, kMilliminutesPerDegree), c.latitude);
-    EXPECT_EQ(FormatLongitude(c.degrees, kMilliminutesPerDegree), c.longitude);
-    EXPECT_EQ(FormatLatitude(c.degrees / kDegreesPerRadian, kMilliminutesPerRadian), c.latitude);
+  for (const auto& [degrees, latitude, longitude] : cases) {
+    EXPECT_EQ(FormatLatitude(degrees, kMilliminutesPerDegree), latitude);
+    EXPECT_EQ(FormatLongitude(degrees, kMilliminutesPerDegree), longitude);
+    EXPECT_EQ(FormatLatitude(degrees / kDegreesPerRadian, kMilliminutesPerRadian), latitude);
   }
   EXPECT_EQ(FormatLongitude(-180, kMilliminutesPerDegree), "18000.000,W");
 }
