@@ -1,11 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <string>
-#include <vector>
-
 #include "formats/cup/read_cup.h"
 #include "formats/cup/write_cup.h"
+#include "tests/formats/read_text.h"
+#include "tests/formats/values/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {
@@ -29,31 +25,23 @@ TEST(WriteCup, WritesTheUsualLines) {
 }
 
 TEST(WriteCup, ComesBackWithinItsResolution) {
-  constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
-  constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
   const std::vector<FileWaypoint> waypoints = {
       {.lat = 551549341, .lon = 88654321, .altitude_m = 1234.56, .name = "A01"},
       {.lat = -(1 << 30),
-       .lon = kMin,
+       .lon = INT32_MIN,
        .altitude_m = -430,
        .name = "Süd, \"Pol\"",
        .description = "-- Ж"},
-      {.lat = 1 << 30, .lon = kMax, .name = "same", .comment = "remark", .type = kWaypointAirfield},
+      {.lat = 1 << 30,
+       .lon = INT32_MAX,
+       .name = "same",
+       .comment = "remark",
+       .type = kWaypointAirfield},
       {.lat = -77, .lon = -99, .name = "12", .description = "4500.000N,00700.000E"},
   };
-  WaypointFile file;
-  std::string message;
-  ASSERT_EQ(ReadCup(WriteCup(waypoints), file, message), 4) << message;
-  for (size_t i = 0; i < waypoints.size(); ++i) {
-    constexpr double kHalfMilliminute = 99.5;  // in semicircles
-    EXPECT_NEAR(file.waypoints[i].lat, waypoints[i].lat, kHalfMilliminute);
-    EXPECT_NEAR(file.waypoints[i].lon, waypoints[i].lon, kHalfMilliminute);
-    EXPECT_NEAR(file.waypoints[i].altitude_m, waypoints[i].altitude_m, 0.0501);
-    EXPECT_EQ(file.waypoints[i].name, waypoints[i].name);
-    EXPECT_EQ(file.waypoints[i].description, waypoints[i].description);
-    EXPECT_EQ(file.waypoints[i].comment, waypoints[i].comment);
-    EXPECT_EQ(file.waypoints[i].type, waypoints[i].type);
-  }
+  constexpr double kHalfMilliminute = 99.5;  // in semicircles
+  ExpectSameWaypoints(ReadGood(ReadCup, WriteCup(waypoints)).waypoints, waypoints,
+                      {.altitude_m = 0.0501, .semicircles = kHalfMilliminute});
 }
 
 }  // namespace

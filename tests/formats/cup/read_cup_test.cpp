@@ -1,13 +1,8 @@
 #include "formats/cup/read_cup.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <string>
-#include <string_view>
-
 #include "formats/waypoints/position.h"
+#include "tests/formats/read_text.h"
 
 namespace skyhaul {
 namespace {
@@ -17,17 +12,9 @@ using testing::ElementsAre;
 constexpr std::string_view kHeading =
     "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\r\n";
 
-WaypointFile Read(std::string_view text) {
-  WaypointFile file;
-  std::string message;
-  const int count = ReadCup(text, file, message);
-  EXPECT_EQ(count, static_cast<int>(file.waypoints.size())) << message;
-  EXPECT_EQ(message, "");
-  return file;
-}
-
 TEST(ReadCup, ReadsAWaypoint) {
-  const WaypointFile file = Read(
+  const WaypointFile file = ReadGood(
+      ReadCup,
       "name,code,country,lat,lon,elev,style,rwdir,rwlen,rwwidth,freq,desc,userdata,pics\r\n"
       "\"Lesce-Bled\",\"LJBL\",SI,4621.666N,01410.332E,504.0m,5,130,1130m,30m,123.500,"
       "\"Home, \"\"the\"\" field\",,\r\n");
@@ -44,20 +31,16 @@ TEST(ReadCup, ReadsAWaypoint) {
 }
 
 TEST(ReadCup, ChoosesNameAndDescription) {
-  const struct {
-    std::string_view name_and_code;
-    std::string_view name;
-    std::string_view description;
-  } cases[] = {
+  const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
       {"A01,A01", "A01", ""}, {"A01,", "A01", ""},      {"Start hill,A01", "A01", "Start hill"},
       {",A01", "A01", ""},    {"Z\xFCrs,", "Zürs", ""},
   };
-  for (const auto& test : cases) {
-    const WaypointFile file = Read(std::string(kHeading) + std::string(test.name_and_code) +
-                                   ",,0000.000N,00000.000E,,1,,,,remark\n");
+  for (const auto& [name_and_code, name, description] : cases) {
+    const WaypointFile file = ReadGood(ReadCup, std::string(kHeading) + std::string(name_and_code) +
+                                                    ",,0000.000N,00000.000E,,1,,,,remark\n");
     ASSERT_EQ(file.waypoints.size(), 1U);
-    EXPECT_EQ(file.waypoints[0].name, test.name);
-    EXPECT_EQ(file.waypoints[0].description, test.description);
+    EXPECT_EQ(file.waypoints[0].name, name);
+    EXPECT_EQ(file.waypoints[0].description, description);
     EXPECT_EQ(file.waypoints[0].comment, "remark");
   }
 }
@@ -79,7 +62,7 @@ TEST(ReadCup, ReadsPositionsElevationsAndStyles) {
   };
   for (const auto& test : cases) {
     const WaypointFile file =
-        Read(std::string(kHeading) + "P,,," + std::string(test.fields) + "\n");
+        ReadGood(ReadCup, std::string(kHeading) + "P,,," + std::string(test.fields) + "\n");
     ASSERT_EQ(file.waypoints.size(), 1U) << test.fields;
     EXPECT_NEAR(DegreesFromSemicircles(file.waypoints[0].lat), test.lat_deg, 1e-7) << test.fields;
     EXPECT_NEAR(DegreesFromSemicircles(file.waypoints[0].lon), test.lon_deg, 1e-7) << test.fields;
@@ -89,23 +72,24 @@ TEST(ReadCup, ReadsPositionsElevationsAndStyles) {
 }
 
 TEST(ReadCup, SkipsBrokenLinesWithANote) {
-  const WaypointFile file = Read(
-      "\xEF\xBB\xBFTitle,Code,Country,Latitude,Longitude,Elevation,Style,Direction,Length,"
-      "Frequency,Description\n"
-      "good,,,4530.000N,00730.000E,0m,1\n"
-      "\n"
-      "short,,,4530.000N\n"
-      "sixty,,,4560.000N,00730.000E,0m,1\n"
-      "pole,,,9000.001N,00730.000E,0m,1\n"
-      "swapped,,,00730.000E,4530.000N,0m,1\n"
-      "sign,,,-4530.000N,00730.000E,0m,1\n"
-      "unit,,,4530.000N,00730.000E,9 nm,1\n"
-      "\"two\nlines\",,,4530.000N,00730.000E,0m,1\n"
-      "\"open,,,4530.000N,00730.000E,0m,1\n"
-      "high,,,4530.000N,00730.000E,900000m,1\n"
-      "last,,,4530.000N,00730.000E,0m,1\n"
-      "-----Related Tasks-----\n"
-      ",\"good\",\"last\"\n");
+  const WaypointFile file =
+      ReadGood(ReadCup,
+               "\xEF\xBB\xBFTitle,Code,Country,Latitude,Longitude,Elevation,Style,Direction,Length,"
+               "Frequency,Description\n"
+               "good,,,4530.000N,00730.000E,0m,1\n"
+               "\n"
+               "short,,,4530.000N\n"
+               "sixty,,,4560.000N,00730.000E,0m,1\n"
+               "pole,,,9000.001N,00730.000E,0m,1\n"
+               "swapped,,,00730.000E,4530.000N,0m,1\n"
+               "sign,,,-4530.000N,00730.000E,0m,1\n"
+               "unit,,,4530.000N,00730.000E,9 nm,1\n"
+               "\"two\nlines\",,,4530.000N,00730.000E,0m,1\n"
+               "\"open,,,4530.000N,00730.000E,0m,1\n"
+               "high,,,4530.000N,00730.000E,900000m,1\n"
+               "last,,,4530.000N,00730.000E,0m,1\n"
+               "-----Related Tasks-----\n"
+               ",\"good\",\"last\"\n");
   ASSERT_EQ(file.waypoints.size(), 5U);
   EXPECT_EQ(file.waypoints[1].name, "unit");
   EXPECT_EQ(file.waypoints[1].altitude_m, 0);
@@ -124,31 +108,23 @@ TEST(ReadCup, SkipsBrokenLinesWithANote) {
 TEST(ReadCup, ReadsAFileWithoutHeadingAndAnEmptyOne) {
   const std::string_view line = "\"A\",,CH,4530.000N,00730.000E,9m,1,,,,\"remark\"\n";
   EXPECT_TRUE(LooksLikeCup(line));
-  const WaypointFile file = Read(line);
+  const WaypointFile file = ReadGood(ReadCup, line);
   ASSERT_EQ(file.waypoints.size(), 1U);
   EXPECT_EQ(file.waypoints[0].comment, "remark");
-  EXPECT_EQ(Read(kHeading).waypoints.size(), 0U);
+  EXPECT_EQ(ReadGood(ReadCup, kHeading).waypoints.size(), 0U);
 }
 
 TEST(ReadCup, RefusesOtherFiles) {
-  const struct {
-    std::string text;
-    std::string_view message;
-    bool looks_like_cup;
-  } cases[] = {
+  const std::tuple<std::string, std::string_view, bool> cases[] = {
       {"", "Format error on line 1: not the heading of a SeeYou CUP file", false},
       {"\n\n$FormatGEO\n", "Format error on line 3: not the heading of a SeeYou CUP file", false},
       {"name,lat,height\n", "Format error on line 1: not the heading of a SeeYou CUP file", false},
       {std::string(kHeading) + "\nx\n", "Format error on line 3: the position cannot be read",
        true},
   };
-  for (const auto& test : cases) {
-    WaypointFile file = {.waypoints = {{}}, .notes = {"old"}};
-    std::string message;
-    EXPECT_EQ(ReadCup(test.text, file, message), -1);
-    EXPECT_EQ(message, test.message);
-    EXPECT_TRUE(file.waypoints.empty() && file.notes.empty());
-    EXPECT_EQ(LooksLikeCup(test.text), test.looks_like_cup);
+  for (const auto& [text, message, looks_like_cup] : cases) {
+    EXPECT_EQ(ReadBad(ReadCup, text), message);
+    EXPECT_EQ(LooksLikeCup(text), looks_like_cup);
   }
 }
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "core/time_scale.h"
 #include "core/units.h"
 
@@ -15,49 +13,37 @@ std::string Fix(const std::string& hhmmss) {
 }
 
 TEST(DecodeInstrumentIgcLine, AcceptsAndRefusesLines) {
-  const struct {
-    const char* line;
-    int result;
-  } cases[] = {
-      {"", 0},
-      {"LXSHwhatever", 0},
-      {"G1234", 0},
-      {"AXSH000", 0},
-      {"AXSH free", 0},
-      {"AXSH", -kIgcBadARecord},
-      {"AXSH00", -kIgcBadARecord},
-      {"AX H000", -kIgcBadManufacturer},
-      {"AXSH0 0", -kIgcBadSerial},
-      {"HFPLTPILOT:x", 0},
-      {"HFDTE140526", 0},
-      {"HFDTE140526rest", 0},
-      {"HFDTEDATE:140526,01", 0},
-      {"HFDTE14052", -kIgcBadDate},
-      {"HFDTEDATE:14052", -kIgcBadDate},
-      {"HFDTE000526", -kIgcBadDate},
-      {"HFDTE141326", -kIgcBadDate},
-      {"HFDTE1a0526", -kIgcBadDate},
-      {"B1200004707500N01130001EA0012300456", 1},
-      {"B1200004799999N01199999WV-0012-0456extension", 1},
-      {"B2359598999999S17999999EA9999999999", 1},
-      {"B1200004707500N01130001EA001230045", -kIgcShortBRecord},
-      {"B2400004707500N01130001EA0012300456", -kIgcBadTimeOfDay},
-      {"B1260004707500N01130001EA0012300456", -kIgcBadTimeOfDay},
-      {"B12000x4707500N01130001EA0012300456", -kIgcBadTimeOfDay},
-      {"B1200009000000N01130001EA0012300456", -kIgcBadLatitude},
-      {"B12000047075 0N01130001EA0012300456", -kIgcBadLatitude},
-      {"B1200004707500X01130001EA0012300456", -kIgcBadLatitude},
-      {"B1200004707500N18000000EA0012300456", -kIgcBadLongitude},
-      {"B1200004707500N0113000-EA0012300456", -kIgcBadLongitude},
-      {"B1200004707500N01130001SA0012300456", -kIgcBadLongitude},
-      {"B1200004707500N01130001EA--12300456", -kIgcBadPressureAltitude},
-      {"B1200004707500N01130001EA001230045x", -kIgcBadGpsAltitude},
+  const std::pair<int, std::vector<const char*>> cases[] = {
+      {0, {"", "LXSHwhatever", "G1234", "AXSH000", "AXSH free", "HFPLTPILOT:x", "HFDTE140526"}},
+      {0, {"HFDTE140526rest", "HFDTEDATE:140526,01"}},
+      {-kIgcBadARecord, {"AXSH", "AXSH00"}},
+      {-kIgcBadManufacturer, {"AX H000"}},
+      {-kIgcBadSerial, {"AXSH0 0"}},
+      {-kIgcBadDate,
+       {"HFDTE14052", "HFDTEDATE:14052", "HFDTE000526", "HFDTE141326", "HFDTE1a0526"}},
+      {1, {"B1200004799999N01199999WV-0012-0456extension", "B2359598999999S17999999EA9999999999"}},
+      {-kIgcShortBRecord, {"B1200004707500N01130001EA001230045"}},
+      {-kIgcBadTimeOfDay,
+       {"B2400004707500N01130001EA0012300456", "B1260004707500N01130001EA0012300456",
+        "B1200604707500N01130001EA0012300456", "B12000x4707500N01130001EA0012300456"}},
+      {-kIgcBadLatitude,
+       {"B1200009000000N01130001EA0012300456", "B12000047075 0N01130001EA0012300456",
+        "B1200004707500X01130001EA0012300456", "B1200004707500n01130001EA0012300456"}},
+      {-kIgcBadLongitude,
+       {"B1200004707500N18000000EA0012300456", "B1200004707500N0113000-EA0012300456",
+        "B1200004707500N01130001SA0012300456", "B1200004707500N-1130001EA0012300456"}},
+      {-kIgcBadPressureAltitude,
+       {"B1200004707500N01130001EA--12300456", "B1200004707500N01130001EA+012300456"}},
+      {-kIgcBadGpsAltitude,
+       {"B1200004707500N01130001EA001230045x", "B1200004707500N01130001EA00123004-6"}},
   };
-  for (const auto& test : cases) {
-    IgcDecoder decoder;
-    ASSERT_EQ(DecodeInstrumentIgcLine(decoder, "HFDTE010126"), 0);
-    EXPECT_EQ(DecodeInstrumentIgcLine(decoder, test.line), test.result) << test.line;
-    EXPECT_EQ(decoder.points.size(), test.result == 1 ? 1U : 0U) << test.line;
+  for (const auto& [result, lines] : cases) {
+    for (const char* line : lines) {
+      IgcDecoder decoder;
+      ASSERT_EQ(DecodeInstrumentIgcLine(decoder, "HFDTE010126"), 0);
+      EXPECT_EQ(DecodeInstrumentIgcLine(decoder, line), result) << line;
+      EXPECT_EQ(decoder.points.size(), result == 1 ? 1U : 0U) << line;
+    }
   }
 }
 

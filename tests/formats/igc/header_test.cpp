@@ -34,10 +34,7 @@ TEST(ReadIgcHeader, ReadsLongAndShortKeys) {
 }
 
 TEST(ReadIgcHeader, MakesTextsPrintable) {
-  const struct {
-    std::string bytes;
-    const char* text;
-  } cases[] = {
+  const std::pair<std::string, const char*> cases[] = {
       {"S\xc4\x81rnate", "S\xc4\x81rnate"},             // UTF-8 stays
       {"\xf0\x9f\xaa\x82", "\xf0\x9f\xaa\x82"},         // with four bytes, too
       {"J\xf6rg", "J\xc3\xb6rg"},                       // ISO 8859-1
@@ -51,8 +48,8 @@ TEST(ReadIgcHeader, MakesTextsPrintable) {
        "31m",
        "?31m"},  // a control in UTF-8
   };
-  for (const auto& test : cases) {
-    EXPECT_EQ(ReadIgcHeader("HFPLTPILOT:" + test.bytes).pilot, test.text) << test.text;
+  for (const auto& [bytes, text] : cases) {
+    EXPECT_EQ(ReadIgcHeader("HFPLTPILOT:" + bytes).pilot, text) << text;
   }
 }
 

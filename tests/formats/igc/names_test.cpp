@@ -13,20 +13,17 @@ uint32_t FirstFix() {
 }
 
 TEST(ExpandNameTemplate, ReplacesEveryKey) {
-  const struct {
-    const char* path;
-    const char* expanded;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"", ""},
       {"flight.igc", "flight.igc"},
       {"$date", "20260504"},
       {"a/$date-$time/$date.igc", "a/20260504-030201/20260504.igc"},
       {"$$date$dat$Time", "$20260504$dat$Time"},
   };
-  for (const auto& test : cases) {
+  for (const auto& [path, expected] : cases) {
     std::string expanded;
-    EXPECT_EQ(ExpandNameTemplate(test.path, FirstFix(), expanded), 0);
-    EXPECT_EQ(expanded, test.expanded);
+    EXPECT_EQ(ExpandNameTemplate(path, FirstFix(), expanded), 0);
+    EXPECT_EQ(expanded, expected);
   }
 }
 

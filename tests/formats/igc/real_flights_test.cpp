@@ -1,40 +1,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <string>
-#include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "core/units.h"
 #include "formats/igc/decode_line.h"
 #include "formats/igc/read_igc.h"
 #include "formats/igc/write_igc.h"
+#include "tests/support/real_flights.h"
+#include "tests/support/scratch_folder.h"
 
 namespace skyhaul {
 namespace {
-
-std::vector<std::filesystem::path> FlightFiles() {
-  const char* directory = std::getenv("SKYHAUL_FLIGHTS");
-  std::error_code error;
-  std::vector<std::filesystem::path> files;
-  if (directory == nullptr) return files;
-  for (const auto& entry : std::filesystem::directory_iterator(directory, error)) {
-    if (entry.path().extension() == ".igc") files.push_back(entry.path());
-  }
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
-std::string Contents(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 std::vector<TrackPoint> DecodeLines(std::string_view text) {
   IgcDecoder decoder;
@@ -85,13 +64,13 @@ void ExpectWrittenBack(const std::vector<TrackPoint>& points) {
   }
 }
 
-TEST(RealFlights, BothReadersAgreeAndTheWriterReturnsThem) {
-  const std::vector<std::filesystem::path> files = FlightFiles();
+TEST(RealIgcFlights, BothReadersAgreeAndTheWriterReturnsThem) {
+  const std::vector<std::filesystem::path> files = RealFlights();
   if (files.empty()) GTEST_SKIP() << "no flights: set SKYHAUL_FLIGHTS to a folder of .igc files";
   int accepted = 0;
   for (const std::filesystem::path& file : files) {
     SCOPED_TRACE(file.filename().string());
-    const std::string text = Contents(file);
+    const std::string text = ReadText(file.string());
     std::vector<TrackPoint> points;
     std::string message;
     if (ParseIgc(text, points, message) < 0) {

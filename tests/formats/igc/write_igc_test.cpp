@@ -122,27 +122,20 @@ TEST(WriteIgc, LeavesOutWhatIsNotAskedFor) {
 
 TEST(WriteIgc, CountsTurnpointsOfTheTask) {
   const TrackPoint point = {.time = TimeFromCalendar(kFirstFix)};
-  const struct {
-    size_t points;
-    uint32_t task_number;
-    const char* counts;
-  } cases[] = {{1, 0, "000000"}, {4, 1, "000100"}, {6, 12345, "1234502"}, {104, 2, "0002100"}};
-  for (const auto& test : cases) {
-    const DeclaredRoute task = {.task_number = test.task_number,
-                                .points = std::vector<WaypointRecord>(test.points)};
+  const std::tuple<size_t, uint32_t, const char*> cases[] = {
+      {1, 0, "000000"}, {4, 1, "000100"}, {6, 12345, "1234502"}, {104, 2, "0002100"}};
+  for (const auto& [points, task_number, counts] : cases) {
+    const DeclaredRoute task = {.task_number = task_number,
+                                .points = std::vector<WaypointRecord>(points)};
     std::string text;
     WriteIgc({&point, 1}, {}, {.task = &task}, text);
     const std::string line = text.substr(text.find("\nC") + 1);
-    EXPECT_EQ(line.substr(19, line.find('\r') - 19), test.counts);
+    EXPECT_EQ(line.substr(19, line.find('\r') - 19), counts);
   }
 }
 
 TEST(WriteIgc, ClampsAltitudes) {
-  const struct {
-    int32_t pressure_alt;
-    int32_t gps_alt_dm;
-    const char* written;
-  } cases[] = {
+  const std::tuple<int32_t, int32_t, const char*> cases[] = {
       {99999, 99999, "9999910000"},
       {100000, 100000, "9999999999"},
       {-9999, -9999, "-9999-0999"},
@@ -154,20 +147,18 @@ TEST(WriteIgc, ClampsAltitudes) {
       {std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::min(), "-9999-9999"},
       {std::numeric_limits<int32_t>::max(), std::numeric_limits<int32_t>::max(), "9999999999"},
   };
-  for (const auto& test : cases) {
-    const TrackPoint point = {.gps_alt_dm = test.gps_alt_dm, .pressure_alt = test.pressure_alt};
-    EXPECT_EQ(FixLine(point).substr(25), test.written);
+  for (const auto& [pressure_alt, gps_alt_dm, written] : cases) {
+    const TrackPoint point = {.gps_alt_dm = gps_alt_dm, .pressure_alt = pressure_alt};
+    EXPECT_EQ(FixLine(point).substr(25), written);
   }
 }
 
 TEST(WriteIgc, WritesExtraValues) {
-  const struct {
-    float extra;
-    const char* written;
-  } cases[] = {{0, "000"},      {-1, "000"},  {-0.1F, "000"}, {0.152F, "000"}, {0.153F, "001"},
-               {304.4F, "999"}, {400, "999"}, {1e30F, "999"}, {-1e30F, "000"}, {NAN, "000"}};
-  for (const auto& test : cases) {
-    EXPECT_EQ(FixLine({.extra = test.extra}, true).substr(35), test.written) << test.extra;
+  const std::pair<float, const char*> cases[] = {
+      {0, "000"},      {-1, "000"},  {-0.1F, "000"}, {0.152F, "000"}, {0.153F, "001"},
+      {304.4F, "999"}, {400, "999"}, {1e30F, "999"}, {-1e30F, "000"}, {NAN, "000"}};
+  for (const auto& [extra, written] : cases) {
+    EXPECT_EQ(FixLine({.extra = extra}, true).substr(35), written) << extra;
   }
 }
 

@@ -1,13 +1,9 @@
 #include "formats/kml/kml_track.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <map>
 #include <pugixml.hpp>
-#include <string>
-#include <vector>
 
 #include "tests/formats/values/sample_waypoints.h"
 
@@ -17,43 +13,31 @@ namespace {
 using Names = std::vector<std::string>;
 
 std::vector<TrackPoint> Flight() {
-  return {
-      {.segment_start = 1,
-       .time = kMay2024,
-       .lat = 550274193,
-       .lon = -84986069,
-       .gps_alt_dm = 10005,
-       .pressure_alt = 7},
-      {.time = kMay2024 + 1,
-       .milliseconds = 50,
-       .lat = 550274193,
-       .lon = 84986069,
-       .gps_alt_dm = -12},
-      {.time = kMay2024 + 2, .lat = -550274193, .lon = 84986069, .gps_alt_dm = 0},
-  };
+  constexpr int32_t kLat = 550274193;  // 46.12345
+  constexpr int32_t kLon = 84986069;   // 7.12345
+  return {{1, kMay2024, 0, kLat, -kLon, 10005, 7},
+          {0, kMay2024 + 1, 50, kLat, kLon, -12},
+          {0, kMay2024 + 2, 0, -kLat, kLon, 0}};
 }
 
 // What may stand in an element, in the order in which the schemas want it.
-const std::map<std::string, Names>& SchemaOrder() {
-  static const std::map<std::string, Names> order = {
-      {"kml", {"Document"}},
-      {"Document", {"name", "description", "Style", "Placemark"}},
-      {"Placemark",
-       {"name", "description", "TimeStamp", "styleUrl", "Point", "gx:Track", "gx:MultiTrack"}},
-      {"Style", {"LineStyle"}},
-      {"LineStyle", {"color", "width"}},
-      {"TimeStamp", {"when"}},
-      {"Point", {"altitudeMode", "coordinates"}},
-      {"gx:MultiTrack", {"altitudeMode", "gx:interpolate", "gx:Track"}},
-      {"gx:Track", {"altitudeMode", "when", "gx:coord"}},
-  };
-  return order;
-}
+const std::map<std::string, Names> kSchemaOrder = {
+    {"kml", {"Document"}},
+    {"Document", {"name", "description", "Style", "Placemark"}},
+    {"Placemark",
+     {"name", "description", "TimeStamp", "styleUrl", "Point", "gx:Track", "gx:MultiTrack"}},
+    {"Style", {"LineStyle"}},
+    {"LineStyle", {"color", "width"}},
+    {"TimeStamp", {"when"}},
+    {"Point", {"altitudeMode", "coordinates"}},
+    {"gx:MultiTrack", {"altitudeMode", "gx:interpolate", "gx:Track"}},
+    {"gx:Track", {"altitudeMode", "when", "gx:coord"}},
+};
 
 void ExpectSchemaOrder(const pugi::xml_node& node) {
   if (node.first_child().type() != pugi::node_element) return;
-  const auto entry = SchemaOrder().find(node.name());
-  ASSERT_NE(entry, SchemaOrder().end()) << node.name();
+  const auto entry = kSchemaOrder.find(node.name());
+  ASSERT_NE(entry, kSchemaOrder.end()) << node.name();
   auto place = entry->second.begin();
   for (const pugi::xml_node& child : node.children()) {
     place = std::find(place, entry->second.end(), child.name());
@@ -116,21 +100,17 @@ TEST(KmlTrack, LeavesGapsBetweenSegments) {
 }
 
 TEST(KmlTrack, LeavesOutPlacemarksThatAreNotOnTheTrack) {
-  const struct {
-    std::vector<TrackPoint> points;
-    KmlTrackInfo info;
-    size_t placemarks;
-  } cases[] = {
+  const std::tuple<std::vector<TrackPoint>, KmlTrackInfo, size_t> cases[] = {
       {{}, {.take_off = 0, .landing = 0}, 0},
       {Flight(), {}, 1},
       {Flight(), {.take_off = 3, .landing = 2}, 2},
       {Flight(), {.take_off = 0}, 2},
   };
-  for (const auto& item : cases) {
+  for (const auto& [points, info, placemarks] : cases) {
     pugi::xml_document document;
-    Load(document, WriteKmlTrack(item.points, item.info));
+    Load(document, WriteKmlTrack(points, info));
     const pugi::xml_node folder = document.child("kml").child("Document");
-    EXPECT_EQ(Texts(folder, "Placemark").size(), item.placemarks);
+    EXPECT_EQ(Texts(folder, "Placemark").size(), placemarks);
   }
 }
 

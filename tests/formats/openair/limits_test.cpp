@@ -7,47 +7,36 @@
 namespace skyhaul::openair {
 namespace {
 
+using Reference = LimitReference;
+
 TEST(OpenAirLimits, SpellingsOfRealFiles) {
-  using Reference = LimitReference;
   const struct {
-    const char* text;
     Reference reference;
-    LimitUnit unit = LimitUnit::kFeet;
-    double value = 0;
+    LimitUnit unit;
+    double value;
+    std::vector<const char*> texts;
   } cases[] = {
-      {"GND", Reference::kSurface},
-      {"sfc", Reference::kSurface},
-      {"Surface", Reference::kSurface},
-      {"UNL", Reference::kUnlimited},
-      {"UNLIM", Reference::kUnlimited},
-      {"Unlimited", Reference::kUnlimited},
-      {"FL65", Reference::kFlightLevel, LimitUnit::kFeet, 65},
-      {"FL 065", Reference::kFlightLevel, LimitUnit::kFeet, 65},
-      {"fl195", Reference::kFlightLevel, LimitUnit::kFeet, 195},
-      {"FL 65 (MNM ALT 5500FT)", Reference::kFlightLevel, LimitUnit::kFeet, 65},
-      {"2500ft AGL", Reference::kGround, LimitUnit::kFeet, 2500},
-      {"2500FTAGL", Reference::kGround, LimitUnit::kFeet, 2500},
-      {"1000F ASFC", Reference::kGround, LimitUnit::kFeet, 1000},
-      {"1000ft GND", Reference::kGround, LimitUnit::kFeet, 1000},
-      {"300 m AGL", Reference::kGround, LimitUnit::kMetres, 300},
-      {"AGL 500ft", Reference::kGround, LimitUnit::kFeet, 500},
-      {"0 AGL", Reference::kGround},
-      {"1000 M MSL", Reference::kSea, LimitUnit::kMetres, 1000},
-      {"1000MMSL", Reference::kSea, LimitUnit::kMetres, 1000},
-      {"4500 MSL", Reference::kSea, LimitUnit::kFeet, 4500},
-      {"4500ft AMSL", Reference::kSea, LimitUnit::kFeet, 4500},
-      {"4500'", Reference::kSea, LimitUnit::kFeet, 4500},
-      {"4500 ALT", Reference::kSea, LimitUnit::kFeet, 4500},
-      {"4500.5", Reference::kSea, LimitUnit::kFeet, 4500.5},
-      {"-3 m", Reference::kSea, LimitUnit::kMetres, -3},
+      {Reference::kSurface, LimitUnit::kFeet, 0, {"GND", "sfc", "Surface"}},
+      {Reference::kUnlimited, LimitUnit::kFeet, 0, {"UNL", "UNLIM", "Unlimited"}},
+      {Reference::kFlightLevel, LimitUnit::kFeet, 65, {"FL65", "fl 065", "FL 65 (MNM ALT 5500FT)"}},
+      {Reference::kGround, LimitUnit::kFeet, 2500, {"2500ft AGL", "2500FTAGL", "AGL 2500ft"}},
+      {Reference::kGround, LimitUnit::kFeet, 1000, {"1000F ASFC", "1000ft GND"}},
+      {Reference::kGround, LimitUnit::kMetres, 300, {"300 m AGL"}},
+      {Reference::kGround, LimitUnit::kFeet, 0, {"0 AGL"}},
+      {Reference::kSea, LimitUnit::kMetres, 1000, {"1000 M MSL", "1000MMSL"}},
+      {Reference::kSea, LimitUnit::kFeet, 4500, {"4500 MSL", "4500ft AMSL", "4500'", "4500 ALT"}},
+      {Reference::kSea, LimitUnit::kFeet, 4500.5, {"4500.5"}},
+      {Reference::kSea, LimitUnit::kMetres, -3, {"-3 m"}},
   };
   for (const auto& c : cases) {
-    AirspaceLimit limit;
-    EXPECT_EQ(ParseLimit(c.text, limit), 0) << c.text;
-    EXPECT_EQ(limit.reference, c.reference) << c.text;
-    EXPECT_EQ(limit.unit, c.unit) << c.text;
-    EXPECT_EQ(limit.value, c.value) << c.text;
-    EXPECT_EQ(LimitText(limit), c.text);
+    for (const char* text : c.texts) {
+      AirspaceLimit limit;
+      EXPECT_EQ(ParseLimit(text, limit), 0) << text;
+      EXPECT_EQ(limit.reference, c.reference) << text;
+      EXPECT_EQ(limit.unit, c.unit) << text;
+      EXPECT_EQ(limit.value, c.value) << text;
+      EXPECT_EQ(LimitText(limit), text);
+    }
   }
   // A control character is a blank to the reader as it is to the writer.
   AirspaceLimit limit;
@@ -73,11 +62,7 @@ TEST(OpenAirLimits, WhatIsNotUnderstoodKeepsItsText) {
 }
 
 TEST(OpenAirLimits, ComposedTextIsReadBack) {
-  using Reference = LimitReference;
-  const struct {
-    AirspaceLimit limit;
-    const char* text;
-  } cases[] = {
+  const std::pair<AirspaceLimit, const char*> cases[] = {
       {{.reference = Reference::kSurface}, "GND"},
       {{.reference = Reference::kUnlimited}, "UNLIM"},
       {{.reference = Reference::kFlightLevel, .value = 65}, "FL65"},
@@ -86,13 +71,13 @@ TEST(OpenAirLimits, ComposedTextIsReadBack) {
       {{.reference = Reference::kSea, .unit = LimitUnit::kMetres, .value = 1e6}, "1000000m MSL"},
       {{.reference = Reference::kSea, .value = -12.25}, "-12.25ft MSL"},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(LimitText(c.limit), c.text);
+  for (const auto& [limit, text] : cases) {
+    EXPECT_EQ(LimitText(limit), text);
     AirspaceLimit again;
-    EXPECT_EQ(ParseLimit(c.text, again), 0) << c.text;
-    EXPECT_EQ(again.reference, c.limit.reference) << c.text;
-    EXPECT_EQ(again.unit, c.limit.unit) << c.text;
-    EXPECT_EQ(again.value, c.limit.value) << c.text;
+    EXPECT_EQ(ParseLimit(text, again), 0) << text;
+    EXPECT_EQ(again.reference, limit.reference) << text;
+    EXPECT_EQ(again.unit, limit.unit) << text;
+    EXPECT_EQ(again.value, limit.value) << text;
   }
   EXPECT_EQ(LimitText({}), "");
   EXPECT_EQ(

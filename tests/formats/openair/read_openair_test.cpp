@@ -1,59 +1,45 @@
 #include "formats/openair/read_openair.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <cmath>
-
-#include "core/units.h"
+#include "tests/formats/read_text.h"
+#include "tests/support/airspace_place.h"
 
 namespace skyhaul {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-AirspacePosition At(double lat_deg, double lon_deg) {
-  const double per_degree = 2147483648.0 / 180;
-  return {.lat = static_cast<int32_t>(std::lround(lat_deg * per_degree)),
-          .lon = static_cast<int32_t>(std::lround(lon_deg * per_degree))};
-}
-
-AirspaceFile Read(std::string_view text) {
-  AirspaceFile file;
-  std::string message;
-  const int count = ReadOpenAir(text, file, message);
-  EXPECT_EQ(count, static_cast<int>(file.airspaces.size())) << message;
-  EXPECT_EQ(message, "");
-  return file;
-}
-
 // The one segment after a centre at 47 N 8 E.
 std::vector<AirspaceSegment> Segments(std::string_view lines) {
-  return Read("AC A\nDP 0 N 0 E\nV X=47 N 8 E\n" + std::string(lines)).airspaces.at(0).segments;
+  return ReadGood(ReadOpenAir, "AC A\nDP 0 N 0 E\nV X=47 N 8 E\n" + std::string(lines))
+      .airspaces.at(0)
+      .segments;
 }
 
 TEST(ReadOpenAir, WholeAirspaces) {
-  const AirspaceFile file = Read(
-      "\xEF\xBB\xBF* Airspace of nowhere\r\n"
-      "AC CTR\r\n"
-      "AN Z\xC3\xBCrich 1 * inline\r\n"
-      "AH FL 65\r\n"
-      "AL GND\r\n"
-      "DP 47:30:15 N 008:15:30.5 E\r\n"
-      "V X=47:00:00 N 008:00:00 E\r\n"
-      "V D=-\r\n"
-      "DB 47:06:00 N 008:00:00 E,47:00:00 N 008:09:00 E\r\n"
-      "V D=+\r\n"
-      "DA 5.5, 270, 360\r\n"
-      "\r\n"
-      "ac  r\r\n"
-      "an\tSmall\r\n"
-      "ah 4500 MSL\r\n"
-      "v x = 33:30:00S 070:45:00W\r\n"
-      "dc 2\r\n");
+  const AirspaceFile file = ReadGood(ReadOpenAir,
+                                     "\xEF\xBB\xBF* Airspace of nowhere\r\n"
+                                     "AC CTR\r\n"
+                                     "AN Z\xC3\xBCrich 1 * inline\r\n"
+                                     "AH FL 65\r\n"
+                                     "AL GND\r\n"
+                                     "DP 47:30:15 N 008:15:30.5 E\r\n"
+                                     "V X=47:00:00 N 008:00:00 E\r\n"
+                                     "V D=-\r\n"
+                                     "DB 47:06:00 N 008:00:00 E,47:00:00 N 008:09:00 E\r\n"
+                                     "V D=+\r\n"
+                                     "DA 5.5, 270, 360\r\n"
+                                     "\r\n"
+                                     "ac  r\r\n"
+                                     "an\tSmall\r\n"
+                                     "ah 4500 MSL\r\n"
+                                     "v x = 33:30:00S 070:45:00W\r\n"
+                                     "dc 2\r\n");
   EXPECT_THAT(file.notes, IsEmpty());
   ASSERT_THAT(file.airspaces, SizeIs(2));
 
@@ -89,10 +75,7 @@ TEST(ReadOpenAir, WholeAirspaces) {
 
 TEST(ReadOpenAir, SpellingsOfPositions) {
   const AirspacePosition place = At(47.5, 8.25);
-  const struct {
-    const char* text;
-    AirspacePosition position;
-  } cases[] = {
+  const std::pair<const char*, AirspacePosition> cases[] = {
       {"47:30:00 N 008:15:00 E", place},
       {"47:30:00N 8:15:00E", place},
       {"47:30:00N008:15:00E", place},
@@ -104,65 +87,43 @@ TEST(ReadOpenAir, SpellingsOfPositions) {
       {"90:00:00 N 180:00:00 W", {.lat = 1 << 30, .lon = INT32_MIN}},
       {"90:00:00 S 180:00:00 E", {.lat = -(1 << 30), .lon = INT32_MAX}},
   };
-  for (const auto& c : cases) {
-    const auto segments = Segments(std::string("DP ") + c.text);
-    ASSERT_THAT(segments, SizeIs(2)) << c.text;
-    EXPECT_EQ(segments[1].point, c.position) << c.text;
+  for (const auto& [text, position] : cases) {
+    const auto segments = Segments(std::string("DP ") + text);
+    ASSERT_THAT(segments, SizeIs(2)) << text;
+    EXPECT_EQ(segments[1].point, position) << text;
   }
   EXPECT_EQ(Segments("DP47:30:00 N 008:15:00 E").at(1).point, place);
 }
 
 TEST(ReadOpenAir, BrokenLinesAreSkippedWithANote) {
-  const struct {
-    const char* line;
-    const char* note;
-  } cases[] = {
-      {"DP 47:30:15 N", "Line 4: position not understood: DP 47:30:15 N"},
-      {"DP 90:00:01 N 008:00:00 E", "position"},
-      {"DP 47:00:00 N 180:00:01 E", "position"},
-      {"DP 47:61:00 N 008:00:00 E", "position"},
-      {"DP 47:30.5:15 N 008:00:00 E", "position"},
-      {"DP 47:30:15:10 N 008:00:00 E", "position"},
-      {"DP -47:30:15 N 008:00:00 E", "position"},
-      {"DP 47:30:15 008:00:00", "position"},
-      {"DP 008:00:00 E 47:30:15 N", "position"},
-      {"DP 47:30:15 N 008:00:00 E 47:30:15", "position"},
-      {"DP inf N 008:00:00 E", "position"},
-      {"DP", "position"},
-      {"DB 47:30:15 N 008:00:00 E", "position"},
-      {"DA 5,270", "bearings"},
-      {"DA 5,270,361", "bearings"},
-      {"DA 5,270,-10", "bearings"},
-      {"DA 0,270,300", "radius"},
-      {"DC -1", "radius"},
-      {"DC 5401", "radius"},
-      {"DC 1 2", "radius"},
-      {"DC 1e3", "radius"},
-      {"V D=x", "direction"},
-      {"V W=5", "not understood: V W=5"},
-      {"V X", "not understood: V X"},
-      {"AY TMA", "Line 4: not understood: AY TMA"},
-      {"AF 122.8", "not understood"},
-      {"AT 47:30:15 N 008:00:00 E", "not understood"},
-      {"SP 0,1,255,0,0", "not understood"},
-      {"SB -1,-1,-1", "not understood"},
-      {"DY 47:30:15 N 008:00:00 E", "not understood"},
-      {"ANNEX", "not understood"},
+  const std::pair<const char*, std::vector<std::string>> cases[] = {
+      {"position not understood: ",
+       {"DP 47:30:15 N", "DP 90:00:01 N 008:00:00 E", "DP 47:00:00 N 180:00:01 E",
+        "DP 47:61:00 N 008:00:00 E", "DP 47:30.5:15 N 008:00:00 E", "DP 47:30:15:10 N 008:00:00 E",
+        "DP -47:30:15 N 008:00:00 E", "DP 47:30:15 008:00:00", "DP 008:00:00 E 47:30:15 N",
+        "DP 47:30:15 N 008:00:00 E 47:30:15", "DP inf N 008:00:00 E", "DP",
+        "DB 47:30:15 N 008:00:00 E"}},
+      {"bearings not understood: ", {"DA 5,270", "DA 5,270,361", "DA 5,270,-10"}},
+      {"radius", {"DA 0,270,300", "DC -1", "DC 5401", "DC 1 2", "DC 1e3"}},
+      {"direction not understood: ", {"V D=x"}},
+      {"Line 4: not understood: ",
+       {"V W=5", "V X", "AY TMA", "AT 47:30:15 N 008:00:00 E", "SP 0,1,255,0,0", "ANNEX"}},
   };
-  for (const auto& c : cases) {
-    const AirspaceFile file =
-        Read(std::string("AC A\nDP 1 N 2 E\nV X=3 N 4 E\n") + c.line + "\nDP 5 N 6 E");
-    ASSERT_THAT(file.notes, SizeIs(1)) << c.line;
-    EXPECT_THAT(file.notes[0], HasSubstr(c.note)) << c.line;
-    ASSERT_THAT(file.airspaces, SizeIs(1)) << c.line;
-    EXPECT_THAT(file.airspaces[0].segments, SizeIs(2)) << c.line;
+  for (const auto& [note, lines] : cases) {
+    for (const std::string& line : lines) {
+      const AirspaceFile file =
+          ReadGood(ReadOpenAir, "AC A\nDP 1 N 2 E\nV X=3 N 4 E\n" + line + "\nDP 5 N 6 E");
+      EXPECT_THAT(file.notes, ElementsAre(AllOf(HasSubstr(note), HasSubstr("Line 4: "),
+                                                testing::EndsWith(": " + line))));
+      EXPECT_THAT(file.airspaces.at(0).segments, SizeIs(2)) << line;
+    }
   }
 }
 
 TEST(ReadOpenAir, VariablesEndWithTheirAirspace) {
-  const AirspaceFile file = Read(
-      "AC A\nV D=-\nV X=47 N 8 E\nDA 1,0,90\nV X=broken\nDC 5\n"
-      "AC B\nDC 5\nV X=46 N 7 E\nDA 1,0,90\n");
+  const AirspaceFile file = ReadGood(ReadOpenAir,
+                                     "AC A\nV D=-\nV X=47 N 8 E\nDA 1,0,90\nV X=broken\nDC 5\n"
+                                     "AC B\nDC 5\nV X=46 N 7 E\nDA 1,0,90\n");
   EXPECT_THAT(file.notes, ElementsAre("Line 5: position not understood: V X=broken",
                                       "Line 6: no centre (V X=) before it: DC 5",
                                       "Line 8: no centre (V X=) before it: DC 5"));
@@ -175,9 +136,10 @@ TEST(ReadOpenAir, VariablesEndWithTheirAirspace) {
 }
 
 TEST(ReadOpenAir, TerrainAndEmptyAirspacesAreLeftOut) {
-  const AirspaceFile file = Read(
-      "DP 1 N 1 E\nAC A\nAN Empty\nAC B\nAN Kept\nAN Again\nAH see NOTAM\nDP 1 N 1 E\n"
-      "TO Lake\nDP 2 N 2 E\n");
+  const AirspaceFile file =
+      ReadGood(ReadOpenAir,
+               "DP 1 N 1 E\nAC A\nAN Empty\nAC B\nAN Kept\nAN Again\nAH see NOTAM\nDP 1 N 1 E\n"
+               "TO Lake\nDP 2 N 2 E\n");
   EXPECT_THAT(file.notes, ElementsAre("Line 1: outside an airspace: DP 1 N 1 E",
                                       "Line 2: airspace without an outline left out: Empty",
                                       "Line 6: replaces the name before it: AN Again",
@@ -191,46 +153,30 @@ TEST(ReadOpenAir, TerrainAndEmptyAirspacesAreLeftOut) {
 }
 
 TEST(ReadOpenAir, Windows1252) {
-  EXPECT_EQ(Read("AC A\nAN Z\xFCrich\nDP 1 N 1 E\n").airspaces.at(0).name, "Z\xC3\xBCrich");
+  EXPECT_EQ(ReadGood(ReadOpenAir, "AC A\nAN Z\xFCrich\nDP 1 N 1 E\n").airspaces.at(0).name,
+            "Z\xC3\xBCrich");
 }
 
 TEST(ReadOpenAir, RefusesFilesOfAnotherKind) {
-  const struct {
-    const char* text;
-    const char* message;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"", "Format error on line 1: no airspace (AC) in this file"},
       {"AFLY001\nHFDTE010203\nB1200004730000N00815000EA0100001000\n",
        "Format error on line 1: no airspace (AC) in this file"},
       {"* nothing\nAC A\nAN Name\n", "Format error on line 2: no airspace with an outline"},
   };
-  for (const auto& c : cases) {
-    AirspaceFile file = {.airspaces = {{.name = "old"}}, .notes = {"old"}};
-    std::string message;
-    EXPECT_EQ(ReadOpenAir(c.text, file, message), -1) << c.text;
-    EXPECT_EQ(message, c.message);
-    EXPECT_THAT(file.airspaces, IsEmpty());
-    EXPECT_THAT(file.notes, IsEmpty());
-  }
+  for (const auto& [text, message] : cases) EXPECT_EQ(ReadBad(ReadOpenAir, text), message);
 }
 
 TEST(LooksLikeOpenAir, ByAClassAndAnOutline) {
-  const struct {
-    const char* text;
-    bool openair;
-  } cases[] = {
-      {"\xEF\xBB\xBF"
-       "AC A\r\nAN x\r\nDP 1 N 1 E\r\n",
-       true},
-      {"Airspace of 2024\nac r\nv x=1 N 1 E\n", true},
-      {"AC A\nAN x\n", false},
-      {"* AC A\n* DP 1 N 1 E\n", false},
-      {"DP 1 N 1 E\nAC A\n", false},
-      {"AFLY001\nB1200004730000N00815000EA0100001000\n", false},
-      {"name,code,country\n\"AC A\",DP,CH\n", false},
-      {"", false},
-  };
-  for (const auto& c : cases) EXPECT_EQ(LooksLikeOpenAir(c.text), c.openair) << c.text;
+  for (const char* text : {"\xEF\xBB\xBF"
+                           "AC A\r\nAN x\r\nDP 1 N 1 E\r\n",
+                           "Airspace of 2024\nac r\nv x=1 N 1 E\n"}) {
+    EXPECT_TRUE(LooksLikeOpenAir(text)) << text;
+  }
+  for (const char* text : {"AC A\nAN x\n", "* AC A\n* DP 1 N 1 E\n", "DP 1 N 1 E\nAC A\n",
+                           "name,code,country\n\"AC A\",DP,CH\n", ""}) {
+    EXPECT_FALSE(LooksLikeOpenAir(text)) << text;
+  }
 }
 
 }  // namespace

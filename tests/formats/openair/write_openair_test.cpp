@@ -1,12 +1,11 @@
 #include "formats/openair/write_openair.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <random>
-#include <vector>
 
 #include "formats/openair/read_openair.h"
+#include "tests/formats/read_text.h"
 
 namespace skyhaul {
 namespace {
@@ -29,9 +28,7 @@ void ExpectSameSegment(const AirspaceSegment& left, const AirspaceSegment& right
 }
 
 std::vector<CtrRecord> ReadBack(const std::string& text) {
-  AirspaceFile file;
-  std::string message;
-  EXPECT_GT(ReadOpenAir(text, file, message), 0) << message;
+  const AirspaceFile file = ReadGood(ReadOpenAir, text);
   EXPECT_THAT(file.notes, testing::IsEmpty());
   return file.airspaces;
 }
@@ -56,10 +53,7 @@ TEST(WriteOpenAir, GivesTheSameFile) {
       "AC A\r\n"
       "V X=00:00:00 N 000:00:00 E\r\n"
       "DC 25\r\n";
-  AirspaceFile file;
-  std::string message;
-  ASSERT_EQ(ReadOpenAir(text, file, message), 2) << message;
-  EXPECT_EQ(WriteOpenAir(file.airspaces), text);
+  EXPECT_EQ(WriteOpenAir(ReadGood(ReadOpenAir, text).airspaces), text);
 }
 
 TEST(WriteOpenAir, AnyOutlineIsReadBack) {

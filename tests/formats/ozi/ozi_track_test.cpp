@@ -2,36 +2,22 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "tests/formats/values/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {
 
-std::string Header() {
-  return "OziExplorer Track Point File Version 2.1\r\nWGS 84\r\nAltitude is in Feet\r\nReserved "
-         "3\r\n";
-}
+const std::string kHeader =
+    "OziExplorer Track Point File Version 2.1\r\nWGS 84\r\nAltitude is in Feet\r\nReserved 3\r\n";
 
 TEST(OziTrack, WritesEveryFix) {
-  const std::vector<TrackPoint> points = {
-      {.segment_start = 1,
-       .time = kMay2024,
-       .lat = 550274193,
-       .lon = -84986069,
-       .gps_alt_dm = 10000,
-       .pressure_alt = 7},
-      {.time = kMay2024 + 1,
-       .milliseconds = 500,
-       .lat = -550274193,
-       .lon = 84986069,
-       .gps_alt_dm = -3048},
-      {.segment_start = 1, .time = kMay2024 + 45304, .gps_alt_dm = -2368},
-  };
+  constexpr int32_t kLat = 550274193;  // 46.12345
+  constexpr int32_t kLon = 84986069;   // 7.12345
+  const std::vector<TrackPoint> points = {{1, kMay2024, 0, kLat, -kLon, 10000, 7},
+                                          {0, kMay2024 + 1, 500, -kLat, kLon, -3048},
+                                          {1, kMay2024 + 45304, 0, 0, 0, -2368}};
   EXPECT_EQ(WriteOziTrack(points, "A, B"),
-            Header() +
+            kHeader +
                 "0,2,255,A\xD1 B,0,0,2,8421376\r\n3\r\n"
                 "46.1234500,-7.1234500,1,3280.8,45413.5242593,01-May-24,12:34:56\r\n"
                 "-46.1234500,7.1234500,0,-1000.0,45413.5242767,01-May-24,12:34:57\r\n"
@@ -44,7 +30,7 @@ TEST(OziTrack, TakesPressureAltitudeWhereThereIsNoOther) {
 }
 
 TEST(OziTrack, WithoutFixesIsTheHeader) {
-  EXPECT_EQ(WriteOziTrack({}, "none"), Header() + "0,2,255,none,0,0,2,8421376\r\n0\r\n");
+  EXPECT_EQ(WriteOziTrack({}, "none"), kHeader + "0,2,255,none,0,0,2,8421376\r\n0\r\n");
 }
 
 }  // namespace

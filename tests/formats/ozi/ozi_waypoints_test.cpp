@@ -1,60 +1,39 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
 
 #include "core/units.h"
 #include "formats/ozi/read_ozi.h"
 #include "formats/ozi/write_ozi.h"
+#include "tests/formats/read_text.h"
 #include "tests/formats/values/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {
 
-using testing::HasSubstr;
-
-std::string Header() {
-  return "OziExplorer Waypoint File Version 1.1\r\nWGS 84\r\nReserved 2\r\nmagellan\r\n";
-}
-
-WaypointFile ReadGood(const std::string& text) {
-  WaypointFile file;
-  std::string message = "left over";
-  const int count = ReadOziWaypoints(text, file, message);
-  EXPECT_EQ(count, static_cast<int>(file.waypoints.size()));
-  EXPECT_EQ(message, "");
-  return file;
-}
+const std::string kHeader =
+    "OziExplorer Waypoint File Version 1.1\r\nWGS 84\r\nReserved 2\r\nmagellan\r\n";
 
 TEST(OziWaypoints, ComeBack) {
-  const std::vector<FileWaypoint> written = SampleWaypoints();
-  const std::string text = WriteOziWaypoints(written);
+  std::vector<FileWaypoint> waypoints = SampleWaypoints();
+  const std::string text = WriteOziWaypoints(waypoints);
   EXPECT_TRUE(LooksLikeOziWaypoints(text));
-  const WaypointFile file = ReadGood(text);
+  const WaypointFile file = ReadGood(ReadOziWaypoints, text);
   EXPECT_TRUE(file.notes.empty());
-  ASSERT_EQ(file.waypoints.size(), written.size());
-  for (size_t i = 0; i < written.size(); ++i) {
-    const FileWaypoint& read = file.waypoints[i];
-    EXPECT_EQ(read.lat, written[i].lat) << i;
-    EXPECT_EQ(read.lon, written[i].lon) << i;
-    EXPECT_NEAR(read.altitude_m, written[i].altitude_m, 0.16) << i;
-    EXPECT_EQ(read.name, written[i].name);
-    EXPECT_EQ(read.description, written[i].description);
-    EXPECT_EQ(read.time, written[i].time) << i;
-  }
+  waypoints[0].type = 0;
+  ExpectSameWaypoints(file.waypoints, waypoints, {.altitude_m = 0.16});
 }
 
 TEST(OziWaypoints, ReadsTheSpellingsOfOtherPrograms) {
   const WaypointFile file = ReadGood(
-      Header() +
-      "1,point        , 43.978528, 15.383372,45370.34412, 2, 1, 3, 0, 65535,, 0, 0, 0, -777, 6, "
-      "0,17,0,10.0,2,,,\r\n"
-      "\r\n"
-      "-1,Z\xFCrich,47.5,-8.25,,0,1,3,0,65535,North\xD1 of the lake\xD1,0,0,0,1000,6,0,17\n"
-      "   2,short, 1.5, 2.5\n"
-      "3,PE\xD1"
-      "A,1,2\n"
-      "\x1a");
+      ReadOziWaypoints,
+      kHeader +
+          "1,point        , 43.978528, 15.383372,45370.34412, 2, 1, 3, 0, 65535,, 0, 0, 0, -777, "
+          "6, 0,17,0,10.0,2,,,\r\n"
+          "\r\n"
+          "-1,Z\xFCrich,47.5,-8.25,,0,1,3,0,65535,North\xD1 of the lake\xD1,0,0,0,1000,6,0,17\n"
+          "   2,short, 1.5, 2.5\n"
+          "3,PE\xD1"
+          "A,1,2\n"
+          "\x1a");
   ASSERT_EQ(file.waypoints.size(), 4U);
   EXPECT_EQ(file.waypoints[0].name, "point");
   EXPECT_EQ(file.waypoints[0].altitude_m, 0);
@@ -71,7 +50,8 @@ TEST(OziWaypoints, ReadsTheSpellingsOfOtherPrograms) {
 }
 
 TEST(OziWaypoints, SkipsBrokenLinesWithANote) {
-  const WaypointFile file = ReadGood(Header() +
+  const WaypointFile file =
+      ReadGood(ReadOziWaypoints, kHeader +
                                      "1,good,46,7\n"
                                      "1,letters,46a,7\n"
                                      "1,far,90.01,7\n"
@@ -89,26 +69,19 @@ TEST(OziWaypoints, SkipsBrokenLinesWithANote) {
 }
 
 TEST(OziWaypoints, RefusesOtherKinds) {
-  const struct {
-    std::string text;
-    const char* message;
-  } cases[] = {
+  const std::pair<std::string, const char*> cases[] = {
       {"", "line 1: not an OziExplorer waypoint file"},
       {"G  WGS 84\r\nU  1\r\n", "line 1: not an OziExplorer waypoint file"},
       {"OziExplorer Track Point File Version 2.1\r\nWGS 84\r\n",
        "line 1: this OziExplorer file is not of waypoints but a Track Point File"},
       {"OziExplorer Waypoint File Version 1.1\r\nEuropean 1950\r\nReserved 2\r\nx\r\n1,a,1,2\r\n",
        "line 2: the datum is \"European 1950\", only WGS 84"},
-      {Header() + "1,a,x,2\r\n1,b\r\n", "line 5: none of the waypoints"},
+      {kHeader + "1,a,x,2\r\n1,b\r\n", "line 5: none of the waypoints"},
   };
-  for (const auto& item : cases) {
-    WaypointFile file = {.waypoints = {{}}, .notes = {"old"}};
-    std::string message;
-    EXPECT_EQ(ReadOziWaypoints(item.text, file, message), -1) << item.text;
-    EXPECT_THAT(message, HasSubstr(item.message));
-    EXPECT_TRUE(file.waypoints.empty() && file.notes.empty());
+  for (const auto& [text, message] : cases) {
+    EXPECT_THAT(ReadBad(ReadOziWaypoints, text), testing::HasSubstr(message));
   }
-  EXPECT_TRUE(ReadGood(Header()).waypoints.empty());
+  EXPECT_TRUE(ReadGood(ReadOziWaypoints, kHeader).waypoints.empty());
 }
 
 TEST(OziWaypoints, TextsCannotBreakTheLine) {
@@ -117,11 +90,13 @@ TEST(OziWaypoints, TextsCannotBreakTheLine) {
       .name = " A,B\r\n1,forged,1,2 ",
       .description = "España, SPAÑ, 山,x 0123456789012345678901234567890123456789",
   }};
-  const WaypointFile file = ReadGood(WriteOziWaypoints(written));
-  ASSERT_EQ(file.waypoints.size(), 1U);
-  EXPECT_EQ(file.waypoints[0].name, "A, B  1, forged,1,2");
-  EXPECT_EQ(file.waypoints[0].description, "España, SPAN, ?, x 0123456789012345678901");
-  EXPECT_NEAR(file.waypoints[0].altitude_m, -777 * 0.3048, 0.31);
+  const std::vector<FileWaypoint> read = {{
+      .altitude_m = -777 * 0.3048,
+      .name = "A, B  1, forged,1,2",
+      .description = "España, SPAN, ?, x 0123456789012345678901",
+  }};
+  ExpectSameWaypoints(ReadGood(ReadOziWaypoints, WriteOziWaypoints(written)).waypoints, read,
+                      {.altitude_m = 0.31});
 }
 
 }  // namespace

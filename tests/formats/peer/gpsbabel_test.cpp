@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <pugixml.hpp>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "core/units.h"
@@ -33,11 +32,6 @@ struct Point {
 
 bool Runs(const std::string& command) {
   return std::system(command.c_str()) == 0;
-}
-
-// Whether gpsbabel is here and knows a format; some versions came without CompeGPS.
-bool HasGpsbabel(const std::string& format) {
-  return Runs("gpsbabel -^1 2>/dev/null | grep -q '\t" + format + "\t'");
 }
 
 void CollectPoints(const pugi::xml_node& node, std::string_view kind, std::vector<Point>& points) {
@@ -69,7 +63,13 @@ std::vector<Point> Converted(const std::string& format, const std::string& text,
   return points;
 }
 
-void ExpectSame(const std::vector<Point>& found, const std::vector<Point>& expected) {
+// Skips the test without a gpsbabel that knows the format; some versions came without CompeGPS.
+void ExpectFound(const std::string& format, const std::string& text, std::string_view kind,
+                 const std::vector<Point>& expected) {
+  if (!Runs("gpsbabel -^1 2>/dev/null | grep -q '\t" + format + "\t'")) {
+    GTEST_SKIP() << "gpsbabel, if installed, does not know " << format;
+  }
+  const std::vector<Point> found = Converted(format, text, kind);
   ASSERT_EQ(found.size(), expected.size());
   for (size_t i = 0; i < found.size(); ++i) {
     EXPECT_NEAR(found[i].lat_deg, expected[i].lat_deg, 1e-5) << i;
@@ -82,7 +82,6 @@ void ExpectSame(const std::vector<Point>& found, const std::vector<Point>& expec
 
 std::vector<Point> Expected(const std::vector<FileWaypoint>& waypoints) {
   std::vector<Point> points;
-  points.reserve(waypoints.size());
   for (const FileWaypoint& waypoint : waypoints) {
     points.push_back({.lat_deg = SemicirclesToDegrees(waypoint.lat),
                       .lon_deg = SemicirclesToDegrees(waypoint.lon),
@@ -97,7 +96,6 @@ std::vector<Point> Expected(const std::vector<FileWaypoint>& waypoints) {
 std::vector<TrackPoint> Flight() {
   constexpr int kFixes = 500;
   std::vector<TrackPoint> points;
-  points.reserve(kFixes);
   for (int i = 0; i < kFixes; ++i) {
     points.push_back({.segment_start = i == 0 || i == 300 ? 1U : 0U,
                       .time = kMay2024 + static_cast<uint32_t>(i),
@@ -111,7 +109,6 @@ std::vector<TrackPoint> Flight() {
 
 std::vector<Point> Expected(const std::vector<TrackPoint>& track) {
   std::vector<Point> points;
-  points.reserve(track.size());
   for (const TrackPoint& fix : track) {
     points.push_back({.lat_deg = SemicirclesToDegrees(fix.lat),
                       .lon_deg = SemicirclesToDegrees(fix.lon),
@@ -122,36 +119,29 @@ std::vector<Point> Expected(const std::vector<TrackPoint>& track) {
 }
 
 TEST(Gpsbabel, FindsTheWaypointsOfGpx) {
-  if (!HasGpsbabel("gpx")) GTEST_SKIP() << "gpsbabel is not installed";
-  ExpectSame(Converted("gpx", WriteGpx(SampleWaypoints()), "wpt"), Expected(SampleWaypoints()));
+  ExpectFound("gpx", WriteGpx(SampleWaypoints()), "wpt", Expected(SampleWaypoints()));
 }
 
 TEST(Gpsbabel, FindsTheWaypointsOfOziExplorer) {
-  if (!HasGpsbabel("ozi")) GTEST_SKIP() << "gpsbabel is not installed";
-  ExpectSame(Converted("ozi", WriteOziWaypoints(SampleWaypoints()), "wpt"),
-             Expected(SampleWaypoints()));
+  ExpectFound("ozi", WriteOziWaypoints(SampleWaypoints()), "wpt", Expected(SampleWaypoints()));
 }
 
 TEST(Gpsbabel, FindsTheWaypointsOfCompeGps) {
-  if (!HasGpsbabel("compegps")) GTEST_SKIP() << "this gpsbabel, if any, does not read CompeGPS";
-  ExpectSame(Converted("compegps", WriteCompeGps(SampleWaypoints()), "wpt"),
-             Expected(SampleWaypoints()));
+  ExpectFound("compegps", WriteCompeGps(SampleWaypoints()), "wpt", Expected(SampleWaypoints()));
 }
 
 TEST(Gpsbabel, FindsTheTrackOfOziExplorer) {
-  if (!HasGpsbabel("ozi")) GTEST_SKIP() << "gpsbabel is not installed";
-  ExpectSame(Converted("ozi", WriteOziTrack(Flight(), "Flight"), "trkpt"), Expected(Flight()));
+  ExpectFound("ozi", WriteOziTrack(Flight(), "Flight"), "trkpt", Expected(Flight()));
 }
 
 TEST(Gpsbabel, FindsTheTrackAndThePlacemarksOfKml) {
-  if (!HasGpsbabel("kml")) GTEST_SKIP() << "gpsbabel is not installed";
   const std::vector<TrackPoint> flight = Flight();
   const std::string kml = WriteKmlTrack(flight, {.name = "F", .take_off = 10, .landing = 490});
-  ExpectSame(Converted("kml", kml, "trkpt"), Expected(flight));
+  ExpectFound("kml", kml, "trkpt", Expected(flight));
   std::vector<Point> placemarks = Expected(std::vector<TrackPoint>{flight[10], flight[490]});
   placemarks[0].name = "Take-off";
   placemarks[1].name = "Landing";
-  ExpectSame(Converted("kml", kml, "wpt"), placemarks);
+  ExpectFound("kml", kml, "wpt", placemarks);
 }
 
 }  // namespace

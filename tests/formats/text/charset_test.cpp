@@ -9,10 +9,7 @@ namespace skyhaul {
 namespace {
 
 TEST(ToUtf8, TakesWhatIsNotUtf8ForWindows1252) {
-  const struct {
-    std::string_view bytes;
-    std::string_view text;
-  } cases[] = {
+  const std::pair<std::string_view, std::string_view> cases[] = {
       {"", ""},
       {"plain", "plain"},
       {"Z\xC3\xBCrich", "Zürich"},
@@ -31,15 +28,12 @@ TEST(ToUtf8, TakesWhatIsNotUtf8ForWindows1252) {
       // One bad byte settles it for the whole text.
       {"\xC3\xBC\xFC", "Ã¼ü"},
   };
-  for (const auto& test : cases) EXPECT_EQ(ToUtf8(test.bytes), test.text) << test.text;
+  for (const auto& [bytes, text] : cases) EXPECT_EQ(ToUtf8(bytes), text) << text;
   EXPECT_EQ(ToUtf8(std::string_view("a\0\xFC", 3)), std::string("a\0ü", 4));
 }
 
 TEST(ToAscii, DropsNothing) {
-  const struct {
-    std::string_view text;
-    std::string_view plain;
-  } cases[] = {
+  const std::pair<std::string_view, std::string_view> cases[] = {
       {"Zürich Genève Château-d'Œx", "Zurich Geneve Chateau-d'OEx"},
       {"Großglockner Ærø Ðþ", "Grossglockner AEro Dth"},
       {"Łódź Žďár Iğdır Győr Țăndărei Ňŷ", "Lodz Zdar Igdir Gyor Tandarei Ny"},
@@ -53,7 +47,7 @@ TEST(ToAscii, DropsNothing) {
       {"\u0301 1\u0301 Ж\u0301", "? 1? ??"},
       {"bad \xFF\xC3", "bad ??"},
   };
-  for (const auto& test : cases) EXPECT_EQ(ToAscii(test.text), test.plain) << test.text;
+  for (const auto& [text, plain] : cases) EXPECT_EQ(ToAscii(text), plain) << text;
 }
 
 TEST(FirstCharacters, CutsBetweenCharacters) {

@@ -25,14 +25,12 @@ TEST(TakeWord, SkipsBlanksBefore) {
 }
 
 TEST(ParseDecimal, TakesNothingButDecimals) {
-  const struct {
-    std::string_view text;
-    double number;
-  } good[] = {{"12", 12}, {"-3.5", -3.5}, {"+.25", .25}, {"007.", 7}, {"-0", 0}};
-  for (const auto& test : good) {
+  const std::pair<std::string_view, double> good[] = {
+      {"12", 12}, {"-3.5", -3.5}, {"+.25", .25}, {"007.", 7}, {"-0", 0}};
+  for (const auto& [text, expected] : good) {
     double number = 99;
-    EXPECT_EQ(ParseDecimal(test.text, number), 0) << test.text;
-    EXPECT_EQ(number, test.number) << test.text;
+    EXPECT_EQ(ParseDecimal(text, number), 0) << text;
+    EXPECT_EQ(number, expected) << text;
   }
   for (const std::string_view bad : {"", "-", "+", ".", "--1", "+-1", "1e3", "inf", "nan", "0x10",
                                      "1,5", " 1", "1 ", "1.2.3", "12m"}) {

@@ -8,10 +8,7 @@ namespace skyhaul {
 namespace {
 
 TEST(ReadIsoTime, TakesWhatFilesHold) {
-  const struct {
-    const char* text;
-    uint32_t time;
-  } cases[] = {
+  const std::pair<const char*, uint32_t> cases[] = {
       {"2024-05-01T12:34:56Z", kMay2024},
       {"  2024-05-01T12:34:56z ", kMay2024},
       {"2024-05-01T12:34:56", kMay2024},
@@ -24,33 +21,32 @@ TEST(ReadIsoTime, TakesWhatFilesHold) {
       {"1989-12-31T00:00:01Z", 1},
       {"1989-12-31T00:30:00+01:00", 0},
   };
-  for (const auto& item : cases) EXPECT_EQ(ReadIsoTime(item.text), item.time) << item.text;
+  for (const auto& [text, time] : cases) EXPECT_EQ(ReadIsoTime(text), time) << text;
 }
 
 TEST(ReadIsoTime, RefusesWhatIsNoTime) {
-  for (const char* text : {"",
-                           "2024",
-                           "2024-05-01",
-                           "2024-05-01 12:34:56",
-                           "2024-13-01T12:34:56Z",
-                           "2024-00-01T12:34:56Z",
-                           "2023-02-29T12:34:56Z",
-                           "2024-04-31T12:34:56Z",
-                           "2024-05-00T12:34:56Z",
-                           "2024-05-01T24:34:56Z",
-                           "2024-05-01T12:60:56Z",
-                           "2024-05-01T12:34:61Z",
-                           "2024-05-01T12:34:56X",
-                           "2024-05-01T12:34:56+2",
-                           "2024-05-01T12:34:56+15:00",
-                           "1989-12-30T23:59:59Z",
-                           "1970-01-01T00:00:00Z",
-                           "2126-01-01T00:00:00Z",
-                           "9999-12-31T23:59:59Z",
-                           "+024-05-01T12:34:56Z",
-                           "20x4-05-01T12:34:56Z"}) {
-    EXPECT_EQ(ReadIsoTime(text), 0U) << text;
-  }
+  const char* const cases[] = {"",
+                               "2024",
+                               "2024-05-01",
+                               "2024-05-01 12:34:56",
+                               "2024-13-01T12:34:56Z",
+                               "2024-00-01T12:34:56Z",
+                               "2023-02-29T12:34:56Z",
+                               "2024-04-31T12:34:56Z",
+                               "2024-05-00T12:34:56Z",
+                               "2024-05-01T24:34:56Z",
+                               "2024-05-01T12:60:56Z",
+                               "2024-05-01T12:34:61Z",
+                               "2024-05-01T12:34:56X",
+                               "2024-05-01T12:34:56+2",
+                               "2024-05-01T12:34:56+15:00",
+                               "1989-12-30T23:59:59Z",
+                               "1970-01-01T00:00:00Z",
+                               "2126-01-01T00:00:00Z",
+                               "9999-12-31T23:59:59Z",
+                               "+024-05-01T12:34:56Z",
+                               "20x4-05-01T12:34:56Z"};
+  for (const char* text : cases) EXPECT_EQ(ReadIsoTime(text), 0U) << text;
 }
 
 TEST(AppendIsoTime, WritesMillisecondsOnlyWhereThereAreSome) {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <vector>
+#include <gtest/gtest.h>
 
 #include "formats/waypoints/waypoint_list.h"
 
@@ -29,6 +28,28 @@ inline std::vector<FileWaypoint> SampleWaypoints() {
       {.lat = 1 << 30, .lon = INT32_MAX, .altitude_m = 12345, .name = "POLE"},
       {.lat = -(1 << 30), .lon = INT32_MIN, .altitude_m = 1, .name = "POLE2"},
   };
+}
+
+// How far what comes back may be from what was written.
+struct Tolerance {
+  double altitude_m = 0;
+  double semicircles = 0;
+};
+
+inline void ExpectSameWaypoints(const std::vector<FileWaypoint>& read,
+                                const std::vector<FileWaypoint>& written, Tolerance tolerance) {
+  ASSERT_EQ(read.size(), written.size());
+  for (size_t i = 0; i < read.size(); ++i) {
+    SCOPED_TRACE(i);
+    EXPECT_NEAR(read[i].lat, written[i].lat, tolerance.semicircles);
+    EXPECT_NEAR(read[i].lon, written[i].lon, tolerance.semicircles);
+    EXPECT_NEAR(read[i].altitude_m, written[i].altitude_m, tolerance.altitude_m);
+    EXPECT_EQ(read[i].name, written[i].name);
+    EXPECT_EQ(read[i].description, written[i].description);
+    EXPECT_EQ(read[i].comment, written[i].comment);
+    EXPECT_EQ(read[i].time, written[i].time);
+    EXPECT_EQ(read[i].type, written[i].type);
+  }
 }
 
 }  // namespace skyhaul

@@ -33,20 +33,17 @@ TEST(ToWindows1252, GivesPlainLettersForWhatItLacks) {
 }
 
 TEST(AppendXmlText, EscapesAndKeepsWhatXmlAllows) {
-  const struct {
-    std::string_view text;
-    std::string_view xml;
-  } cases[] = {
+  const std::pair<std::string_view, std::string_view> cases[] = {
       {"a<b>&\"c\"'", "a&lt;b&gt;&amp;&quot;c&quot;'"},
       {"Größe\t\n", "Größe\t\n"},
       {std::string_view("a\0b\x1b\x01", 5), "a b  "},
       {"a\xEF\xBF\xBF\xEF\xBF\xBE\xEF\xBF\xBD", "a??\xEF\xBF\xBD"},
       {"Gruy\xE8res", "Gruyères"},
   };
-  for (const auto& item : cases) {
+  for (const auto& [text, expected] : cases) {
     std::string xml;
-    AppendXmlText(xml, item.text);
-    EXPECT_EQ(xml, item.xml);
+    AppendXmlText(xml, text);
+    EXPECT_EQ(xml, expected);
   }
 }
 

@@ -36,11 +36,7 @@ TEST(PositionFromDegrees, KeepsToTheGlobe) {
 }
 
 TEST(AngleInSteps, RoundsTheSizeOfTheAngle) {
-  const struct {
-    int32_t semicircles;
-    int32_t steps_per_degree;
-    int64_t steps;
-  } cases[] = {
+  const std::tuple<int32_t, int32_t, int64_t> cases[] = {
       {0, 60000, 0},
       {kMin, 60000, 10800000},
       {kMax, 60000, 10800000},  // rounds up to a whole degree
@@ -50,8 +46,8 @@ TEST(AngleInSteps, RoundsTheSizeOfTheAngle) {
       {100, 60000, 1},
       {-100, 60000, 1},
   };
-  for (const auto& test : cases) {
-    EXPECT_EQ(AngleInSteps(test.semicircles, test.steps_per_degree), test.steps);
+  for (const auto& [semicircles, steps_per_degree, steps] : cases) {
+    EXPECT_EQ(AngleInSteps(semicircles, steps_per_degree), steps);
   }
 }
 
