@@ -4,11 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
 #include <vector>
 
 #include "analysis/geodesic.h"
@@ -18,7 +13,9 @@
 #include "instruments/flight_generator.h"
 #include "tests/analysis/reference_optimiser.h"
 #include "tests/analysis/track_shapes.h"
+#include "tests/support/real_flights.h"
 #include "tests/support/recording_shell.h"
+#include "tests/support/scratch_folder.h"
 
 namespace skyhaul {
 namespace {
@@ -53,24 +50,21 @@ bool ExpectLikeReference(const std::vector<TrackPoint>& points, const OptimiseSe
 }
 
 struct Region {
-  double size_m;
-  double lat_deg;
-  double lon_deg;
-  int32_t gap_m;
-  bool fai_rule;
+  TrackRegion region;
+  OptimiseSettings settings;
 };
 
 constexpr Region kRegions[] = {
-    {50000, 46.5, 8, 3000, false},        //
-    {50000, 46.5, 8, 800, true},          //
-    {9000, -33, 179.99, 3000, true},      // across the 180th meridian, about the least leg
-    {9000, 0, -180, 400, false},          // likewise, on the equator
-    {150, 46.5, 8, 3000, true},           // everything closes
-    {8, -60, -70, 4, false},              // rounding decides
-    {30000, 89.9, 20, 2000, true},        // about a pole
-    {200000, -89, 20, 150000, false},     //
-    {300000, 10, 100, 2147483647, true},  // the greatest gap
-    {50000, 46.5, 8, 0, true},            // no closed tasks
+    {{46.5, 8, 50000}, {3000, false}},        //
+    {{46.5, 8, 50000}, {800, true}},          //
+    {{-33, 179.99, 9000}, {3000, true}},      // across the 180th meridian, about the least leg
+    {{0, -180, 9000}, {400, false}},          // likewise, on the equator
+    {{46.5, 8, 150}, {3000, true}},           // everything closes
+    {{-60, -70, 8}, {4, false}},              // rounding decides
+    {{89.9, 20, 30000}, {2000, true}},        // about a pole
+    {{-89, 20, 200000}, {150000, false}},     //
+    {{10, 100, 300000}, {2147483647, true}},  // the greatest gap
+    {{46.5, 8, 50000}, {0, true}},            // no closed tasks
 };
 
 class OptimiseShapes : public testing::TestWithParam<size_t> {};
@@ -79,32 +73,18 @@ TEST_P(OptimiseShapes, LikeTheReference) {
   constexpr size_t kSizes[] = {2, 3, 4, 5, 6, 7, 9, 15, 16, 17, 31, 33, 48, 64, 100, 129};
   const auto shape = static_cast<TrackShape>(GetParam());
   uint32_t seed = 1;
-  for (const Region& region : kRegions) {
+  for (const auto& [region, settings] : kRegions) {
     for (const size_t points : kSizes) {
       ++seed;
-      const std::vector<TrackPoint> track = MakeTrack({.shape = shape,
-                                                       .points = points + seed % 2,
-                                                       .size_m = region.size_m,
-                                                       .lat_deg = region.lat_deg,
-                                                       .lon_deg = region.lon_deg,
-                                                       .seed = seed});
-      const OptimiseSettings settings = {.gap_m = region.gap_m, .fai_rule = region.fai_rule};
+      const std::vector<TrackPoint> track = MakeTrack({shape, points + seed % 2, seed, region});
       if (!ExpectLikeReference(track, settings, NameOf(shape))) return;
     }
   }
-}
-
-TEST_P(OptimiseShapes, LikeTheReferenceOn400Points) {
-  const auto shape = static_cast<TrackShape>(GetParam());
-  for (uint32_t seed = 1; seed <= 3; ++seed) {
-    const Region& region = kRegions[(GetParam() + size_t{3} * seed) % std::size(kRegions)];
-    const std::vector<TrackPoint> track = MakeTrack({.shape = shape,
-                                                     .points = 401 - seed,
-                                                     .size_m = region.size_m,
-                                                     .lat_deg = region.lat_deg,
-                                                     .lon_deg = region.lon_deg,
-                                                     .seed = seed});
-    if (!ExpectLikeReference(track, {region.gap_m, region.fai_rule}, NameOf(shape))) return;
+  for (seed = 1; seed <= 3; ++seed) {
+    const auto& [region, settings] =
+        kRegions[(GetParam() + size_t{3} * seed) % std::size(kRegions)];
+    const std::vector<TrackPoint> track = MakeTrack({shape, 401 - seed, seed, region});
+    if (!ExpectLikeReference(track, settings, NameOf(shape))) return;
   }
 }
 
@@ -181,40 +161,24 @@ TEST(OptimiseTrack, CirclesAndRidgeAtFullSize) {
   }
 }
 
-std::vector<TrackPoint> ReadFlight(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  std::vector<TrackPoint> points;
-  std::string message;
-  if (ParseIgc(text, points, message) < 0) points.clear();
-  return points;
-}
-
 class OptimiseRealFlights : public testing::TestWithParam<size_t> {};
 
 // The flights are shared out to several runs, so that these can go on side by side.
 constexpr size_t kRuns = 8;
 
 TEST_P(OptimiseRealFlights, LikeTheReference) {
-  const char* folder = std::getenv("SKYHAUL_FLIGHTS");
-  if (folder == nullptr || !std::filesystem::is_directory(folder)) {
-    GTEST_SKIP() << "no real flights: SKYHAUL_FLIGHTS names no folder";
-  }
-  std::vector<std::filesystem::path> paths;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (entry.path().extension() == ".igc") paths.push_back(entry.path());
-  }
-  std::sort(paths.begin(), paths.end());
+  const std::vector<std::filesystem::path> paths = RealFlights();
   int compared = 0;
   for (size_t i = GetParam(); i < paths.size(); i += kRuns) {
-    const std::vector<TrackPoint> points = ReadFlight(paths[i]);
-    if (points.empty()) continue;  // the reader refuses it
+    std::vector<TrackPoint> points;
+    std::string message;
+    if (ParseIgc(ReadText(paths[i].string()), points, message) < 0) continue;
     const OptimiseSettings settings = {.gap_m = i % 3 == 0 ? 20000 : 3000, .fai_rule = i % 2 == 0};
     ExpectLikeReference(points, settings, paths[i].filename().string());
     ++compared;
   }
   RecordProperty("compared", compared);
-  if (compared == 0) GTEST_SKIP() << "no flight that can be read is left for this run";
+  if (compared == 0) GTEST_SKIP() << "SKYHAUL_FLIGHTS names no flights for this run";
 }
 
 INSTANTIATE_TEST_SUITE_P(Shared, OptimiseRealFlights, testing::Range(size_t{0}, kRuns));

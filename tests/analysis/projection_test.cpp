@@ -94,22 +94,16 @@ TEST(Projection, PlaneIsNearTheEllipsoidOver500Km) {
 }
 
 TEST(Projection, HasNoSeam) {
-  struct Case {
-    const char* name;
-    TrackPoint from;
-    TrackPoint to;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, TrackPoint, TrackPoint> cases[] = {
       {"180th meridian", PointAt(10, 179.9), PointAt(10, -179.9)},
       {"180th meridian, west first", PointAt(10, -179.9), PointAt(10.1, 179.9)},
       {"north pole", PointAt(89.9, 0), PointAt(89.9, 179)},
       {"south pole", PointAt(-89.95, -120), PointAt(-89.9, 60)},
   };
-  for (const Case& at : cases) {
-    const TrackPoint flight[] = {at.from, at.to};
-    EXPECT_NEAR(PlaneDistance_m(ProjectionFor(flight), at.from, at.to), Geodesic_m(at.from, at.to),
-                0.3)
-        << at.name;
+  for (const auto& [name, from, to] : cases) {
+    const TrackPoint flight[] = {from, to};
+    EXPECT_NEAR(PlaneDistance_m(ProjectionFor(flight), from, to), Geodesic_m(from, to), 0.3)
+        << name;
   }
 }
 

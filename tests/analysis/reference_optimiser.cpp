@@ -5,9 +5,8 @@
 #include <functional>
 #include <vector>
 
-#include "analysis/geodesic.h"
 #include "analysis/projection.h"
-#include "core/units.h"
+#include "tests/analysis/measured_task.h"
 
 namespace skyhaul {
 
@@ -21,14 +20,19 @@ struct Closing {
   uint32_t finish = 0;
 };
 
+struct Farthest {
+  int distance_m = -1;
+  uint32_t at = 0;
+};
+
 struct Reference {
   std::span<const TrackPoint> points;
   OptimiseSettings settings;
   std::vector<uint32_t> kept;
   std::vector<std::vector<int32_t>> d;
   std::vector<Closing> closing;  // t1 * size + t3
-  std::vector<int> farthest_before;
-  std::vector<int> farthest_after;
+  std::vector<Farthest> before;
+  std::vector<Farthest> after;
 
   uint32_t Size() const { return static_cast<uint32_t>(kept.size()); }
 };
@@ -53,8 +57,8 @@ void FillMatrix(Reference& r) {
     places.push_back(ToPlane(projection, r.points[i].lat, r.points[i].lon));
   }
   r.d.assign(r.Size(), std::vector<int32_t>(r.Size(), 0));
-  r.farthest_before.assign(r.Size(), -1);
-  r.farthest_after.assign(r.Size(), -1);
+  r.before.resize(r.Size());
+  r.after.resize(r.Size());
   for (uint32_t i = 0; i < r.Size(); ++i) {
     for (uint32_t j = i + 1; j < r.Size(); ++j) {
       const double dx = places[i].x_m - places[j].x_m;
@@ -62,95 +66,71 @@ void FillMatrix(Reference& r) {
       const double above = std::sqrt(dx * dx + dy * dy) + 0.5;
       const int d = static_cast<int>(above);
       r.d[i][j] = r.d[j][i] = d;
-      int& after = r.farthest_after[i];
-      int& before = r.farthest_before[j];
-      if (after < 0 || d > r.d[i][static_cast<uint32_t>(after)]) after = static_cast<int>(j);
-      if (before < 0 || d > r.d[j][static_cast<uint32_t>(before)]) before = static_cast<int>(i);
+      if (d > r.after[i].distance_m) r.after[i] = {d, j};
+      if (d > r.before[j].distance_m) r.before[j] = {d, i};
     }
   }
 }
 
-uint32_t After(const Reference& r, uint32_t i) {
-  return static_cast<uint32_t>(r.farthest_after[i]);
-}
+// The last of equal ones wins.
+struct Best {
+  int score_m = -1;
+  Vertices at;
+};
 
-uint32_t Before(const Reference& r, uint32_t i) {
-  return static_cast<uint32_t>(r.farthest_before[i]);
-}
-
-int Ahead(const Reference& r, uint32_t i) {
-  return r.d[i][After(r, i)];
-}
-
-int Behind(const Reference& r, uint32_t i) {
-  return r.d[Before(r, i)][i];
-}
-
-Vertices Coarse2(const Reference& r) {
-  Vertices best;
-  int best_m = -1;
-  for (uint32_t i = 0; i + 1 < r.Size(); ++i) {
-    if (Ahead(r, i) < best_m) continue;
-    best_m = Ahead(r, i);
-    best = {i, After(r, i)};
-  }
-  return best;
-}
-
-Vertices Coarse3(const Reference& r) {
-  Vertices best;
-  int best_m = -1;
-  for (uint32_t k = 1; k + 1 < r.Size(); ++k) {
-    if (Behind(r, k) + Ahead(r, k) < best_m) continue;
-    best_m = Behind(r, k) + Ahead(r, k);
-    best = {Before(r, k), k, After(r, k)};
-  }
-  return best;
+void Offer(Best& best, int score_m, const Vertices& at) {
+  if (score_m >= best.score_m) best = {score_m, at};
 }
 
 bool LongEnough(const Reference& r, uint32_t i, uint32_t j) {
   return !r.settings.fai_rule || r.d[i][j] > 9999;
 }
 
+Vertices Coarse2(const Reference& r) {
+  Best best;
+  for (uint32_t a = 0; a + 1 < r.Size(); ++a) {
+    Offer(best, r.after[a].distance_m, {a, r.after[a].at});
+  }
+  return best.at;
+}
+
+Vertices Coarse3(const Reference& r) {
+  Best best;
+  for (uint32_t b = 1; b + 1 < r.Size(); ++b) {
+    Offer(best, r.before[b].distance_m + r.after[b].distance_m, {r.before[b].at, b, r.after[b].at});
+  }
+  return best.at;
+}
+
 Vertices Coarse4(const Reference& r) {
-  Vertices best;
-  int best_m = -1;
+  Best best;
   for (uint32_t b = 1; b + 2 < r.Size(); ++b) {
     for (uint32_t c = b + 1; c + 1 < r.Size(); ++c) {
-      const int sum = Behind(r, b) + r.d[b][c] + Ahead(r, c);
-      if (!LongEnough(r, b, c) || sum < best_m) continue;
-      best_m = sum;
-      best = {Before(r, b), b, c, After(r, c)};
+      if (!LongEnough(r, b, c)) continue;
+      Offer(best, r.before[b].distance_m + r.d[b][c] + r.after[c].distance_m,
+            {r.before[b].at, b, c, r.after[c].at});
     }
   }
-  return best;
+  return best.at;
 }
 
 Vertices Coarse5(const Reference& r) {
-  Vertices best;
-  int best_m = -1;
+  Best best;
   for (uint32_t c = 2; c + 2 < r.Size(); ++c) {
-    int b = -1;
-    int first_m = -1;
-    for (uint32_t i = 1; i < c; ++i) {
-      if (!LongEnough(r, i, c) || Behind(r, i) + r.d[i][c] < first_m) continue;
-      first_m = Behind(r, i) + r.d[i][c];
-      b = static_cast<int>(i);
+    Best first;
+    for (uint32_t b = 1; b < c; ++b) {
+      if (LongEnough(r, b, c)) Offer(first, r.before[b].distance_m + r.d[b][c], {b});
     }
-    int d = -1;
-    int rest_m = -1;
-    for (uint32_t i = c + 1; i + 1 < r.Size(); ++i) {
-      if (!LongEnough(r, c, i) || r.d[c][i] + Ahead(r, i) < rest_m) continue;
-      rest_m = r.d[c][i] + Ahead(r, i);
-      d = static_cast<int>(i);
+    Best rest;
+    for (uint32_t d = c + 1; d + 1 < r.Size(); ++d) {
+      if (LongEnough(r, c, d)) Offer(rest, r.d[c][d] + r.after[d].distance_m, {d});
     }
-    if (b < 0 || d < 0 || first_m + rest_m < best_m) continue;
-    best_m = first_m + rest_m;
-    const auto second = static_cast<uint32_t>(b);
-    const auto fourth = static_cast<uint32_t>(d);
-    best = {Before(r, second), second, c, fourth, After(r, fourth)};
+    if (first.at.empty() || rest.at.empty()) continue;
+    const uint32_t b = first.at[0];
+    const uint32_t d = rest.at[0];
+    Offer(best, first.score_m + rest.score_m, {r.before[b].at, b, c, d, r.after[d].at});
   }
-  return best;
+  return best.at;
 }
 
 Vertices CoarseOutAndReturn(const Reference& r) {
@@ -214,75 +194,6 @@ Vertices CoarseTriangle(const Reference& r, bool fai) {
   return best;
 }
 
-double Geodesic_m(const Reference& r, uint32_t i, uint32_t j) {
-  const TrackPoint& from = r.points[i];
-  const TrackPoint& to = r.points[j];
-  const double distance_m =
-      GeodesicDistance_m(SemicirclesToRadians(from.lat), SemicirclesToRadians(from.lon),
-                         SemicirclesToRadians(to.lat), SemicirclesToRadians(to.lon));
-  return distance_m < 0 ? 0 : distance_m;
-}
-
-TaskResult FreeResult(const Reference& r, const Vertices& at) {
-  TaskResult result;
-  for (size_t k = 0; k + 1 < at.size(); ++k) {
-    result.legs_m[k] = Geodesic_m(r, at[k], at[k + 1]);
-    result.distance_m += result.legs_m[k];
-  }
-  result.score_m = result.distance_m;
-  return result;
-}
-
-TaskResult OutAndReturnResult(const Reference& r, const Vertices& at) {
-  TaskResult result;
-  result.legs_m[0] = Geodesic_m(r, at[0], at[1]);
-  result.distance_m = 2 * result.legs_m[0];
-  result.closing_m = Geodesic_m(r, at[0], at[2]);
-  result.score_m = result.distance_m - result.closing_m;
-  return result;
-}
-
-TaskResult TriangleResult(const Reference& r, const Vertices& at) {
-  TaskResult result;
-  result.legs_m = {Geodesic_m(r, at[1], at[2]), Geodesic_m(r, at[2], at[3]),
-                   Geodesic_m(r, at[1], at[3])};
-  result.distance_m = result.legs_m[0] + result.legs_m[1] + result.legs_m[2];
-  result.closing_m = Geodesic_m(r, at[0], at[4]);
-  result.score_m = result.distance_m - result.closing_m;
-  return result;
-}
-
-TaskResult ResultAt(const Reference& r, OptimiseTask task, const Vertices& at) {
-  TaskResult result;
-  if (task == OptimiseTask::kOutAndReturn) {
-    result = OutAndReturnResult(r, at);
-  } else if (task == OptimiseTask::kFlatTriangle || task == OptimiseTask::kFaiTriangle) {
-    result = TriangleResult(r, at);
-  } else {
-    result = FreeResult(r, at);
-  }
-  result.vertices = static_cast<uint32_t>(at.size());
-  std::copy(at.begin(), at.end(), result.indices.begin());
-  return result;
-}
-
-bool Allowed(const Reference& r, OptimiseTask task, const TaskResult& result) {
-  const auto& legs_m = result.legs_m;
-  if (task == OptimiseTask::kFree4 && r.settings.fai_rule) return legs_m[1] >= 10000.0;
-  if (task == OptimiseTask::kFree5 && r.settings.fai_rule) {
-    return legs_m[1] >= 10000.0 && legs_m[2] >= 10000.0;
-  }
-  if (task == OptimiseTask::kOutAndReturn) {
-    return result.closing_m <= r.settings.gap_m && result.score_m > 0;
-  }
-  if (task == OptimiseTask::kFlatTriangle || task == OptimiseTask::kFaiTriangle) {
-    if (result.closing_m >= r.settings.gap_m || result.score_m < 0) return false;
-  }
-  if (task != OptimiseTask::kFaiTriangle) return true;
-  return legs_m[0] >= 0.28 * result.distance_m && legs_m[1] >= 0.28 * result.distance_m &&
-         legs_m[2] >= 0.28 * result.distance_m;
-}
-
 // Every ascending combination within 2 points of the coarse vertices, the last vertex fastest.
 void ForEachNear(const Vertices& coarse, uint32_t count, Vertices& at,
                  const std::function<void(const Vertices&)>& visit) {
@@ -303,11 +214,14 @@ TaskResult Refine(const Reference& r, OptimiseTask task, Vertices coarse) {
   TaskResult best;
   Vertices at;
   ForEachNear(coarse, static_cast<uint32_t>(r.points.size()), at, [&](const Vertices& vertices) {
-    const TaskResult result = ResultAt(r, task, vertices);
-    if (!Allowed(r, task, result)) return;
+    const TaskResult result = MeasuredTask(r.points, task, vertices);
+    if (!IsAllowed(task, r.settings, result)) return;
+    if (task == OptimiseTask::kOutAndReturn && result.score_m <= 0) return;
     if (best.vertices == 0 || result.score_m >= best.score_m) best = result;
   });
-  if (best.vertices == 0 && task == OptimiseTask::kOutAndReturn) return ResultAt(r, task, coarse);
+  if (best.vertices == 0 && task == OptimiseTask::kOutAndReturn) {
+    return MeasuredTask(r.points, task, coarse);
+  }
   return best;
 }
 

@@ -94,14 +94,14 @@ const char* NameOf(TrackShape shape) {
 
 std::vector<TrackPoint> MakeTrack(const ShapePlan& plan) {
   constexpr double kRadius_m = 6371000;
-  const double lat_rad = plan.lat_deg / kDegreesPerRadian;
-  const double lon_rad = plan.lon_deg / kDegreesPerRadian;
+  const double lat_rad = plan.region.lat_deg / kDegreesPerRadian;
+  const double lon_rad = plan.region.lon_deg / kDegreesPerRadian;
   std::vector<TrackPoint> points;
   for (const Place& place : PlacesOf(plan)) {
-    const double east_rad = place.real() * plan.size_m / kRadius_m / std::cos(lat_rad);
+    const double east_rad = place.real() * plan.region.size_m / kRadius_m / std::cos(lat_rad);
     const double turned = std::remainder(lon_rad + east_rad, 2 * kPi);
     points.push_back({.time = static_cast<uint32_t>(points.size()),
-                      .lat = Latitude(lat_rad + place.imag() * plan.size_m / kRadius_m),
+                      .lat = Latitude(lat_rad + place.imag() * plan.region.size_m / kRadius_m),
                       .lon = RadiansToSemicircles(turned)});
   }
   return points;

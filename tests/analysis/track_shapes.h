@@ -24,13 +24,17 @@ enum class TrackShape {
 };
 inline constexpr size_t kTrackShapes = 12;
 
+struct TrackRegion {
+  double lat_deg = 46.5;
+  double lon_deg = 8;
+  double size_m = 50000;  // about its radius
+};
+
 struct ShapePlan {
   TrackShape shape = TrackShape::kTriangle;
   size_t points = 0;
-  double size_m = 50000;  // about its radius
-  double lat_deg = 46.5;
-  double lon_deg = 8;
   uint32_t seed = 1;
+  TrackRegion region = {};
 };
 
 const char* NameOf(TrackShape shape);
