@@ -6,10 +6,7 @@ namespace skyhaul {
 namespace {
 
 TEST(CountMessage, FillsTemplatesInOrderAndRepeatsTheFourthNumber) {
-  const struct {
-    const char* text;
-    const char* expected;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"", ""},
       {"no number", "no number"},
       {"Requesting track log %", "Requesting track log 10"},
@@ -18,8 +15,8 @@ TEST(CountMessage, FillsTemplatesInOrderAndRepeatsTheFourthNumber) {
       {"%-%-%-%-%-%", "10-0-4294967295-7-7-7"},
       {"100%%", "100100"},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(FormatCountMessage(c.text, 10, 0, 4294967295U, 7), c.expected) << c.text;
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(FormatCountMessage(text, 10, 0, 4294967295U, 7), expected) << text;
   }
 }
 

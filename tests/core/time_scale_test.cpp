@@ -8,10 +8,7 @@ namespace skyhaul {
 namespace {
 
 TEST(TimeScale, KnownMoments) {
-  const struct {
-    CalendarTime calendar;
-    uint32_t time;
-  } cases[] = {
+  const std::pair<CalendarTime, uint32_t> cases[] = {
       {{.year = 1989, .month = 12, .day = 31}, 0},
       {{.year = 1990, .month = 1, .day = 1}, 86400},
       {{.year = 2000, .month = 2, .day = 29, .hour = 23, .minute = 59, .second = 59}, 320803199},
@@ -20,9 +17,9 @@ TEST(TimeScale, KnownMoments) {
       // The last second of the scale, on which 2100 is a leap year.
       {{.year = 2126, .month = 2, .day = 5, .hour = 6, .minute = 28, .second = 15}, 4294967295U},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(TimeFromCalendar(c.calendar), c.time);
-    EXPECT_EQ(CalendarFromTime(c.time), c.calendar) << c.time;
+  for (const auto& [calendar, time] : cases) {
+    EXPECT_EQ(TimeFromCalendar(calendar), time);
+    EXPECT_EQ(CalendarFromTime(time), calendar) << time;
   }
 }
 

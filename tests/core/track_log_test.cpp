@@ -17,22 +17,18 @@ TEST(TrackLog, InstallingResetsTheSelectionAndMarksOldResults) {
 }
 
 TEST(TrackLog, ExportsTheSelectionUnlessItHasAHole) {
-  const struct {
-    std::vector<uint32_t> selection;
-    int result;
-    std::vector<uint32_t> times;
-  } cases[] = {
+  const std::tuple<std::vector<uint32_t>, int, std::vector<uint32_t>> cases[] = {
       {{}, 0, {10, 11, 12, 13}},    {{2}, 0, {12}},      {{2, 1}, 0, {11, 12}},
       {{1, 1, 2, 99}, 0, {11, 12}}, {{0, 1, 3}, -1, {}},
   };
-  for (const auto& c : cases) {
+  for (const auto& [selection, result, expected] : cases) {
     InstallTrackLog({{.time = 10}, {.time = 11}, {.time = 12}, {.time = 13}});
-    SelectTrackPoints(c.selection);
+    SelectTrackPoints(selection);
     std::vector<TrackPoint> points;
-    EXPECT_EQ(SelectedTrackPoints(CurrentTrackLog(), points), c.result);
+    EXPECT_EQ(SelectedTrackPoints(CurrentTrackLog(), points), result);
     std::vector<uint32_t> times;
     for (const TrackPoint& point : points) times.push_back(point.time);
-    EXPECT_EQ(times, c.times);
+    EXPECT_EQ(times, expected);
   }
 }
 

@@ -8,20 +8,17 @@ namespace skyhaul {
 namespace {
 
 TEST(Units, RoundsHalfAwayFromZero) {
-  const struct {
-    double value;
-    int32_t rounded;
-  } cases[] = {{0, 0}, {0.49, 0}, {0.5, 1}, {-0.49, 0}, {-0.5, -1}, {2.5, 3}, {-2.5, -3}};
-  for (const auto& c : cases) EXPECT_EQ(RoundHalfAwayFromZero(c.value), c.rounded) << c.value;
+  const std::pair<double, int32_t> cases[] = {{0, 0},     {0.49, 0}, {0.5, 1},  {-0.49, 0},
+                                              {-0.5, -1}, {2.5, 3},  {-2.5, -3}};
+  for (const auto& [value, rounded] : cases)
+    EXPECT_EQ(RoundHalfAwayFromZero(value), rounded) << value;
 }
 
 TEST(Units, DecimetresToMetresRoundsLikeEveryWriter) {
-  const struct {
-    int32_t dm;
-    int32_t m;
-  } cases[] = {{0, 0},  {4, 0},   {5, 1},    {14, 1},   {15, 2},      {-5, 0},
-               {-6, 0}, {-14, 0}, {-15, -1}, {-25, -2}, {12345, 1235}};
-  for (const auto& c : cases) EXPECT_EQ(DecimetresToMetres(c.dm), c.m) << c.dm;
+  const std::pair<int32_t, int32_t> cases[] = {{0, 0},    {4, 0},    {5, 1},       {14, 1},
+                                               {15, 2},   {-5, 0},   {-6, 0},      {-14, 0},
+                                               {-15, -1}, {-25, -2}, {12345, 1235}};
+  for (const auto& [dm, m] : cases) EXPECT_EQ(DecimetresToMetres(dm), m) << dm;
 }
 
 TEST(Units, EveryThousandthOfAMinuteComesBack) {

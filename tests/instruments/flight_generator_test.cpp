@@ -89,7 +89,7 @@ FlightPlan PlanWithSeed(uint32_t seed) {
   return {.seed = seed, .start_time = kStartTime};
 }
 
-TEST(FlightGenerator, FliesAClosedTriangle) {
+TEST(FlightGenerator, FliesAClosedTriangleAsAParagliderCan) {
   for (uint32_t seed = 0; seed < 30; ++seed) {
     SCOPED_TRACE(seed);
     const GeneratedFlight flight = GenerateFlight(PlanWithSeed(seed));
@@ -104,27 +104,15 @@ TEST(FlightGenerator, FliesAClosedTriangle) {
     }
     EXPECT_NEAR(perimeter_m, 40'000, 400);
     EXPECT_GT(shortest_m, 0.279 * perimeter_m);
-    const TrackPoint& last = flight.points.back();
-    EXPECT_LT(Distance_m(PlaceOf(flight.points.front()), PlaceOf(last)), 1000);
-    EXPECT_GT(last.time - kStartTime, 4500U);
-    EXPECT_LT(last.time - kStartTime, 12600U);
-  }
-}
-
-TEST(FlightGenerator, StaysWithinWhatAParagliderCanDo) {
-  for (uint32_t seed = 0; seed < 30; ++seed) {
-    SCOPED_TRACE(seed);
-    const GeneratedFlight flight = GenerateFlight(PlanWithSeed(seed));
+    EXPECT_LT(Distance_m(PlaceOf(flight.points.front()), PlaceOf(flight.points.back())), 1000);
+    EXPECT_NEAR(flight.points.back().time - kStartTime, 8550, 4050);
     const Extremes extremes = ExtremesOf(flight);
-    EXPECT_LT(extremes.speed, 25);
-    EXPECT_GT(extremes.speed, 10);
-    EXPECT_LT(extremes.climb, 8);
-    EXPECT_GT(extremes.climb, 2);
+    EXPECT_NEAR(extremes.speed, 17.5, 7.5);
+    EXPECT_NEAR(extremes.climb, 5, 3);
     EXPECT_GT(extremes.sink, -10);
     EXPECT_LT(extremes.acceleration, 12);  // 50 degrees of bank
     EXPECT_GT(extremes.lowest_m, flight.valley_alt_m - 50);
-    EXPECT_GT(extremes.circling_share, 0.15);
-    EXPECT_LT(extremes.circling_share, 0.75);
+    EXPECT_NEAR(extremes.circling_share, 0.45, 0.3);
   }
 }
 
@@ -163,7 +151,6 @@ TEST(FlightGenerator, OneSeedIsOneFlight) {
 TEST(FlightGenerator, FixesComeAtTheInterval) {
   const GeneratedFlight flight =
       GenerateFlight({.seed = 2, .start_time = kStartTime, .triangle_km = 15, .interval_s = 5});
-  EXPECT_EQ(flight.points.front().time, kStartTime);
   for (size_t i = 0; i < flight.points.size(); ++i) {
     ASSERT_EQ(flight.points[i].time, kStartTime + 5 * i);
     ASSERT_EQ(flight.points[i].segment_start, i == 0 ? 1U : 0U);
@@ -171,21 +158,16 @@ TEST(FlightGenerator, FixesComeAtTheInterval) {
 }
 
 TEST(FlightGenerator, GoesAnywhere) {
-  struct Launch {
-    const char* name;
-    double lat_deg;
-    double lon_deg;
-    int32_t alt_m;
+  // The date line, sea level, the far north, and high up.
+  const FlightPlan plans[] = {
+      {.launch_lat_deg = -17, .launch_lon_deg = 179.99, .launch_alt_m = 300},
+      {.launch_lat_deg = 52, .launch_lon_deg = -1e-3, .launch_alt_m = 0},
+      {.launch_lat_deg = 80, .launch_lon_deg = 20, .launch_alt_m = 800},
+      {.launch_lat_deg = -30, .launch_lon_deg = -70, .launch_alt_m = 4000},
   };
-  constexpr Launch kLaunches[] = {{"date line", -17, 179.99, 300},
-                                  {"sea level", 52, -1e-3, 0},
-                                  {"far north", 80, 20, 800},
-                                  {"high", -30, -70, 4000}};
-  for (const Launch& launch : kLaunches) {
-    SCOPED_TRACE(launch.name);
-    const GeneratedFlight flight = GenerateFlight({.launch_lat_deg = launch.lat_deg,
-                                                   .launch_lon_deg = launch.lon_deg,
-                                                   .launch_alt_m = launch.alt_m});
+  for (const FlightPlan& plan : plans) {
+    SCOPED_TRACE(plan.launch_lat_deg);
+    const GeneratedFlight flight = GenerateFlight(plan);
     EXPECT_LT(Distance_m(PlaceOf(flight.points.front()), PlaceOf(flight.points.back())), 1000);
     EXPECT_LT(ExtremesOf(flight).speed, 25);
     EXPECT_LT(ClosestApproach_m(flight, flight.corners[1]), 100);

@@ -38,10 +38,7 @@ TEST(AirspaceMemory, FindsWhatIsWrong) {
   const std::string name = "003,000,Kreisbogen       ,3440";
   const std::string remark = "003,001,Remark Kreisbogen";
   const std::string point = "003,002,P,4710.001,N,01104.700,E";
-  const struct {
-    Texts lines;
-    char fault;
-  } cases[] = {
+  const std::pair<Texts, char> cases[] = {
       {{name, remark, point}, 0},
       {{remark, point}, kAirspaceSyntax},
       {{name, point}, kAirspaceSyntax},
@@ -64,7 +61,7 @@ TEST(AirspaceMemory, FindsWhatIsWrong) {
       {{kNameLine, kRemarkLine, kCentreLine, "005,003,T,4703.004,N,01110.400,E,x", kEndLine},
        kAirspaceSyntax},
   };
-  for (const auto& c : cases) EXPECT_EQ(Take(c.lines).fault, c.fault) << c.lines.back();
+  for (const auto& [lines, fault] : cases) EXPECT_EQ(Take(lines).fault, fault) << lines.back();
 }
 
 TEST(AirspaceMemory, ANewStartForgetsTheOldOne) {

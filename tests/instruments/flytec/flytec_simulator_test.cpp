@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
 #include "core/time_scale.h"
+#include "tests/instruments/flytec/conversation.h"
 
 namespace skyhaul {
 namespace {
@@ -21,39 +20,12 @@ std::string AllBytes() {
 }
 
 FlytecSimulator Simulator() {
-  return {.device_name = "5030",
-          .pilot_name = "JIMI HENDRIX",
-          .serial = "01001",
-          .software = "2.00",
-          .flights =
-              {{.igc_text = "AXSH\r\nB\r\n",
-                .start_time = TimeFromCalendar(
-                    {.year = 2017, .month = 4, .day = 27, .hour = 15, .minute = 29, .second = 56}),
-                .duration_s = 4 * 60 + 55},
-               {.igc_text = AllBytes(),
-                .start_time = TimeFromCalendar({.year = 2009, .month = 1, .day = 2}),
-                .duration_s = 12 * 3600 + 34}},
-          .sentence = {}};
-}
-
-void Say(SimulatedInstrument& instrument, std::string_view bytes, uint64_t now_ns = 0) {
-  for (const char c : bytes) {
-    instrument.receive(instrument.state, instrument.wire, static_cast<uint8_t>(c), now_ns);
-  }
-}
-
-std::string Hear(SimulatedInstrument& instrument, uint64_t now_ns) {
-  std::string heard(4096, 0);
-  heard.resize(
-      TakeArrived(instrument.wire, now_ns, reinterpret_cast<uint8_t*>(heard.data()), heard.size()));
-  return heard;
-}
-
-std::string AnswerTo(std::string_view request) {
-  FlytecSimulator simulator = Simulator();
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
-  Say(instrument, request);
-  return Hear(instrument, kNever_ns - 1);
+  FlytecSimulator simulator{.device_name = "5030", .software = "2.00"};
+  simulator.pilot_name = "JIMI HENDRIX";
+  simulator.serial = "01001";
+  simulator.flights = {{.igc_text = "AXSH\r\nB\r\n", .start_time = 862241396, .duration_s = 295},
+                       {.igc_text = AllBytes(), .start_time = 599788800, .duration_s = 43234}};
+  return simulator;
 }
 
 constexpr const char* kProductData = "\x13$PBRSNP,5030,JIMI HENDRIX     ,01001,2.00*64\r\n\x11";
@@ -62,21 +34,14 @@ constexpr const char* kFlightList =
     "$PBRTL,02,01,02.01.09,00:00:00,12:00:34*79\r\n\x11";
 
 TEST(FlytecSimulator, AnswersWhatItUnderstands) {
-  struct Case {
-    const char* name;
-    std::string request;
-    std::string answer;
-  };
-  const Case cases[] = {
+  const std::string newest =
+      "\x13"
+      "AXSH\r\nB\r\n\x11";
+  const std::tuple<const char*, std::string, std::string> cases[] = {
       {"product data", "\x11$PBRSNP,*21\r\n", kProductData},
-      {"flight list", "\x11$PBRTL,*74\r\n", kFlightList},
-      {"newest flight", "$PBRTR,00*6A\r\n",
-       "\x13"
-       "AXSH\r\nB\r\n\x11"},
+      {"newest flight", "$PBRTR,00*6A\r\n", newest},
       {"flight byte for byte", "$PBRTR,01*6B\r\n", "\x13" + AllBytes() + "\x11"},
-      {"flight on the screen", "$PBRIGC,*21\r\n",
-       "\x13"
-       "AXSH\r\nB\r\n\x11"},
+      {"flight on the screen", "$PBRIGC,*21\r\n", newest},
       {"no checksum", "$PBRSNP,\r\n", kProductData},
       {"no carriage return", "$PBRTL,*74\n", kFlightList},
       {"garbage before", "PBRTL,*00\r\nxyz$PBRTL,*74\r\n", kFlightList},
@@ -85,46 +50,35 @@ TEST(FlytecSimulator, AnswersWhatItUnderstands) {
       {"two in a row", "$PBRTL,*74\r\n$PBRSNP,*21\r\n", std::string(kFlightList) + kProductData},
       {"after an endless one", "$" + std::string(500, 'x') + "\r\n$PBRTL,*74\r\n", kFlightList},
   };
-  for (const Case& c : cases) EXPECT_EQ(AnswerTo(c.request), c.answer) << c.name;
+  for (const auto& [name, request, answer] : cases) {
+    FlytecSimulator simulator = Simulator();
+    EXPECT_EQ(AnswerTo(simulator, request), answer) << name;
+  }
 }
 
 TEST(FlytecSimulator, IsSilentOtherwise) {
-  constexpr std::pair<const char*, const char*> kCases[] = {
-      {"wrong checksum", "$PBRTL,*75\r\n"},
-      {"lower-case checksum", "$PBRTR,00*6a\r\n"},
-      {"half a checksum", "$PBRTL,*7\r\n"},
-      {"more after the checksum", "$PBRTL,*740\r\n"},
-      {"no line end", "$PBRTL,*74\r"},
-      {"no dollar", "PBRTL,*74\r\n"},
-      {"unknown", "$PBRXYZ,*37\r\n"},
-      {"flight without a checksum", "$PBRTR,00\r\n"},
-      {"flight not in memory", "$PBRTR,02*68\r\n"},
-      {"flight with one digit", "$PBRTR,0*5A\r\n"},
-      {"flight with a letter", "$PBRTR,0A*1B\r\n"},
-      {"field too many", "$PBRTL,0*44\r\n"},
-      {"empty", "$\r\n"},
-      {"only a checksum", "$*00\r\n"},
-      {"only line ends", "\r\n\n\r"},
-  };
-  for (const auto& [name, request] : kCases) EXPECT_EQ(AnswerTo(request), "") << name;
+  const char* const cases[] = {"$PBRTL,*75\r\n",  "$PBRTR,00*6a\r\n", "$PBRTL,*7\r\n",
+                               "$PBRTL,*740\r\n", "$PBRTL,*74\r",     "PBRTL,*74\r\n",
+                               "$PBRXYZ,*37\r\n", "$PBRTR,00\r\n",    "$PBRTR,02*68\r\n",
+                               "$PBRTR,0*5A\r\n", "$PBRTR,0A*1B\r\n", "$PBRTL,0*44\r\n",
+                               "$\r\n",           "$*00\r\n",         "\r\n\n\r"};
+  for (const char* request : cases) {
+    FlytecSimulator simulator = Simulator();
+    EXPECT_EQ(AnswerTo(simulator, request), "") << request;
+  }
 }
 
 TEST(FlytecSimulator, ListsAFlightAsARealInstrumentDid) {
   FlytecSimulator simulator = Simulator();
   simulator.flights.resize(7);
   std::swap(simulator.flights[0], simulator.flights[1]);
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
-  Say(instrument, "$PBRTL,*74\r\n");
-  const std::string list = Hear(instrument, kNever_ns - 1);
+  const std::string list = AnswerTo(simulator, "$PBRTL,*74\r\n");
   EXPECT_NE(list.find("$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D\r\n"), std::string::npos) << list;
 }
 
 TEST(FlytecSimulator, EmptyMemoryHasAnEmptyListAndNoFlight) {
-  FlytecSimulator simulator = Simulator();
-  simulator.flights.clear();
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 0);
-  Say(instrument, "$PBRTL,*74\r\n$PBRTR,00*6A\r\n$PBRIGC,*21\r\n");
-  EXPECT_EQ(Hear(instrument, kNever_ns - 1), "\x13\x11");
+  FlytecSimulator simulator;
+  EXPECT_EQ(AnswerTo(simulator, "$PBRTL,*74\r\n$PBRTR,00*6A\r\n$PBRIGC,*21\r\n"), "\x13\x11");
 }
 
 TEST(FlytecSimulator, TakesItsTime) {
@@ -158,7 +112,7 @@ TEST(FlytecSimulator, StopsOnXoffAndGoesOnWhereItWas) {
   Say(instrument, "\x11", 1000 * kMillisecond_ns);
   // No burst of what could have been sent in the meantime.
   EXPECT_EQ(NextArrival_ns(instrument.wire), 1000 * kMillisecond_ns + kByte_ns);
-  heard += Hear(instrument, kNever_ns - 1);
+  heard += Hear(instrument);
   EXPECT_EQ(heard, kProductData);
 }
 

@@ -1,25 +1,18 @@
 #include <gtest/gtest.h>
 
-#include "instruments/flytec/flytec_simulator.h"
 #include "instruments/flytec/instrument_text.h"
+#include "tests/instruments/flytec/conversation.h"
 
 namespace skyhaul {
 namespace {
 
-const std::string kDoneAnswer = "\x13\x11";
+const std::string kDone = "\x13\x11";
 
 // What the simulator answers to one body after the other.
 std::string Answers(FlytecSimulator& simulator, const std::vector<std::string>& bodies) {
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 0);
-  for (const std::string& body : bodies) {
-    for (const char c : InstrumentSentence(body)) {
-      instrument.receive(instrument.state, instrument.wire, static_cast<uint8_t>(c), 0);
-    }
-  }
-  std::string heard(4096, 0);
-  heard.resize(TakeArrived(instrument.wire, kNever_ns - 1, reinterpret_cast<uint8_t*>(heard.data()),
-                           heard.size()));
-  return heard;
+  std::string request;
+  for (const std::string& body : bodies) request += InstrumentSentence(body);
+  return AnswerTo(simulator, request);
 }
 
 std::string Answer(char code) {
@@ -33,10 +26,10 @@ const std::vector<std::string> kAirspaceUpload = {"PBRCTRW,003,000,Kreisbogen   
 
 TEST(FlytecUpload, WhatWasTakenIsListed) {
   FlytecSimulator simulator;
-  EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDoneAnswer);
+  EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDone);
   EXPECT_EQ(Answers(simulator, {"PBRWPS,"}),
             "\x13$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\n\x11");
-  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDoneAnswer + kDoneAnswer + Answer('1'));
+  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDone + kDone + Answer('1'));
   EXPECT_EQ(Answers(simulator, {"PBRCTR,"}),
             "\x13$PBRCTR,003,000,Kreisbogen       ,3440*02\r\n"
             "$PBRCTR,003,001,Remark Kreisbogen*0E\r\n"
@@ -52,38 +45,32 @@ TEST(FlytecUpload, WhatIsNotAnUploadIsNotAnswered) {
 
 TEST(FlytecUpload, FullMemoryIsToldForAirspacesOnly) {
   FlytecSimulator simulator{.waypoint_room = 0, .airspace_room = 0};
-  EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDoneAnswer);
-  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDoneAnswer + kDoneAnswer + Answer('3'));
+  EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDone);
+  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDone + kDone + Answer('3'));
   EXPECT_TRUE(simulator.waypoints.empty());
   EXPECT_TRUE(simulator.airspaces.empty());
 }
 
 TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
-  const struct {
-    FlytecRefusal refusal;
-    std::string waypoint_answer;
-    std::string airspace_answer;
-  } cases[] = {
-      {FlytecRefusal::kPlausibility, kDoneAnswer, kDoneAnswer + kDoneAnswer + Answer('2')},
-      {FlytecRefusal::kMemory, kDoneAnswer, kDoneAnswer + kDoneAnswer + Answer('3')},
-      {FlytecRefusal::kProtected, kDoneAnswer, kDoneAnswer + kDoneAnswer + Answer('4')},
-      {FlytecRefusal::kSyntax, kDoneAnswer, kDoneAnswer + kDoneAnswer + Answer('5')},
+  const std::tuple<FlytecRefusal, std::string, std::string> cases[] = {
+      {FlytecRefusal::kPlausibility, kDone, kDone + kDone + Answer('2')},
+      {FlytecRefusal::kMemory, kDone, kDone + kDone + Answer('3')},
+      {FlytecRefusal::kProtected, kDone, kDone + kDone + Answer('4')},
+      {FlytecRefusal::kSyntax, kDone, kDone + kDone + Answer('5')},
       {FlytecRefusal::kSilent, "", ""},
   };
-  for (const auto& c : cases) {
-    FlytecSimulator simulator{.refusal = c.refusal};
-    EXPECT_EQ(Answers(simulator, {kWaypointUpload}), c.waypoint_answer);
-    EXPECT_EQ(Answers(simulator, kAirspaceUpload), c.airspace_answer);
-    EXPECT_TRUE(simulator.waypoints.empty());
-    EXPECT_TRUE(simulator.airspaces.empty());
+  for (const auto& [refusal, waypoint_answer, airspace_answer] : cases) {
+    FlytecSimulator simulator{.refusal = refusal};
+    EXPECT_EQ(Answers(simulator, {kWaypointUpload}), waypoint_answer);
+    EXPECT_EQ(Answers(simulator, kAirspaceUpload), airspace_answer);
+    EXPECT_TRUE(simulator.waypoints.empty() && simulator.airspaces.empty());
   }
 }
 
 TEST(FlytecUpload, AFaultyAirspaceIsAnsweredAtItsLastLineAndForgotten) {
   FlytecSimulator simulator;
-  EXPECT_EQ(Answers(simulator, {kAirspaceUpload[0], kAirspaceUpload[2]}),
-            kDoneAnswer + Answer('5'));
-  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDoneAnswer + kDoneAnswer + Answer('1'));
+  EXPECT_EQ(Answers(simulator, {kAirspaceUpload[0], kAirspaceUpload[2]}), kDone + Answer('5'));
+  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDone + kDone + Answer('1'));
 }
 
 }  // namespace
