@@ -2,33 +2,23 @@
 
 #include <gtest/gtest.h>
 
-#include <GeographicLib/Geodesic.hpp>
-
 #include "core/units.h"
+#include "tests/analysis/exact_geodesic.h"
+#include "tests/support/airspace_place.h"
 
 namespace skyhaul {
 namespace {
 
-AirspacePosition At(double lat_deg, double lon_deg) {
-  return {.lat = RadiansToSemicircles(lat_deg * kPi / 180),
-          .lon = RadiansToSemicircles(lon_deg * kPi / 180)};
-}
-
 AirspacePosition Exact(AirspacePosition centre, double bearing_deg, double distance_m) {
-  double lat = 0;
-  double lon = 0;
-  GeographicLib::Geodesic::WGS84().Direct(SemicirclesToDegrees(centre.lat),
-                                          SemicirclesToDegrees(centre.lon), bearing_deg, distance_m,
-                                          lat, lon);
+  const auto [lat, lon] = ExactDirect(SemicirclesToDegrees(centre.lat),
+                                      SemicirclesToDegrees(centre.lon), bearing_deg, distance_m);
   return At(lat, lon);
 }
 
 double Apart_m(AirspacePosition left, AirspacePosition right) {
-  double distance_m = 0;
-  GeographicLib::Geodesic::WGS84().Inverse(
-      SemicirclesToDegrees(left.lat), SemicirclesToDegrees(left.lon),
-      SemicirclesToDegrees(right.lat), SemicirclesToDegrees(right.lon), distance_m);
-  return distance_m;
+  return ExactInverse(SemicirclesToDegrees(left.lat), SemicirclesToDegrees(left.lon),
+                      SemicirclesToDegrees(right.lat), SemicirclesToDegrees(right.lon))
+      .distance_m;
 }
 
 AirspaceSegment Arc(AirspacePosition centre, double start_deg, double end_deg, char direction) {
@@ -78,8 +68,7 @@ TEST(AirspaceOutline, EndsOfArcsAtAnyLatitude) {
 TEST(AirspaceOutline, ArcsTurnTheWayTheyAreTold) {
   const AirspacePosition centre = At(60, 10);
   const struct {
-    double start_deg;
-    double end_deg;
+    double start_deg, end_deg;
     char direction;
     double step_deg;
     std::vector<double> bearings_deg;

@@ -36,8 +36,7 @@ TEST(FlightTimes, TakeOffAndLandingByGroundSpeed) {
     std::vector<Leg> legs;
     uint32_t interval_s;
     bool flown;
-    uint32_t take_off;
-    uint32_t landing;
+    uint32_t take_off, landing;
   } cases[] = {
       {"waiting, flight, waiting", {{300, 0}, {600, 10}, {200, 0}}, 1, true, 1300, 1900},
       {"slow flight ends below 4 m/s",

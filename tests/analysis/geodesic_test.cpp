@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <GeographicLib/Geodesic.hpp>
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
 
 #include "core/units.h"
+#include "tests/analysis/exact_geodesic.h"
 
 namespace skyhaul {
 namespace {
@@ -17,23 +17,11 @@ constexpr double kDegree = kPi / 180;
 constexpr double kAccuracy_m = 1e-4;
 
 struct Pair {
-  double lat1;  // degrees
-  double lon1;
-  double lat2;
-  double lon2;
+  double lat1, lon1, lat2, lon2;  // degrees
 };
 
-struct Reference {
-  double distance_m;
-  double bearing_deg;
-};
-
-Reference Exact(const Pair& pair) {
-  Reference exact = {};
-  double end_bearing_deg = 0;
-  GeographicLib::Geodesic::WGS84().Inverse(pair.lat1, pair.lon1, pair.lat2, pair.lon2,
-                                           exact.distance_m, exact.bearing_deg, end_bearing_deg);
-  return exact;
+ExactCourse Exact(const Pair& pair) {
+  return ExactInverse(pair.lat1, pair.lon1, pair.lat2, pair.lon2);
 }
 
 GeodesicCourse Ours(const Pair& pair) {
@@ -72,7 +60,7 @@ Pair NearAntipode(Random& random, double reach_deg) {
 }
 
 void ExpectExact(const Pair& pair) {
-  const Reference exact = Exact(pair);
+  const ExactCourse exact = Exact(pair);
   const GeodesicCourse course = Ours(pair);
   if (course.distance_m < 0 && exact.distance_m > 19.9e6) return;
   SCOPED_TRACE(testing::Message() << pair.lat1 << " " << pair.lon1 << " to " << pair.lat2 << " "
@@ -129,14 +117,11 @@ TEST(GeodesicInverse, NoResultNearTheAntipode) {
 }
 
 void ExpectDestination(const Pair& start, double bearing_deg, double distance_m) {
-  const GeographicLib::Geodesic& exact = GeographicLib::Geodesic::WGS84();
-  double lat = 0;
-  double lon = 0;
-  exact.Direct(start.lat1, start.lon1, bearing_deg, distance_m, lat, lon);
+  const auto [lat, lon] = ExactDirect(start.lat1, start.lon1, bearing_deg, distance_m);
   const GeodesicPosition ours = GeodesicDestination(start.lat1 * kDegree, start.lon1 * kDegree,
                                                     bearing_deg * kDegree, distance_m);
-  double off_m = 0;
-  exact.Inverse(lat, lon, ours.lat_rad / kDegree, ours.lon_rad / kDegree, off_m);
+  const double off_m =
+      ExactInverse(lat, lon, ours.lat_rad / kDegree, ours.lon_rad / kDegree).distance_m;
   ASSERT_LT(off_m, kAccuracy_m) << start.lat1 << " " << start.lon1 << " " << bearing_deg << " deg "
                                 << distance_m << " m";
   ASSERT_LE(std::abs(ours.lon_rad), kPi);

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <GeographicLib/Geodesic.hpp>
 #include <GeographicLib/TransverseMercatorExact.hpp>
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
 #include "core/units.h"
+#include "tests/analysis/exact_geodesic.h"
 
 namespace skyhaul {
 namespace {
@@ -22,18 +22,12 @@ TrackPoint PointAt(double lat_deg, double lon_deg) {
 }
 
 TrackPoint PointFrom(double lat_deg, double lon_deg, double bearing_deg, double distance_m) {
-  double lat = 0;
-  double lon = 0;
-  GeographicLib::Geodesic::WGS84().Direct(lat_deg, lon_deg, bearing_deg, distance_m, lat, lon);
+  const auto [lat, lon] = ExactDirect(lat_deg, lon_deg, bearing_deg, distance_m);
   return PointAt(lat, lon);
 }
 
-double Degrees(int32_t semicircles) {
-  return semicircles * (180.0 / 2147483648.0);
-}
-
 double MiddleLon_deg(const PlaneProjection& projection) {
-  return Degrees(static_cast<int32_t>(projection.middle_lon));
+  return SemicirclesToDegrees(static_cast<int32_t>(projection.middle_lon));
 }
 
 double PlaneDistance_m(const PlaneProjection& projection, const TrackPoint& from,
@@ -44,10 +38,9 @@ double PlaneDistance_m(const PlaneProjection& projection, const TrackPoint& from
 }
 
 double Geodesic_m(const TrackPoint& from, const TrackPoint& to) {
-  double distance_m = 0;
-  GeographicLib::Geodesic::WGS84().Inverse(Degrees(from.lat), Degrees(from.lon), Degrees(to.lat),
-                                           Degrees(to.lon), distance_m);
-  return distance_m;
+  return ExactInverse(SemicirclesToDegrees(from.lat), SemicirclesToDegrees(from.lon),
+                      SemicirclesToDegrees(to.lat), SemicirclesToDegrees(to.lon))
+      .distance_m;
 }
 
 // The exact projection about the same meridian, up to the shift of the origin.
@@ -55,7 +48,8 @@ double SeriesError_m(const PlaneProjection& projection, const TrackPoint& point)
   const GeographicLib::TransverseMercatorExact exact(6378137, 1 / 298.257223563, 1);
   double x_m = 0;
   double y_m = 0;
-  exact.Forward(MiddleLon_deg(projection), Degrees(point.lat), Degrees(point.lon), x_m, y_m);
+  exact.Forward(MiddleLon_deg(projection), SemicirclesToDegrees(point.lat),
+                SemicirclesToDegrees(point.lon), x_m, y_m);
   const PlanePoint ours = ToPlane(projection, point.lat, point.lon);
   return std::hypot(ours.x_m - x_m, ours.y_m + projection.origin_y_m - y_m);
 }

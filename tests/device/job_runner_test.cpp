@@ -5,8 +5,7 @@
 #include <atomic>
 #include <utility>
 
-#include "instruments/bench.h"
-#include "tests/support/recording_shell.h"
+#include "tests/support/job_bench.h"
 #include "transport/trace.h"
 
 namespace skyhaul {
@@ -53,11 +52,8 @@ void Take(void* context, Job& job) {
   ++outcome.calls;
 }
 
-class JobRunnerTest : public testing::Test {
- protected:
-  void SetUp() override {
-    platform = BenchPlatform(bench);
-    shell = MakeShell(recorder);
+struct JobRunnerTest : testing::Test, JobBench {
+  JobRunnerTest() {
     table[kReadWaypoints][kMagellan] = Succeed;
     table[kReadTrackLog][kMagellan] = Fail;
     table[kEraseWaypoints][kSyride] = WaitForTest;
@@ -73,10 +69,6 @@ class JobRunnerTest : public testing::Test {
                             .completion_context = &outcome});
   }
 
-  Bench bench;
-  Platform platform;
-  RecordingShell recorder;
-  Shell shell;
   Outcome outcome;
   JobTable table{};
 };

@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -40,19 +39,8 @@ std::string FixLine(const TrackPoint& point, bool enl = false) {
 TEST(WriteIgc, WritesEveryRecord) {
   const uint32_t time = TimeFromCalendar(kFirstFix);
   const std::vector<TrackPoint> points = {
-      {.segment_start = 1,
-       .time = time,
-       .lat = Angle(47, 7500),
-       .lon = Angle(11, 30001),
-       .gps_alt_dm = 4564,
-       .pressure_alt = 123,
-       .extra = 10},
-      {.time = time + 3,
-       .lat = -Angle(0, 1),
-       .lon = -Angle(179, 59999),
-       .gps_alt_dm = 4565,
-       .pressure_alt = -7,
-       .extra = 0},
+      {1, time, 0, Angle(47, 7500), Angle(11, 30001), 4564, 123, 10},
+      {0, time + 3, 0, -Angle(0, 1), -Angle(179, 59999), 4565, -7, 0},
   };
   const std::string forty(40, 'o');
   const DeclaredRoute task = {
@@ -144,8 +132,8 @@ TEST(WriteIgc, ClampsAltitudes) {
       {-1, 5, "-000100001"},
       {1, -5, "0000100000"},
       {1, -15, "00001-0001"},
-      {std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::min(), "-9999-9999"},
-      {std::numeric_limits<int32_t>::max(), std::numeric_limits<int32_t>::max(), "9999999999"},
+      {INT32_MIN, INT32_MIN, "-9999-9999"},
+      {INT32_MAX, INT32_MAX, "9999999999"},
   };
   for (const auto& [pressure_alt, gps_alt_dm, written] : cases) {
     const TrackPoint point = {.gps_alt_dm = gps_alt_dm, .pressure_alt = pressure_alt};
@@ -163,10 +151,8 @@ TEST(WriteIgc, WritesExtraValues) {
 }
 
 TEST(WriteIgc, KeepsColumnsAtTheEdgesOfTheWorld) {
-  constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
-  constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
-  EXPECT_EQ(FixLine({.lat = kMax, .lon = kMax}), "B0000009000000N18000000EA0000000000");
-  EXPECT_EQ(FixLine({.lat = kMin, .lon = kMin}), "B0000009000000S18000000WA0000000000");
+  EXPECT_EQ(FixLine({.lat = INT32_MAX, .lon = INT32_MAX}), "B0000009000000N18000000EA0000000000");
+  EXPECT_EQ(FixLine({.lat = INT32_MIN, .lon = INT32_MIN}), "B0000009000000S18000000WA0000000000");
   // Half a thousandth of a minute is 99.4 semicircles.
   EXPECT_EQ(FixLine({.lat = -99, .lon = -100}), "B0000000000000N00000001WA0000000000");
 }

@@ -13,8 +13,7 @@ constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
 
 TEST(PositionFromDegrees, KeepsToTheGlobe) {
   const struct {
-    double lat_deg;
-    double lon_deg;
+    double lat_deg, lon_deg;
     FilePosition position;
   } good[] = {
       {0, 0, {0, 0}},

@@ -63,68 +63,58 @@ TEST(CtrSentence, LongTextsAreCut) {
   EXPECT_EQ(receiver.airspaces[0].remark.size(), 50U);
 }
 
+using Faults = std::vector<std::pair<int, std::vector<std::string>>>;
+
 TEST(CtrSentence, EachFaultBetweenAirspacesHasItsNumber) {
-  const std::pair<const char*, int> cases[] = {
-      {"$PBRANS,1", 0},  // an empty list
-      {"", kCtrNoField},
-      {"$PBRANS", kCtrNoField},
-      {"$PBRANS,2", kCtrBadEnd},
-      {"$PBRANS,", kCtrBadEnd},
-      {"$PBRCTRW,3,0,A,1", kCtrUnknownSentence},
-      {"$PBRCTR,3", kCtrTotalMissing},
-      {"$PBRCTR,x,0,A,1", kCtrBadTotal},
-      {"$PBRCTR,3,0", kCtrIndexMissing},
-      {"$PBRCTR,3,-,A,1", kCtrBadIndex},
-      {"$PBRCTR,2,0,A,1", kCtrTotalTooSmall},
-      {"$PBRCTR,3,1,A,1", kCtrNotAtStart},
-      {"$PBRCTR,3,0,A", kCtrNumberMissing},
-      {"$PBRCTR,3,0,A,1x", kCtrBadNumber},
-      {"$PBRCTR,3,0,A,10000", kCtrBadNumber},
+  const Faults cases = {
+      {0, {"$PBRANS,1"}},  // an empty list
+      {kCtrNoField, {"", "$PBRANS"}},
+      {kCtrBadEnd, {"$PBRANS,2", "$PBRANS,"}},
+      {kCtrUnknownSentence, {"$PBRCTRW,3,0,A,1"}},
+      {kCtrTotalMissing, {"$PBRCTR,3"}},
+      {kCtrBadTotal, {"$PBRCTR,x,0,A,1"}},
+      {kCtrIndexMissing, {"$PBRCTR,3,0"}},
+      {kCtrBadIndex, {"$PBRCTR,3,-,A,1"}},
+      {kCtrTotalTooSmall, {"$PBRCTR,2,0,A,1"}},
+      {kCtrNotAtStart, {"$PBRCTR,3,1,A,1"}},
+      {kCtrNumberMissing, {"$PBRCTR,3,0,A"}},
+      {kCtrBadNumber, {"$PBRCTR,3,0,A,1x", "$PBRCTR,3,0,A,10000"}},
   };
-  for (const auto& [sentence, error] : cases) {
-    CtrReceiver receiver;
-    EXPECT_EQ(TakeCtrSentence(receiver, sentence), -error) << sentence;
+  for (const auto& [error, sentences] : cases) {
+    for (const std::string& sentence : sentences) {
+      CtrReceiver receiver;
+      EXPECT_EQ(TakeCtrSentence(receiver, sentence), -error) << sentence;
+    }
   }
 }
 
 TEST(CtrSentence, EachFaultOfAnElementHasItsNumber) {
-  const struct {
-    const char* fields;  // of sentence 2
-    int error;
-  } cases[] = {
-      {"P", kCtrTypeMissing},
-      {"Q,4710.0,N,01104.7,E", kCtrBadType},
-      {"PP,4710.0,N,01104.7,E", kCtrBadType},
-      {",4710.0,N,01104.7,E", kCtrBadType},
-      {"P,4710.0", kCtrLatitudeMissing},
-      {"P,9000.0,N,01104.7,E", kCtrLatitudeTooLarge},
-      {"P,99999999999999999999.0,N,01104.7,E", kCtrLatitudeTooLarge},
-      {"P,4710,N,01104.7,E", kCtrLatitudeNoPoint},
-      {"P,,N,01104.7,E", kCtrLatitudeNoPoint},
-      {"P,4710.0x,N,01104.7,E", kCtrBadLatitudeFraction},
-      {"P,4710.0,N", kCtrLatitudeHemisphereMissing},
-      {"P,4710.0,E,01104.7,E", kCtrBadLatitudeHemisphere},
-      {"P,4710.0,,01104.7,E", kCtrBadLatitudeHemisphere},
-      {"P,4710.0,N,01104.7", kCtrLongitudeMissing},
-      {"P,4710.0,N,18001.0,E", kCtrLongitudeTooLarge},
-      {"P,4710.0,N,01104,E", kCtrLongitudeNoPoint},
-      {"P,4710.0,N,01104.-,E", kCtrBadLongitudeFraction},
-      {"C,4710.0,N,01104.7,E", kCtrLongitudeHemisphereMissing},
-      {"P,4710.0,N,01104.7,N", kCtrBadLongitudeHemisphere},
-      {"P,4710.0,N,01104.7,E,+", kCtrBadLongitudeHemisphere},
-      {"P,8961.0,N,01104.7,E", kCtrOffTheEarth},
-      {"P,4710.0,N,18000.1,E", kCtrOffTheEarth},
-      {"C,4710.0,N,01104.7,E,", kCtrBadRadius},
-      {"C,4710.0,N,01104.7,E,12a", kCtrBadRadius},
-      {"C,4710.0,N,01104.7,E,100000", kCtrBadRadius},
-      {"T,4710.0,N,01104.7,E,+", kCtrArcOutOfOrder},
-      {"Z,4710.0,N,01104.7,E,+", kCtrArcOutOfOrder},
+  const std::string place = ",4710.0,N,01104.7,E";
+  const Faults cases = {
+      {kCtrTypeMissing, {"P"}},
+      {kCtrBadType, {"Q" + place, "PP" + place, place}},
+      {kCtrLatitudeMissing, {"P,4710.0"}},
+      {kCtrLatitudeTooLarge, {"P,9000.0,N,01104.7,E", "P,99999999999999999999.0,N,01104.7,E"}},
+      {kCtrLatitudeNoPoint, {"P,4710,N,01104.7,E", "P,,N,01104.7,E"}},
+      {kCtrBadLatitudeFraction, {"P,4710.0x,N,01104.7,E"}},
+      {kCtrLatitudeHemisphereMissing, {"P,4710.0,N"}},
+      {kCtrBadLatitudeHemisphere, {"P,4710.0,E,01104.7,E", "P,4710.0,,01104.7,E"}},
+      {kCtrLongitudeMissing, {"P,4710.0,N,01104.7"}},
+      {kCtrLongitudeTooLarge, {"P,4710.0,N,18001.0,E"}},
+      {kCtrLongitudeNoPoint, {"P,4710.0,N,01104,E"}},
+      {kCtrBadLongitudeFraction, {"P,4710.0,N,01104.-,E"}},
+      {kCtrLongitudeHemisphereMissing, {"C" + place}},
+      {kCtrBadLongitudeHemisphere, {"P,4710.0,N,01104.7,N", "P" + place + ",+"}},
+      {kCtrOffTheEarth, {"P,8961.0,N,01104.7,E", "P,4710.0,N,18000.1,E"}},
+      {kCtrBadRadius, {"C" + place + ",", "C" + place + ",12a", "C" + place + ",100000"}},
+      {kCtrArcOutOfOrder, {"T" + place + ",+", "Z" + place + ",+"}},
   };
-  for (const auto& c : cases) {
-    CtrReceiver receiver;
-    ASSERT_EQ(Take(receiver, {"$PBRCTR,9,0,A,1", "$PBRCTR,9,1,R"}), 1);
-    EXPECT_EQ(TakeCtrSentence(receiver, std::string("$PBRCTR,9,2,") + c.fields), -c.error)
-        << c.fields;
+  for (const auto& [error, texts] : cases) {
+    for (const std::string& fields : texts) {
+      CtrReceiver receiver;
+      ASSERT_EQ(Take(receiver, {"$PBRCTR,9,0,A,1", "$PBRCTR,9,1,R"}), 1);
+      EXPECT_EQ(TakeCtrSentence(receiver, "$PBRCTR,9,2," + fields), -error) << fields;
+    }
   }
 }
 

@@ -30,29 +30,25 @@ TEST(ProductData, TextsAreNormalisedAndCut) {
 
 TEST(ProductData, ModelsAndTheTrackListGate) {
   const struct {
-    const char *device, *model, *software;
-    bool has_track_list;
+    const char *device, *model, *last_without, *first_with;  // null: there is none
   } cases[] = {
-      {"5020", "5020", "1.13", false},
-      {"5020", "5020", "1.14", true},
-      {"5030", "5030", "2.19", false},
-      {"5030", "5030", "2.2", true},
-      {"COMPEO", "Compeo", "2.19", false},
-      {"COMPEO", "Compeo", "3.00", true},
-      {"COMPEO+", "Compeo+", "0.01", true},
-      {"COMPETINO", "Competino", "1.13", false},
-      {"COMPETINO", "Competino", "1.13a", true},
-      {"COMPETINO+", "Competino+", "", true},
-      {"GALILEO", "Galileo", "1.00", true},
-      {"6020", "6020", "1.00", true},
-      {"6030", "6030", "1.00", true},
-      {"IQ 6030", "6030", "9.99", false},
-      {"7000", nullptr, "9.99", false},
+      {"5020", "5020", "1.13", "1.14"},
+      {"5030", "5030", "2.19", "2.2"},
+      {"COMPEO", "Compeo", "2.19", "3.00"},
+      {"COMPEO+", "Compeo+", nullptr, "0.01"},
+      {"COMPETINO", "Competino", "1.13", "1.13a"},
+      {"COMPETINO+", "Competino+", nullptr, ""},
+      {"GALILEO", "Galileo", nullptr, "1.00"},
+      {"6020", "6020", nullptr, "1.00"},
+      {"6030", "6030", nullptr, "1.00"},
+      {"IQ 6030", "6030", "9.99", nullptr},
+      {"7000", nullptr, "9.99", nullptr},
   };
   for (const auto& c : cases) {
     const FlytecModel* model = FindFlytecModel(c.device);
     EXPECT_STREQ(model == nullptr ? nullptr : model->model_name, c.model) << c.device;
-    EXPECT_EQ(HasTrackList(c.device, c.software), c.has_track_list) << c.device << c.software;
+    EXPECT_FALSE(c.last_without != nullptr && HasTrackList(c.device, c.last_without)) << c.device;
+    EXPECT_TRUE(c.first_with == nullptr || HasTrackList(c.device, c.first_with)) << c.device;
   }
 }
 

@@ -167,39 +167,29 @@ TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
   EXPECT_EQ(broken.job.data.tracks.size(), 1U);
 }
 
-TEST(TrackLogJob, JoiningRefusesOverlapsAndGaps) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"1230", "Read GPS track log: Overlapping track start/stop times"},
-      {"1129", "Read GPS track log: Time gap between tracks greater than 3600 s"},
+TEST(TrackLogJob, WhatCannotBeChosenOrJoinedIsTold) {
+  const struct {
+    std::vector<uint32_t> choice;
+    const char* oldest_start;
+    Texts messages;
+  } cases[] = {
+      {{0, 1}, "1230", {"Read GPS track log: Overlapping track start/stop times"}},
+      {{0, 1}, "1129", {"Read GPS track log: Time gap between tracks greater than 3600 s"}},
+      {{100}, "1200", {"Read GPS track log: Track log 101 is too old to be requested"}},
+      {{}, "1200", {}},
   };
-  for (const auto& [oldest_start, message] : cases) {
+  for (const auto& c : cases) {
     TwoFlights b;
-    b.recorder.choice = {0, 1};
+    b.recorder.choice = c.choice;
     b.job.join_tracks = true;
-    b.script.answers["$PBRTR,01"] = {Igc(oldest_start, 3)};
+    b.script.answers["$PBRTR,01"] = {Igc(c.oldest_start, 3)};
     EXPECT_LT(FlytecTrackLogJob(b.job), 0);
-    EXPECT_EQ(b.recorder.messages, Texts{message});
+    EXPECT_EQ(b.recorder.messages, c.messages);
+    EXPECT_EQ(b.script.requests.size(), c.choice.size() == 2 ? 4U : 2U);
   }
-}
-
-TEST(TrackLogJob, WhatCannotBeChosenIsTold) {
   TwoFlights empty;
-  empty.script.answers["$PBRTL,"] = {""};
-  EXPECT_LT(FlytecTrackLogJob(empty.job), 0);
-  EXPECT_EQ(empty.recorder.messages,
-            Texts{"Read GPS track log: The instrument holds no track logs"});
-
-  TwoFlights too_old;
-  too_old.recorder.choice = {100};
-  EXPECT_LT(FlytecTrackLogJob(too_old.job), 0);
-  EXPECT_EQ(too_old.recorder.messages,
-            Texts{"Read GPS track log: Track log 101 is too old to be requested"});
-  EXPECT_EQ(too_old.script.requests.size(), 2U);
-
-  TwoFlights nothing;
-  nothing.recorder.choice = {};
-  EXPECT_LT(FlytecTrackLogJob(nothing.job), 0);
-  EXPECT_EQ(nothing.script.requests.size(), 2U);
+  ExpectFailure(empty, FlytecTrackLogJob, "$PBRTL,",
+                {"", {}, "Read GPS track log: The instrument holds no track logs"});
 }
 
 TEST(TrackLogJob, ClientsHearOfPositionsWhileTheyArrive) {

@@ -54,49 +54,38 @@ TEST(WaypointRecogniser, TakesRealSentencesAndWhatMayBeLeftOut) {
 }
 
 TEST(WaypointRecogniser, EachFaultHasItsNumberAtItsByte) {
-  const struct {
-    const char* text;  // the last byte is the wrong one
-    int error;
-  } cases[] = {
-      {"$PBRWPS,8960", kWaypointLatitudeTooLong},
-      {"$PBRWPS,89590", kWaypointLatitudeTooLong},
-      {"$PBRWPS,47x", kWaypointBadLatitude},
-      {"$PBRWPS,,", kWaypointBadLatitude},
-      {"$PBRWPS,.", kWaypointBadLatitude},
-      {"$PBRWPS,4743.5-", kWaypointBadLatitudeFraction},
-      {"$PBRWPS,4743.5.", kWaypointBadLatitudeFraction},
-      {"$PBRWPS,4743.5,E", kWaypointBadLatitudeHemisphere},
-      {"$PBRWPS,4743.5,n", kWaypointBadLatitudeHemisphere},
-      {"$PBRWPS,4743.5,NN", kWaypointLatitudeCommaMissing},
-      {"$PBRWPS,4743.5,N,17960", kWaypointLongitudeTooLong},
-      {"$PBRWPS,4743.5,N,011-", kWaypointBadLongitude},
-      {"$PBRWPS,4743.5,N,01121.E", kWaypointBadLongitudeFraction},
-      {"$PBRWPS,4743.5,N,01121.5,N", kWaypointBadLongitudeHemisphere},
-      {"$PBRWPS,4743.5,N,01121.5,E*", kWaypointLongitudeCommaMissing},
-      {"$PBRWPS,4743.5,N,01121.5,E,AB\r", kWaypointLineEndInShortName},
-      {"$PBRWPS,4743.5,N,01121.5,E,\n", kWaypointLineEndInShortName},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABCDEFG", kWaypointShortNameTooLong},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,De\r", kWaypointLineEndInLongName},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,123456789012345678", kWaypointLongNameTooLong},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,x", kWaypointBadAltitude},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,*", kWaypointBadAltitude},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,--", kWaypointBadAltitude},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,-*", kWaypointBadAltitude},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,123456", kWaypointAltitudeTooLong},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,-12345", kWaypointAltitudeTooLong},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12,", kWaypointAltitudeTooLong},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12*g", kWaypointBadFirstChecksumDigit},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12*a", kWaypointBadFirstChecksumDigit},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12*0\r", kWaypointBadSecondChecksumDigit},
-      {"$PBRWPS,4743.5,N,01121.5,E,ABC,D,12*00\n", kWaypointCrMissing},
-      {"$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*04\r\n",
-       kWaypointChecksumMismatch},
-      {"$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\r", kWaypointLfMissing},
+  const std::string place = "4743.5,N,01121.5,E,";
+  const std::string whole = "4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*";
+  // The last byte is the wrong one.
+  const std::pair<int, Texts> cases[] = {
+      {kWaypointLatitudeTooLong, {"8960", "89590"}},
+      {kWaypointBadLatitude, {"47x", ",", "."}},
+      {kWaypointBadLatitudeFraction, {"4743.5-", "4743.5."}},
+      {kWaypointBadLatitudeHemisphere, {"4743.5,E", "4743.5,n"}},
+      {kWaypointLatitudeCommaMissing, {"4743.5,NN"}},
+      {kWaypointLongitudeTooLong, {"4743.5,N,17960"}},
+      {kWaypointBadLongitude, {"4743.5,N,011-"}},
+      {kWaypointBadLongitudeFraction, {"4743.5,N,01121.E"}},
+      {kWaypointBadLongitudeHemisphere, {"4743.5,N,01121.5,N"}},
+      {kWaypointLongitudeCommaMissing, {"4743.5,N,01121.5,E*"}},
+      {kWaypointLineEndInShortName, {place + "AB\r", place + "\n"}},
+      {kWaypointShortNameTooLong, {place + "ABCDEFG"}},
+      {kWaypointLineEndInLongName, {place + "ABC,De\r"}},
+      {kWaypointLongNameTooLong, {place + "ABC,123456789012345678"}},
+      {kWaypointBadAltitude, {place + ",,x", place + ",,*", place + ",,--", place + ",,-*"}},
+      {kWaypointAltitudeTooLong, {place + ",,123456", place + ",,-12345", place + ",,12,"}},
+      {kWaypointBadFirstChecksumDigit, {place + ",,12*g", place + ",,12*a"}},
+      {kWaypointBadSecondChecksumDigit, {place + ",,12*0\r"}},
+      {kWaypointCrMissing, {place + ",,12*00\n"}},
+      {kWaypointChecksumMismatch, {whole + "04\r\n"}},
+      {kWaypointLfMissing, {whole + "03\r\r"}},
   };
-  for (const auto& c : cases) {
-    WaypointRecogniser recogniser;
-    EXPECT_EQ(Feed(recogniser, c.text), -c.error) << c.text;
-    EXPECT_EQ(Feed(recogniser, Sentence("PBRWPS,4730,N,01100,E,A,B,1")), 0) << c.text;
+  for (const auto& [error, texts] : cases) {
+    for (const std::string& text : texts) {
+      WaypointRecogniser recogniser;
+      EXPECT_EQ(Feed(recogniser, "$PBRWPS," + text), -error) << text;
+      EXPECT_EQ(Feed(recogniser, Sentence("PBRWPS,4730,N,01100,E,A,B,1")), 0) << text;
+    }
   }
 }
 

@@ -1,11 +1,56 @@
-#include "formats/cup/read_cup.h"
-
 #include <gmock/gmock.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/cup/quoted_fields.h"
+#include "formats/cup/read_cup.h"
+#include "formats/cup/write_cup.h"
 #include "formats/waypoints/position.h"
 #include "tests/formats/read_text.h"
+#include "tests/formats/values/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {
+
+TEST(TakeQuotedRecord, SplitsFields) {
+  const struct {
+    std::string_view text;
+    std::vector<std::string> fields;
+    int lines;
+    std::string_view rest;
+  } cases[] = {
+      {"a,b\r\nc", {"a", "b"}, 1, "c"},
+      {"", {""}, 1, ""},
+      {",", {"", ""}, 1, ""},
+      {" a b , \"c, d\" ,e", {"a b", "c, d", "e"}, 1, ""},
+      {R"("say ""Ah""","""",x"y"z)", {"say \"Ah\"", "\"", "x\"y\"z"}, 1, ""},
+      {R"("a"b,c)", {"ab", "c"}, 1, ""},
+      {"\"two\r\nlines\",b\nc", {"two\r\nlines", "b"}, 2, "c"},
+      {"\"\n\n\"", {"\n\n"}, 3, ""},
+  };
+  for (const auto& test : cases) {
+    std::string_view rest = test.text;
+    QuotedRecord record;
+    EXPECT_EQ(TakeQuotedRecord(rest, record), test.lines) << test.text;
+    EXPECT_TRUE(record.closed) << test.text;
+    EXPECT_EQ(record.fields, test.fields) << test.text;
+    EXPECT_EQ(rest, test.rest) << test.text;
+  }
+}
+
+TEST(TakeQuotedRecord, GivesUpAnOpenQuoteAfterItsLine) {
+  const std::string start = "a,\"open\nnext,line\n";
+  for (const std::string& text :
+       {start, start + std::string(kMaxRecordLines, '\n') + '"', start + ",\"another\",field\n"}) {
+    std::string_view rest = text;
+    QuotedRecord record;
+    EXPECT_EQ(TakeQuotedRecord(rest, record), 1);
+    EXPECT_FALSE(record.closed);
+    EXPECT_TRUE(rest.starts_with("next,line"));
+  }
+}
 
 using testing::ElementsAre;
 
@@ -48,9 +93,7 @@ TEST(ReadCup, ChoosesNameAndDescription) {
 TEST(ReadCup, ReadsPositionsElevationsAndStyles) {
   const struct {
     std::string_view fields;
-    double lat_deg;
-    double lon_deg;
-    double altitude_m;
+    double lat_deg, lon_deg, altitude_m;
     bool airfield;
   } cases[] = {
       {"4530.000N,00730.000E,1000m,1", 45.5, 7.5, 1000, false},
@@ -126,6 +169,44 @@ TEST(ReadCup, RefusesOtherFiles) {
     EXPECT_EQ(ReadBad(ReadCup, text), message);
     EXPECT_EQ(LooksLikeCup(text), looks_like_cup);
   }
+}
+
+TEST(WriteCup, WritesTheUsualLines) {
+  const FileWaypoint waypoints[] = {
+      {.lat = 1 << 29, .lon = -(1 << 29), .altitude_m = 12.34, .name = "A01"},
+      {.lat = -1,
+       .lon = 1193046,  // 0.0999999 degrees: rounds to 6 whole minutes
+       .altitude_m = -0.96,
+       .name = "LJBL",
+       .description = "The \"field\",\r\nold",
+       .comment = "a \"remark\"",
+       .type = kWaypointAirfield},
+  };
+  EXPECT_EQ(WriteCup(waypoints),
+            "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\r\n"
+            "\"A01\",\"A01\",,4500.000N,04500.000W,12.3m,1,,,,\"\"\r\n"
+            "\"The \"\"field\"\",  old\",\"LJBL\",,0000.000S,00006.000E,-1.0m,5,,,,"
+            "\"a \"\"remark\"\"\"\r\n");
+}
+
+TEST(WriteCup, ComesBackWithinItsResolution) {
+  const std::vector<FileWaypoint> waypoints = {
+      {.lat = 551549341, .lon = 88654321, .altitude_m = 1234.56, .name = "A01"},
+      {.lat = -(1 << 30),
+       .lon = INT32_MIN,
+       .altitude_m = -430,
+       .name = "Süd, \"Pol\"",
+       .description = "-- Ж"},
+      {.lat = 1 << 30,
+       .lon = INT32_MAX,
+       .name = "same",
+       .comment = "remark",
+       .type = kWaypointAirfield},
+      {.lat = -77, .lon = -99, .name = "12", .description = "4500.000N,00700.000E"},
+  };
+  constexpr double kHalfMilliminute = 99.5;  // in semicircles
+  ExpectSameWaypoints(ReadGood(ReadCup, WriteCup(waypoints)).waypoints, waypoints,
+                      {.altitude_m = 0.0501, .semicircles = kHalfMilliminute});
 }
 
 }  // namespace

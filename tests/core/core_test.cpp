@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+
+#include "core/count_message.h"
+#include "core/time_scale.h"
+#include "core/track_log.h"
+#include "core/units.h"
+
+namespace skyhaul {
+namespace {
+
+TEST(CountMessage, FillsTemplatesInOrderAndRepeatsTheFourthNumber) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"", ""},
+      {"no number", "no number"},
+      {"Requesting track log %", "Requesting track log 10"},
+      {"Track position % (%m %s)", "Track position 10 (0m 4294967295s)"},
+      {"%-%-%-%", "10-0-4294967295-7"},
+      {"%-%-%-%-%-%", "10-0-4294967295-7-7-7"},
+      {"100%%", "100100"},
+  };
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(FormatCountMessage(text, 10, 0, 4294967295U, 7), expected) << text;
+  }
+}
+
+TEST(TimeScale, KnownMoments) {
+  const std::pair<CalendarTime, uint32_t> cases[] = {
+      {{.year = 1989, .month = 12, .day = 31}, 0},
+      {{.year = 1990, .month = 1, .day = 1}, 86400},
+      {{.year = 2000, .month = 2, .day = 29, .hour = 23, .minute = 59, .second = 59}, 320803199},
+      {{.year = 2000, .month = 3, .day = 1}, 320803200},
+      {{.year = 2026, .month = 11, .day = 21, .hour = 12, .minute = 34, .second = 56}, 1164198896},
+      // The last second of the scale, on which 2100 is a leap year.
+      {{.year = 2126, .month = 2, .day = 5, .hour = 6, .minute = 28, .second = 15}, 4294967295U},
+  };
+  for (const auto& [calendar, time] : cases) {
+    EXPECT_EQ(TimeFromCalendar(calendar), time);
+    EXPECT_EQ(CalendarFromTime(time), calendar) << time;
+  }
+}
+
+TEST(TimeScale, EveryDayAgreesWithTheCalendarUntil2100AndComesBack) {
+  using std::chrono::sys_days;
+  const sys_days epoch = std::chrono::year{1989} / 12 / 31;
+  const sys_days last_common_day = std::chrono::year{2100} / 2 / 28;
+  uint32_t second_of_day = 0;
+  for (uint32_t day = 0; day <= UINT32_MAX / kSecondsPerDay; ++day) {
+    second_of_day = (second_of_day * 7 + 12345) % kSecondsPerDay;
+    const uint64_t wanted = uint64_t{day} * kSecondsPerDay + second_of_day;
+    const auto time = static_cast<uint32_t>(std::min<uint64_t>(wanted, UINT32_MAX));
+    const CalendarTime calendar = CalendarFromTime(time, 250);
+    ASSERT_EQ(TimeFromCalendar(calendar), time);
+    ASSERT_EQ(calendar.milliseconds, 250);
+    const sys_days date = epoch + std::chrono::days(day);
+    if (date > last_common_day) continue;
+    const std::chrono::year_month_day expected = date;
+    ASSERT_EQ(calendar.year, static_cast<int>(expected.year()));
+    ASSERT_EQ(calendar.month, static_cast<int>(static_cast<unsigned>(expected.month())));
+    ASSERT_EQ(calendar.day, static_cast<int>(static_cast<unsigned>(expected.day())));
+  }
+}
+
+TEST(TimeScale, OtherScales) {
+  EXPECT_EQ(SpreadsheetDay(0), 32873.0);
+  EXPECT_EQ(SpreadsheetDay(86400 + 43200), 32874.5);
+  EXPECT_GT(SpreadsheetDay(4294967295U), 82000.0) << "seconds count without a sign";
+  EXPECT_EQ(TimeFromUnix(631065600), 0U);
+  EXPECT_EQ(TimeFromUnix(1795264496), 1164198896U);
+  EXPECT_EQ(TimeFromUnix(-5), 0U);
+  EXPECT_EQ(TimeFromUnix(INT64_MAX / 2), UINT32_MAX);
+}
+
+TEST(TrackLog, InstallingResetsTheSelectionAndMarksOldResults) {
+  InstallTrackLog({{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}},
+                  {.expected = true, .text = "AXSH"});
+  const uint32_t generation = CurrentTrackLog().generation;
+  SelectTrackPoints({1, 2});
+  InstallTrackLog({{.time = 9}});
+  EXPECT_TRUE(CurrentTrackLog().selection.empty());
+  EXPECT_FALSE(CurrentTrackLog().instrument_igc.expected);
+  EXPECT_NE(CurrentTrackLog().generation, generation);
+}
+
+TEST(TrackLog, ExportsTheSelectionUnlessItHasAHole) {
+  const std::tuple<std::vector<uint32_t>, int, std::vector<uint32_t>> cases[] = {
+      {{}, 0, {10, 11, 12, 13}},    {{2}, 0, {12}},      {{2, 1}, 0, {11, 12}},
+      {{1, 1, 2, 99}, 0, {11, 12}}, {{0, 1, 3}, -1, {}},
+  };
+  for (const auto& [selection, result, expected] : cases) {
+    InstallTrackLog({{.time = 10}, {.time = 11}, {.time = 12}, {.time = 13}});
+    SelectTrackPoints(selection);
+    std::vector<TrackPoint> points;
+    EXPECT_EQ(SelectedTrackPoints(CurrentTrackLog(), points), result);
+    std::vector<uint32_t> times;
+    for (const TrackPoint& point : points) times.push_back(point.time);
+    EXPECT_EQ(times, expected);
+  }
+}
+
+TEST(Units, RoundsHalfAwayFromZero) {
+  const std::pair<double, int32_t> cases[] = {{0, 0},     {0.49, 0}, {0.5, 1},  {-0.49, 0},
+                                              {-0.5, -1}, {2.5, 3},  {-2.5, -3}};
+  for (const auto& [value, rounded] : cases)
+    EXPECT_EQ(RoundHalfAwayFromZero(value), rounded) << value;
+}
+
+TEST(Units, DecimetresToMetresRoundsLikeEveryWriter) {
+  const std::pair<int32_t, int32_t> cases[] = {{0, 0},    {4, 0},    {5, 1},       {14, 1},
+                                               {15, 2},   {-5, 0},   {-6, 0},      {-14, 0},
+                                               {-15, -1}, {-25, -2}, {12345, 1235}};
+  for (const auto& [dm, m] : cases) EXPECT_EQ(DecimetresToMetres(dm), m) << dm;
+}
+
+TEST(Units, EveryThousandthOfAMinuteComesBack) {
+  for (int32_t milliminutes = -10'800'000; milliminutes <= 10'800'000; milliminutes += 7) {
+    const int32_t semicircles = MilliminutesToSemicircles(milliminutes);
+    ASSERT_EQ(SemicirclesToMilliminutes(semicircles), milliminutes);
+    ASSERT_NEAR(semicircles, milliminutes * (2147483648.0 / 10'800'000), 0.51);
+  }
+}
+
+TEST(Units, RadiansComeBackAndAreClamped) {
+  for (const int32_t semicircles : {0, 1, -1, 1073741824, -1073741824, 2147483647, -2147483647}) {
+    EXPECT_EQ(RadiansToSemicircles(SemicirclesToRadians(semicircles)), semicircles);
+  }
+  EXPECT_EQ(RadiansToSemicircles(kPi), 2147483647);
+  EXPECT_EQ(RadiansToSemicircles(-4), INT32_MIN);
+  EXPECT_NEAR(SemicirclesToDegrees(1073741824), 90, 1e-9);
+}
+
+}  // namespace
+}  // namespace skyhaul
