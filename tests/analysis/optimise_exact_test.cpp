@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <vector>
 
 #include "analysis/exact_closed.h"
 #include "analysis/exact_free.h"

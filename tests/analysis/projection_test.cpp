@@ -5,7 +5,6 @@
 #include <GeographicLib/TransverseMercatorExact.hpp>
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include "core/units.h"
 #include "tests/analysis/exact_geodesic.h"

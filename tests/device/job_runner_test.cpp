@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <utility>
 
 #include "tests/support/job_bench.h"
 #include "transport/trace.h"

@@ -54,18 +54,6 @@ std::string Take(Wire& wire, uint64_t now_ns) {
   return {buffer, buffer + count};
 }
 
-TEST(Wire, BytesArriveOneByteTimeAfterAnother) {
-  Wire wire;
-  EXPECT_EQ(NextArrival_ns(wire), kNever_ns);
-  Send(wire, "abc", 1000);
-  EXPECT_EQ(NextArrival_ns(wire), 1000 + kByte_ns);
-  EXPECT_EQ(Take(wire, 1000 + kByte_ns - 1), "");
-  EXPECT_EQ(Take(wire, 1000 + kByte_ns), "a");
-  EXPECT_EQ(Take(wire, 1000 + 3 * kByte_ns - 1), "b");
-  EXPECT_EQ(Take(wire, 1000 + 3 * kByte_ns), "c");
-  EXPECT_EQ(NextArrival_ns(wire), kNever_ns);
-}
-
 TEST(Wire, LaterBytesWaitForEarlierOnesAndForTheirTime) {
   Wire wire;
   Send(wire, "ab", 0);
@@ -82,17 +70,7 @@ TEST(Wire, TakesNoMoreThanThereIsRoomFor) {
   uint8_t buffer[2];
   EXPECT_EQ(TakeArrived(wire, 0, buffer, sizeof buffer), 2U);
   EXPECT_EQ(Take(wire, 0), "c");
-}
-
-TEST(Wire, NothingArrivesWhileHeld) {
-  Wire wire;
-  wire.baud = 0;
-  wire.held = true;
-  Send(wire, "abc", 0);
   EXPECT_EQ(NextArrival_ns(wire), kNever_ns);
-  EXPECT_EQ(Take(wire, 1'000'000'000), "");
-  wire.held = false;
-  EXPECT_EQ(Take(wire, 1'000'000'000), "abc");
 }
 
 }  // namespace

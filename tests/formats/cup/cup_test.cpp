@@ -1,9 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "formats/cup/quoted_fields.h"
 #include "formats/cup/read_cup.h"
 #include "formats/cup/write_cup.h"

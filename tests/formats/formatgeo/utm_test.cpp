@@ -8,7 +8,6 @@
 #include <GeographicLib/TransverseMercatorExact.hpp>
 #include <GeographicLib/UTMUPS.hpp>
 #include <cmath>
-#include <string>
 
 namespace skyhaul {
 namespace {

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <string>
-#include <vector>
 
 #include "core/units.h"
 #include "formats/igc/decode_line.h"

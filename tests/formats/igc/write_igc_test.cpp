@@ -5,8 +5,6 @@
 #include <cmath>
 #include <cstring>
 #include <random>
-#include <string>
-#include <vector>
 
 #include "core/units.h"
 #include "core/version.h"

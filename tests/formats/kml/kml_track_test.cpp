@@ -1,6 +1,7 @@
 #include "formats/kml/kml_track.h"
 
 #include <gmock/gmock.h>
+
 #include <algorithm>
 #include <map>
 #include <pugixml.hpp>

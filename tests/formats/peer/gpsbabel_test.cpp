@@ -4,8 +4,6 @@
 
 #include <cstdlib>
 #include <pugixml.hpp>
-#include <string>
-#include <vector>
 
 #include "core/units.h"
 #include "formats/compegps/write_compegps.h"

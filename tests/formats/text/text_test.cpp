@@ -1,9 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "formats/text/charset.h"
 #include "formats/text/scan.h"
 

@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <string_view>
-
 #include "formats/text/charset.h"
 #include "formats/values/iso_time.h"
 #include "formats/values/numbers.h"

@@ -3,13 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 namespace skyhaul {
 namespace {
-
-constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
-constexpr int32_t kMax = std::numeric_limits<int32_t>::max();
 
 TEST(PositionFromDegrees, KeepsToTheGlobe) {
   const struct {
@@ -17,8 +13,8 @@ TEST(PositionFromDegrees, KeepsToTheGlobe) {
     FilePosition position;
   } good[] = {
       {0, 0, {0, 0}},
-      {90, 180, {1 << 30, kMax}},
-      {-90, -180, {-(1 << 30), kMin}},
+      {90, 180, {1 << 30, INT32_MAX}},
+      {-90, -180, {-(1 << 30), INT32_MIN}},
       {45, -0.000000041909516, {1 << 29, 0}},  // just under half a semicircle
       {-45, -0.0000000419095159, {-(1 << 29), -1}},
   };
@@ -37,9 +33,9 @@ TEST(PositionFromDegrees, KeepsToTheGlobe) {
 TEST(AngleInSteps, RoundsTheSizeOfTheAngle) {
   const std::tuple<int32_t, int32_t, int64_t> cases[] = {
       {0, 60000, 0},
-      {kMin, 60000, 10800000},
-      {kMax, 60000, 10800000},  // rounds up to a whole degree
-      {kMin, 360000, 64800000},
+      {INT32_MIN, 60000, 10800000},
+      {INT32_MAX, 60000, 10800000},  // rounds up to a whole degree
+      {INT32_MIN, 360000, 64800000},
       {1 << 30, 60000, 5400000},
       {99, 60000, 0},  // half a thousandth of a minute is 99.4
       {100, 60000, 1},

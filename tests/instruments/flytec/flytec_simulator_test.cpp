@@ -23,6 +23,7 @@ FlytecSimulator Simulator() {
   FlytecSimulator simulator{.device_name = "5030", .software = "2.00"};
   simulator.pilot_name = "JIMI HENDRIX";
   simulator.serial = "01001";
+  // On 27 April 2017 at 15:29:56 and on 2 January 2009 at midnight.
   simulator.flights = {{.igc_text = "AXSH\r\nB\r\n", .start_time = 862241396, .duration_s = 295},
                        {.igc_text = AllBytes(), .start_time = 599788800, .duration_s = 43234}};
   return simulator;
@@ -90,6 +91,7 @@ TEST(FlytecSimulator, TakesItsTime) {
   Say(instrument, "$PBRTL,*74\r\n", kAsked_ns);
   constexpr uint64_t kXoff_ns = kAsked_ns + kXoffDelay_ns + kByte_ns;
   EXPECT_EQ(NextArrival_ns(instrument.wire), kXoff_ns);
+  EXPECT_EQ(Hear(instrument, kXoff_ns - 1), "");
   EXPECT_EQ(Hear(instrument, kXoff_ns), "\x13");
   constexpr uint64_t kAnswer_ns = kAsked_ns + kXoffDelay_ns + 40 * kMillisecond_ns;
   EXPECT_EQ(NextArrival_ns(instrument.wire), kAnswer_ns + kByte_ns);
@@ -108,6 +110,7 @@ TEST(FlytecSimulator, StopsOnXoffAndGoesOnWhereItWas) {
   std::string heard = Hear(instrument, some_ns);
   EXPECT_EQ(heard, "\x13$PBRS");
   Say(instrument, "\x13", some_ns);
+  EXPECT_EQ(NextArrival_ns(instrument.wire), kNever_ns);
   EXPECT_EQ(Hear(instrument, 1000 * kMillisecond_ns), "");
   Say(instrument, "\x11", 1000 * kMillisecond_ns);
   // No burst of what could have been sent in the meantime.
@@ -132,39 +135,28 @@ TEST(FlytecSimulator, TellsWhatBecameOfASentence) {
 }
 
 TEST(FlightFromIgc, FindsTheTimes) {
-  struct Case {
-    const char* name;
-    const char* text;
-    CalendarTime start;
-    uint32_t duration_s;
-  };
   constexpr CalendarTime kNoon{.year = 2021, .month = 8, .day = 5, .hour = 12};
   constexpr CalendarTime kLate{
       .year = 2021, .month = 8, .day = 5, .hour = 23, .minute = 59, .second = 58};
-  const Case cases[] = {
-      {"sound",
-       "AXSH000\r\nHFDTE050821\r\nB1200004700000N01100000EA0100001050\r\n"
+  const std::tuple<const char*, CalendarTime, uint32_t> cases[] = {
+      {"AXSH000\r\nHFDTE050821\r\nB1200004700000N01100000EA0100001050\r\n"
        "B1201404700000N01100000EA0100001050\r\n",
        kNoon, 100},
-      {"past midnight",
-       "AXSH000\r\nHFDTEDATE:050821,01\r\nB2359584700000N01100000EA0100001050\r\n"
+      {"AXSH000\r\nHFDTEDATE:050821,01\r\nB2359584700000N01100000EA0100001050\r\n"
        "B0000084700000N01100000EA0100001050\r\n",
        kLate, 10},
-      {"bent but readable", "HFDTE050821\nB120000\nB47\nBxxxxxx\nB120140 and no position\n", kNoon,
-       100},
-      {"bent past midnight", "HFDTEDATE: 050821\nB235958\nB000008", kLate, 10},
-      {"date too short",
-       "HFDTE0508\r\nB120000\r\n",
-       {.year = 1989, .month = 12, .day = 31, .hour = 12},
-       0},
-      {"nothing", "\r\n\n", {}, 0},
-      {"empty", "", {}, 0},
+      // Bent, but readable.
+      {"HFDTE050821\nB120000\nB47\nBxxxxxx\nB120140 and no position\n", kNoon, 100},
+      {"HFDTEDATE: 050821\nB235958\nB000008", kLate, 10},
+      {"HFDTE0508\r\nB120000\r\n", {.year = 1989, .month = 12, .day = 31, .hour = 12}, 0},
+      {"\r\n\n", {}, 0},
+      {"", {}, 0},
   };
-  for (const Case& c : cases) {
-    const FlytecFlight flight = FlightFromIgc(c.text);
-    EXPECT_EQ(flight.igc_text, c.text) << c.name;
-    EXPECT_EQ(CalendarFromTime(flight.start_time), c.start) << c.name;
-    EXPECT_EQ(flight.duration_s, c.duration_s) << c.name;
+  for (const auto& [text, start, duration_s] : cases) {
+    const FlytecFlight flight = FlightFromIgc(text);
+    EXPECT_EQ(flight.igc_text, text);
+    EXPECT_EQ(CalendarFromTime(flight.start_time), start) << text;
+    EXPECT_EQ(flight.duration_s, duration_s) << text;
   }
 }
 

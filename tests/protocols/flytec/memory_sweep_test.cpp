@@ -223,6 +223,21 @@ TEST(MemorySweep, AnUploadOfAirspacesThatBreaksOffLeavesWholeOnes) {
   }
 }
 
+TEST(MemorySweep, AReadThatIsAbortedDeliversNothing) {
+  for (const JobProcedure procedure : {FlytecReadWaypointsJob, FlytecReadCtrJob}) {
+    const Conversation whole(procedure);
+    for (const Fault& fault : FaultsAt({FaultKind::kAbort}, whole.bench.waits)) {
+      SCOPED_TRACE(Describe(fault));
+      const Conversation run(procedure, fault);
+      const bool in_the_last_wait = run.result == whole.result && fault.at + 1 == whole.bench.waits;
+      EXPECT_TRUE(run.result < 0 || in_the_last_wait);
+      EXPECT_TRUE(in_the_last_wait ||
+                  (run.job.data.waypoints.empty() && run.job.data.airspaces.empty()));
+      EXPECT_TRUE(run.recorder.messages.empty());
+    }
+  }
+}
+
 TEST(MemorySweep, UnpluggingIsTold) {
   for (const JobProcedure procedure :
        {FlytecReadWaypointsJob, FlytecReadCtrJob, FlytecWriteWaypointsJob, FlytecWriteCtrJob}) {
