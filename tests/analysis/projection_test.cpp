@@ -55,8 +55,8 @@ double SeriesError_m(const PlaneProjection& projection, const TrackPoint& point)
 
 TEST(Projection, SeriesIsRightOver500Km) {
   double worst_m = 0;
-  for (double lat_deg = -80; lat_deg <= 80; lat_deg += 5) {
-    for (double bearing_deg = 0; bearing_deg < 180; bearing_deg += 15) {
+  for (int lat_deg = -80; lat_deg <= 80; lat_deg += 5) {
+    for (int bearing_deg = 0; bearing_deg < 180; bearing_deg += 15) {
       const TrackPoint flight[] = {PointFrom(lat_deg, 8, bearing_deg, kHalf_m),
                                    PointFrom(lat_deg, 8, bearing_deg + 180, kHalf_m)};
       const PlaneProjection projection = ProjectionFor(flight);
@@ -71,7 +71,7 @@ TEST(Projection, SeriesIsRightOver500Km) {
 TEST(Projection, PlaneIsNearTheEllipsoidOver500Km) {
   double worst_across_m = 0;
   double worst_along_m = 0;
-  for (double lat_deg = -60; lat_deg <= 60; lat_deg += 10) {
+  for (int lat_deg = -60; lat_deg <= 60; lat_deg += 10) {
     const auto excess_m = [lat_deg](double bearing_deg) {
       const TrackPoint flight[] = {PointFrom(lat_deg, 8, bearing_deg, kHalf_m),
                                    PointFrom(lat_deg, 8, bearing_deg + 180, kHalf_m)};

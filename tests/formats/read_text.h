@@ -7,6 +7,13 @@
 
 namespace skyhaul {
 
+// Parts of a text, one after the other.
+inline std::string Joined(std::initializer_list<std::string_view> parts) {
+  std::string text;
+  for (const std::string_view part : parts) text += part;
+  return text;
+}
+
 // Reads a text that has something to read in it and must not be refused.
 template <typename File>
 File ReadGood(int (*read)(std::string_view, File&, std::string&), std::string_view text) {

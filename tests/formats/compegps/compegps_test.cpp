@@ -40,12 +40,12 @@ TEST(CompeGps, WritesTheLinesThatOtherProgramsKnow) {
 }
 
 TEST(CompeGps, ReadsEveryDegreeSign) {
-  for (const std::string sign :
+  for (const char* sign :
        {"\xBA", "\xC2\xBA", "\xB0", "\xC2\xB0", "\xBD", "\xEF\xBF\xBD", "?", ""}) {
     const WaypointFile file = ReadGood(
-        ReadCompeGps, "G  WGS 84\r\nU  1\r\nW  T0" + sign + " A 46.5" + sign + "S 7.25" + sign +
-                          "w 27-MAR-62 00:00:00 680.5\r\n"
-                          "w Waypoint,0,-1.0,16777215,255,1,7,,0.0\r\n");
+        ReadCompeGps,
+        Joined({"G  WGS 84\r\nU  1\r\nW  T0", sign, " A 46.5", sign, "S 7.25", sign,
+                "w 27-MAR-62 00:00:00 680.5\r\n", "w Waypoint,0,-1.0,16777215,255,1,7,,0.0\r\n"}));
     ASSERT_EQ(file.waypoints.size(), 1U) << sign;
     EXPECT_NEAR(SemicirclesToDegrees(file.waypoints[0].lat), -46.5, 1e-7);
     EXPECT_NEAR(SemicirclesToDegrees(file.waypoints[0].lon), -7.25, 1e-7);

@@ -40,7 +40,8 @@ TEST(ReadGpx, TakesPrefixesEncodingsAndCharacterNumbers) {
   const std::string body = "<g:gpx xmlns:g=\"u\"><g:wpt lat=\"1\" lon=\"2\"><g:name>";
   const std::string end = "</g:name></g:wpt></g:gpx>";
   std::string utf16 = "\xFF\xFE";
-  for (const char c : body + "UTF16" + end) utf16 += {c, '\0'};
+  const std::string ascii = body + "UTF16" + end;
+  for (const char c : ascii) utf16 += {c, '\0'};
   EXPECT_TRUE(LooksLikeGpx(utf16));
   const std::pair<std::string, const char*> cases[] = {
       {"\xEF\xBB\xBF" + body + "Zürich" + end, "Zürich"},

@@ -4,6 +4,7 @@
 
 #include "core/time_scale.h"
 #include "core/units.h"
+#include "tests/formats/read_text.h"
 
 namespace skyhaul {
 namespace {
@@ -65,39 +66,38 @@ TEST(ParseIgc, RefusesFilesWithTheirMessage) {
 }
 
 TEST(ParseIgc, KnowsManufacturersWithoutSerial) {
-  for (const std::string line : {"AXSH", "AXSH free text", "Axsh12bFLIGHT:1", "AXSH\rwhatever"}) {
-    EXPECT_EQ(MessageOf(line + "\nHFDTE140526\n" + kFix), "") << line;
+  for (const char* line : {"AXSH", "AXSH free text", "Axsh12bFLIGHT:1", "AXSH\rwhatever"}) {
+    EXPECT_EQ(MessageOf(Joined({line, "\nHFDTE140526\n", kFix})), "") << line;
   }
 }
 
 TEST(ParseIgc, ReadsDates) {
-  for (const std::string line :
+  for (const char* line :
        {"HFDTE310526", "HFDTEDATE:310526", "HFDTEDATE:  310526,01", "HFDTE310526\rrubbish"}) {
-    EXPECT_EQ(MessageOf("AXSH000\n" + line + "\n" + kFix), "") << line;
+    EXPECT_EQ(MessageOf(Joined({"AXSH000\n", line, "\n", kFix})), "") << line;
   }
-  for (const std::string line :
-       {"HFDTE310526,01", "HFDTE310526 ", "HFDTE 310526", "HFDTEDATE:310526 ", "HFDTEDATE:3105261",
-        "HFDTEDATE:", "HFDTEDATE:   ", "HFDTE", "HFDTE31052", "HFDTE320526", "HFDTE310026",
-        "HFDTE3105+6"}) {
-    EXPECT_EQ(MessageOf("AXSH000\n" + line + "\n" + kFix), "Format error on line 2") << line;
+  for (const char* line : {"HFDTE310526,01", "HFDTE310526 ", "HFDTE 310526", "HFDTEDATE:310526 ",
+                           "HFDTEDATE:3105261", "HFDTEDATE:", "HFDTEDATE:   ", "HFDTE",
+                           "HFDTE31052", "HFDTE320526", "HFDTE310026", "HFDTE3105+6"}) {
+    EXPECT_EQ(MessageOf(Joined({"AXSH000\n", line, "\n", kFix})), "Format error on line 2") << line;
   }
 }
 
 // What is refused in a field as such is for the decoder's test, which has the same fields.
 TEST(ParseIgc, TestsEveryFieldOfAFix) {
-  for (const std::string line :
+  for (const char* line :
        {"B2359598960000N17960000EA9999999999", "B2359598960000S17960000W -9999-9999",
         "B1200004707500N01130001EA00123004561"}) {
-    EXPECT_EQ(MessageOf(kStart + line + "\n"), "") << line;
+    EXPECT_EQ(MessageOf(Joined({kStart, line, "\n"})), "") << line;
   }
-  for (const std::string line :
+  for (const char* line :
        {"B1200004707500N01130001EA001230045", "B1200004707500N01130001EA00123004\r56",
         "B2400004707500N01130001EA0012300456", "B1200009000000N01130001EA0012300456",
         "B1200004760001N01130001EA0012300456", "B1200004707500E01130001EA0012300456",
         "B1200004707500N18000000EA0012300456", "B1200004707500N01160001EA0012300456",
         "B1200004707500N01130001NA0012300456", "B1200004707500N01130001EA+012300456",
         "B1200004707500N01130001EA001230045 "}) {
-    EXPECT_EQ(MessageOf(kStart + line + "\n"), "Format error on line 3") << line;
+    EXPECT_EQ(MessageOf(Joined({kStart, line, "\n"})), "Format error on line 3") << line;
   }
 }
 
@@ -110,17 +110,18 @@ TEST(ParseIgc, ReadsFractionsOfTheFirstSecond) {
                                                                  {"I00", "", 0},
                                                                  {"I013638FXA more", "xyz", 0}};
   for (const auto& [extensions, tail, milliseconds] : good) {
-    const std::vector<TrackPoint> points = PointsOf(kStart + extensions + fix + tail + "\n");
+    const std::vector<TrackPoint> points = PointsOf(Joined({kStart, extensions, fix, tail, "\n"}));
     EXPECT_EQ(points.at(0).milliseconds, milliseconds) << extensions;
   }
   const std::pair<std::string, std::string> bad_fixes[] = {
       {"I013638TDS", "98"}, {"I013638TDS", "9x7"}, {"I013681TDS", "987"}};
   for (const auto& [extensions, tail] : bad_fixes) {
-    EXPECT_EQ(MessageOf(kStart + extensions + fix + tail + "\n"), "Format error on line 4") << tail;
+    EXPECT_EQ(MessageOf(Joined({kStart, extensions, fix, tail, "\n"})), "Format error on line 4")
+        << tail;
   }
-  for (const std::string bad : {"I013538TDS", "I013837TDS", "I013638TD", "I013638T S", "I023638TDS",
-                                "I01363xTDS", "Ix13638TDS", "I"}) {
-    EXPECT_EQ(MessageOf(kStart + bad + fix + "987\n"), "Format error on line 3") << bad;
+  for (const char* bad : {"I013538TDS", "I013837TDS", "I013638TD", "I013638T S", "I023638TDS",
+                          "I01363xTDS", "Ix13638TDS", "I"}) {
+    EXPECT_EQ(MessageOf(Joined({kStart, bad, fix, "987\n"})), "Format error on line 3") << bad;
   }
 }
 

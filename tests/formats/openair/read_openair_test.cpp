@@ -107,7 +107,7 @@ TEST(ReadOpenAir, BrokenLinesAreSkippedWithANote) {
   for (const auto& [note, lines] : cases) {
     for (const std::string& line : lines) {
       const AirspaceFile file =
-          ReadGood(ReadOpenAir, "AC A\nDP 1 N 2 E\nV X=3 N 4 E\n" + line + "\nDP 5 N 6 E");
+          ReadGood(ReadOpenAir, Joined({"AC A\nDP 1 N 2 E\nV X=3 N 4 E\n", line, "\nDP 5 N 6 E"}));
       EXPECT_THAT(file.notes, ElementsAre(AllOf(HasSubstr(note), HasSubstr("Line 4: "),
                                                 testing::EndsWith(": " + line))));
       EXPECT_THAT(file.airspaces.at(0).segments, SizeIs(2)) << line;

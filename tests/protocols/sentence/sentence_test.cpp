@@ -152,7 +152,7 @@ TEST(PrefixRecogniser, TellsEachFaultByItsNumberAndKeepsTheStatus) {
       {"A\r\n$PBRANS,3*03\r\n", {0}, '3'},
       {Sentence("PBRANS,2 because"), {0}, '2'},
       {"$PBRTL,1*00\r\n$PBRANS,1*01\r\n", {-kPrefixMismatch, 0}, '1'},
-      {"$PBRANS,1*02\r\n", {-kChecksumMismatch}, '1'},
+      {"$PBRANS,1*02\r\n$PBRANS,3*03\r\n", {-kChecksumMismatch, 0}, '3'},
   };
   for (const auto& [bytes, results, status] : cases) {
     PrefixRecogniser recogniser{.prefix = "$PBRANS,"};
