@@ -18,6 +18,7 @@
 #include "formats/igc/header.h"
 #include "formats/igc/security_record.h"
 #include "platform/file.h"
+#include "platform/terminal.h"
 
 namespace skyhaul {
 
@@ -90,18 +91,25 @@ int PrintChecks(const Operation& operation, const LongOptions& options) {
 
 constexpr uint32_t kExactBudget_ms = 60'000;
 
+// The search for distances. It says nothing, because the table does; the first interrupt stops it.
+Operation distance_search;
+
 // Returns 0, or -1 after a message.
 int ScoreFile(const Operation& operation, const LongOptions& options, FlightScore& score,
               std::vector<TrackPoint>& points) {
+  const Operation* search = &distance_search;
   std::string text;
   if (LoadIgcFile(operation, score.file, text, points) < 0) return -1;
   score.fixes = points.size();
   const bool exact = IsGiven(options, SideOption::kExact);
   const int result =
-      exact ? OptimiseTrackExact(points, score.settings, kExactBudget_ms, score.result, nullptr)
-            : OptimiseTrack(points, score.settings, score.result, nullptr);
-  const char* reason = exact ? ": too many fixes" : ": not enough memory";
-  if (result != 0) ShowMessage(operation, score.file + reason, "Distances");
+      exact ? OptimiseTrackExact(points, score.settings, kExactBudget_ms, score.result, search)
+            : OptimiseTrack(points, score.settings, score.result, search);
+  if (result == 0) return 0;
+  const char* reason = search->aborted ? ": stopped"
+                       : exact         ? ": too many fixes"
+                                       : ": not enough memory";
+  ShowMessage(operation, score.file + reason, "Distances");
   return result;
 }
 
@@ -116,10 +124,11 @@ int PrintScores(const Platform& platform, const Operation& operation, const Long
     ShowMessage(operation, message, "Parsing command line");
     return kExitBadCommandLine;
   }
+  CountInterrupts(&distance_search.aborted);
   const bool json = IsGiven(options, SideOption::kJson);
   std::vector<FlightScore> scores;
   std::vector<TrackPoint> points;
-  for (size_t i = 0; i < options.files.size(); ++i) {
+  for (size_t i = 0; i < options.files.size() && !distance_search.aborted; ++i) {
     if (options.files.size() > 1) {
       ShowProgress(operation, options.files[i], static_cast<int>(i * 100 / options.files.size()));
     }
@@ -132,7 +141,8 @@ int PrintScores(const Platform& platform, const Operation& operation, const Long
   }
   if (options.files.size() > 1) ShowProgress(operation, "Done", 100);
   if (json) std::fputs(ScoresJson(scores).c_str(), stdout);
-  return scores.size() == options.files.size() ? kExitDone : kExitFailed;
+  const bool all = scores.size() == options.files.size() && !distance_search.aborted;
+  return all ? kExitDone : kExitFailed;
 }
 
 int PrintConversion(const Operation& operation, const LongOptions& options) {

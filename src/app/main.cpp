@@ -49,7 +49,7 @@ int RunSwitches(const Operation& operation, const ProgramArguments& arguments, C
     return kExitDone;
   }
   // Opening a file has nothing to abort but itself.
-  if (block.command != Command::kOpenFile) CountInterrupts();
+  if (block.command != Command::kOpenFile) CountInterrupts(nullptr);
   const Settings settings = LoadRunSettings(NativePlatform(), operation);
   const BatchRun run = {.platform = &NativePlatform(),
                         .settings = &settings,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 namespace skyhaul {
 
 // True when standard error is a terminal that a line can be rewritten on.
@@ -14,8 +16,9 @@ void SurviveBrokenPipes();
 void WriteUtf8();
 
 // From now on the first interrupt of the person (Ctrl-C, or a request to end) is only counted, and
-// the second ends the program at once with status 130.
-void CountInterrupts();
+// the second ends the program at once with status 130. The first sets the flag too, unless it is
+// null; the flag must live as long as the program.
+void CountInterrupts(std::atomic<bool>* first);
 
 // How many interrupts there were; 0 when they are not counted.
 int Interrupts();

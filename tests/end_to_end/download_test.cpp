@@ -4,6 +4,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "formats/igc/write_igc.h"
@@ -195,6 +196,35 @@ TEST_F(DownloadTest, FlightsAreScored) {
 
   EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--score", file}), 0);
   EXPECT_NE(program.Out().find("Distances on the track reduced"), std::string::npos);
+}
+
+// Laps on one circle: nobody can prove soon which of them is best.
+std::string LapsText() {
+  constexpr double kTurn_rad = 0.01;
+  std::vector<TrackPoint> points(20'000);
+  for (size_t i = 0; i < points.size(); ++i) {
+    const double angle_rad = kTurn_rad * static_cast<double>(i);
+    points[i].time = 1'200'000'000 + static_cast<uint32_t>(i);
+    points[i].lat = 500'000'000 + static_cast<int32_t>(1e6 * std::cos(angle_rad));
+    points[i].lon = 100'000'000 + static_cast<int32_t>(1e6 * std::sin(angle_rad));
+  }
+  std::string text;
+  WriteIgc(points, {}, {}, text);
+  return text;
+}
+
+TEST_F(DownloadTest, AnInterruptedScoreShowsTheBestSoFar) {
+  const std::string laps = folder.File("laps.igc");
+  WriteText(laps, LapsText());
+  Start(program, {SKYHAUL_PROGRAM, "--score", laps, laps, "--exact"});
+  ASSERT_TRUE(WaitForText(program, "err", "laps.igc 0%"));
+  kill(program.pid, SIGINT);
+  EXPECT_EQ(WaitForEnd(program), 1);
+  const std::string out = program.Out();
+  const size_t stopped = out.find("stopped: the best so far");
+  ASSERT_NE(stopped, std::string::npos) << out;
+  EXPECT_NE(out.find("not proved, at most"), std::string::npos) << out;
+  EXPECT_EQ(out.find("Distances", stopped), std::string::npos) << "the next file is left";
 }
 
 TEST_F(DownloadTest, TheInstrumentRemovesItsLink) {

@@ -13,6 +13,7 @@ constexpr UINT kInterruptedStatus = 130;  // as on other systems
 constexpr DWORD kTimeToStop_ms = 4500;    // the system allows 5 s after its event
 
 std::atomic<int> interrupts = 0;
+std::atomic<std::atomic<bool>*> first_interrupt = nullptr;
 std::atomic<UINT> console_code_page = 0;  // what the console had before; 0: it was not changed
 
 void GiveCodePageBack() {
@@ -25,6 +26,8 @@ BOOL WINAPI OnInterrupt(DWORD event) {
     GiveCodePageBack();
     TerminateProcess(GetCurrentProcess(), kInterruptedStatus);
   }
+  std::atomic<bool>* const first = first_interrupt;
+  if (first != nullptr) *first = true;
   // When the console closes or the person logs off, returning ends the program.
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(kTimeToStop_ms);
   return TRUE;
@@ -47,7 +50,8 @@ void WriteUtf8() {
   static_cast<void>(std::atexit(GiveCodePageBack));
 }
 
-void CountInterrupts() {
+void CountInterrupts(std::atomic<bool>* first) {
+  first_interrupt = first;
   SetConsoleCtrlHandler(OnInterrupt, TRUE);
 }
 
