@@ -35,7 +35,7 @@ struct Bench {
   int failing_opens = 0;                             // the first so many opens find no port
   SetupStep setup_failure = SetupStep::kNone;
   bool no_threads = false;
-  bool client_missing = false;
+  int missed_texts = 0;  // the client does not take the first so many
   Fault fault;
   void (*abort)(void* context) = nullptr;  // called for FaultKind::kAbort
   void* abort_context = nullptr;

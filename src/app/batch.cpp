@@ -47,17 +47,27 @@ constexpr BatchCommand kBatchCommands[] = {
 
 }  // namespace
 
-void Tell(const Batch& batch, const std::string& text) {
+void Tell(const Batch& batch, const std::string& text, uint32_t patience_ms) {
+  constexpr uint32_t kRetry_ms = 50;
   if (batch.block->notify_client.empty()) return;
   const NotifierFunctions& notifier = batch.run->platform->notifier;
-  if (notifier.send(notifier.context, batch.block->notify_client, text) == 0) return;
-  ShowStatus(batch.operation, "Client " + batch.block->notify_client + " cannot be told");
+  const ClockFunctions& clock = batch.run->platform->clock;
+  const uint64_t start_ms = clock.tick_ms(clock.context);
+  while (notifier.send(notifier.context, batch.block->notify_client, text) != 0) {
+    if (clock.tick_ms(clock.context) - start_ms >= patience_ms) {
+      ShowStatus(batch.operation, "Client " + batch.block->notify_client + " cannot be told");
+      return;
+    }
+    clock.wait(clock.context, kRetry_ms);
+  }
 }
 
 int Finish(const Batch& batch, bool done) {
   std::string notice = done ? "Done=1" : "Done=0";
   for (const std::string& path : batch.written) notice += "\n" + path;
-  Tell(batch, notice);
+  // A client that was slow once is not waited for with every position, but for the end it is.
+  constexpr uint32_t kPatience_ms = 1000;
+  Tell(batch, notice, kPatience_ms);
   return done ? kExitDone : kExitFailed;
 }
 

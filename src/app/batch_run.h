@@ -20,8 +20,9 @@ struct Batch {
   std::vector<std::string> written;  // paths of the files written
 };
 
-// Tells the client, if there is one. A client that cannot be told is only reported.
-void Tell(const Batch& batch, const std::string& text);
+// Tells the client, if there is one, trying again until the patience is used up. A client that
+// cannot be told is only reported.
+void Tell(const Batch& batch, const std::string& text, uint32_t patience_ms = 0);
 
 // Tells the client that the run has ended and what it has written. Returns the exit status.
 int Finish(const Batch& batch, bool done);

@@ -203,10 +203,17 @@ TEST_F(BatchTest, TheHelpKnowsWhichCommandsAreRefused) {
 }
 
 TEST_F(BatchTest, AClientThatIsGoneDoesNotStopTheDownload) {
-  bench.client_missing = true;
+  bench.missed_texts = 1'000'000;
   EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /NOTIFY=me"), kExitDone);
   EXPECT_NE(err.find("Client me cannot be told"), std::string::npos);
   EXPECT_EQ(folder.Names().size(), 1U);
+}
+
+TEST_F(BatchTest, ASlowClientHearsOfTheEnd) {
+  bench.missed_texts = 5;
+  EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=none /NOTIFY=me"), kExitFailed);
+  EXPECT_EQ(Notices(), Texts{"me: Done=0"});
+  EXPECT_EQ(err.find("cannot be told"), std::string::npos) << err;
 }
 
 TEST_F(BatchTest, AnInterruptAbortsTheDownload) {

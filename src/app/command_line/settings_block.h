@@ -78,7 +78,7 @@ inline constexpr size_t kMaxIdentifier = 20;
 inline constexpr size_t kMaxUserName = 260;
 inline constexpr size_t kMaxNotifyClient = 260;
 
-inline constexpr uint32_t kMaxPort = 50;
+inline constexpr uint32_t kMaxPort = 9999;
 inline constexpr uint32_t kMaxTrackNumber = 255;
 inline constexpr size_t kMaxTracks = 20;
 inline constexpr uint32_t kMaxTimeoutSeconds = 86400;

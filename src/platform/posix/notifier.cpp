@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "platform/failed_clients.h"
+#include "platform/posix/failed_clients.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/descriptor.h"
 

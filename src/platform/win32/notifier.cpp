@@ -1,6 +1,5 @@
 #include "platform/win32/notifier.h"
 
-#include "platform/failed_clients.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_api.h"
 
@@ -9,12 +8,6 @@ namespace skyhaul {
 namespace {
 
 constexpr UINT kPatience_ms = 1000;
-constexpr UINT kPatienceAfterFailure_ms = 50;  // enough for one that is well again
-
-FailedClients& Failed() {
-  static FailedClients failed;
-  return failed;
-}
 
 HWND FindClient(const std::string& client) {
   const std::wstring class_name = WideText(client);
@@ -25,25 +18,24 @@ HWND FindClient(const std::string& client) {
   return FindWindowExW(HWND_MESSAGE, nullptr, class_name.c_str(), nullptr);
 }
 
-// The client's window procedure runs to its end within the call, so texts arrive in their order.
-int Deliver(HWND window, const std::string& text, UINT patience_ms) {
+// The client's window procedure runs to its end within the call, so texts arrive in their order. A
+// window that has not looked at its messages for 5 s is hung to the system, which then does not
+// wait for it any more: a client that hangs costs these seconds once.
+int Deliver(HWND window, const std::string& text) {
   COPYDATASTRUCT data{};
   data.cbData = static_cast<DWORD>(text.size() + 1);
   data.lpData = const_cast<char*>(text.c_str());  // the system copies it and leaves it alone
   DWORD_PTR ignored = 0;
   const LRESULT answered =
       SendMessageTimeoutW(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data),
-                          SMTO_ABORTIFHUNG | SMTO_BLOCK, patience_ms, &ignored);
+                          SMTO_ABORTIFHUNG | SMTO_BLOCK, kPatience_ms, &ignored);
   return answered != 0 ? 0 : -1;
 }
 
 int Send(void*, const std::string& client, const std::string& text) {
   HWND const window = FindClient(client);
   if (window == nullptr) return -1;  // asking costs nothing, so the next text may find it
-  const bool has_failed = HasFailed(Failed(), client);
-  const int result = Deliver(window, text, has_failed ? kPatienceAfterFailure_ms : kPatience_ms);
-  RememberClient(Failed(), client, result != 0);
-  return result;
+  return Deliver(window, text);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "platform/failed_clients.h"
+#include "platform/posix/failed_clients.h"
 
 namespace skyhaul {
 
