@@ -119,7 +119,9 @@ enum class RegistryKey { kUser, kUserReadOnly, kTemplate };
 
 struct RegistryOpening {
   RegistryHandle handle = kNoRegistryHandle;
-  bool created = false;  // the key was not there before; of several programs one is told so
+  // Nothing was kept there before. Several programs may be told so at once: what each of them only
+  // fills in is written with kKeep.
+  bool created = false;
   bool missing = false;  // there is no such key, which is no error
   std::string reason;    // the system's own words; empty when opened or missing
 };

@@ -86,36 +86,45 @@ RegistryOpening Refused(const std::string& path, const std::string& reason) {
   return {.handle = kNoRegistryHandle, .reason = path + ": " + reason};
 }
 
-// Reads a file that may not be there.
-RegistryOpening OpenPath(const std::string& path) {
+// What has no settings yet: no file, or one without a byte. Such a one stands there while a program
+// is about to write its first settings, and stays when it could not.
+bool IsNew(const FileResult& read, const std::string& text) {
+  return read.problem == FileProblem::kMissing ||
+         (read.problem == FileProblem::kNone && text.empty());
+}
+
+RegistryOpening OpenText(const std::string& path, const std::string& text) {
   auto file = std::make_unique<SettingsFile>();
   file->path = path;
-  std::string text;
-  const FileResult read = ReadWholeFile(path, text);
-  if (read.problem == FileProblem::kMissing) return {.missing = true, .reason = {}};
-  if (read.problem != FileProblem::kNone) return Refused(path, read.reason);
   file->text = ParseSettingsText(text);
   for (const std::string& note : file->text.notes) {
     file->notes.push_back(path);
     file->notes.back().append(": ").append(note);
   }
-  return {.handle = file.release(), .reason = {}};
+  return {.handle = file.release(), .created = text.empty(), .reason = {}};
+}
+
+RegistryOpening OpenToRead(const std::string& path) {
+  std::string text;
+  const FileResult read = ReadWholeFile(path, text);
+  if (IsNew(read, text)) return {.missing = true, .reason = {}};
+  if (read.problem != FileProblem::kNone) return Refused(path, read.reason);
+  return OpenText(path, text);
 }
 
 RegistryOpening OpenOrMake(const std::string& path) {
   if (path.empty()) return {.reason = "There is no home folder to keep settings in"};
-  const int made = MakeFileAndFolders(path);
-  if (made < 0) return Refused(path, SystemReason(errno));
-  RegistryOpening opening = OpenPath(path);
-  if (opening.missing) return Refused(path, SystemReason(ENOENT));
-  opening.created = made > 0;
-  return opening;
+  if (MakeFileAndFolders(path) < 0) return Refused(path, SystemReason(errno));
+  std::string text;
+  const FileResult read = ReadWholeFile(path, text);
+  if (read.problem != FileProblem::kNone) return Refused(path, read.reason);
+  return OpenText(path, text);
 }
 
 RegistryOpening Open(void*, RegistryKey which) {
   if (which == RegistryKey::kUser) return OpenOrMake(UserPath());
   const std::string path = which == RegistryKey::kTemplate ? TemplatePath() : UserPath();
-  return path.empty() ? RegistryOpening{.missing = true, .reason = {}} : OpenPath(path);
+  return path.empty() ? RegistryOpening{.missing = true, .reason = {}} : OpenToRead(path);
 }
 
 std::string NoteOn(const SettingsFile& file, size_t place, const std::string& text) {

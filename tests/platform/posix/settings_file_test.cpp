@@ -85,9 +85,12 @@ TEST_F(SettingsFileTest, AFirstWriteMakesAPrivateFile) {
   EXPECT_FALSE(fs::exists(folder.path + "/config"));
   const RegistryOpening opening = Registry().open(nullptr, RegistryKey::kUser);
   EXPECT_TRUE(opening.created);
+  // Nothing is in the file yet, so a program beside it or after a failed write is the first as
+  // well.
   const RegistryOpening second = Registry().open(nullptr, RegistryKey::kUser);
-  EXPECT_FALSE(second.created);
+  EXPECT_TRUE(second.created);
   Registry().close(nullptr, second.handle);
+  EXPECT_TRUE(Registry().open(nullptr, RegistryKey::kUserReadOnly).missing);
   EXPECT_EQ(Permissions(), 0600U);
   Set(opening.handle, "IgcSite", " Fiesch\t");
   std::string reason;
@@ -95,6 +98,9 @@ TEST_F(SettingsFileTest, AFirstWriteMakesAPrivateFile) {
   EXPECT_TRUE(Read().starts_with("# Settings of Skyhaul"));
   EXPECT_TRUE(Read().ends_with("\nIgcSite=\" Fiesch\\t\"\n")) << Read();
   EXPECT_EQ(Permissions(), 0600U);
+  const RegistryOpening third = Registry().open(nullptr, RegistryKey::kUser);
+  EXPECT_FALSE(third.created);
+  Registry().close(nullptr, third.handle);
 }
 
 TEST_F(SettingsFileTest, WhatAPersonWroteIsKept) {
