@@ -150,13 +150,14 @@ void ForgetReplaced(const SecretFunctions& secrets, const SettingValues& from,
 int ChangeAndSave(const Platform& platform, const Operation& operation,
                   const std::vector<Assignment>& assignments, SettingsStore& store) {
   const SettingValues before = store.live;
-  const int assigned = Assign(platform.secret, operation, assignments, store.live);
+  if (Assign(platform.secret, operation, assignments, store.live) != 0) {
+    ForgetReplaced(platform.secret, store.live, before);
+    CloseSettings(store);
+    return -1;
+  }
   const SettingValues after = store.live;
-  if (assigned != 0) store.live = before;
   std::string reason;
-  const bool saved = SaveSettings(store, reason) == 0;
-  if (assigned != 0) return -1;
-  if (saved) {
+  if (SaveSettings(store, reason) == 0) {
     ForgetReplaced(platform.secret, before, after);
     return 0;
   }

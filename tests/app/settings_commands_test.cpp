@@ -66,6 +66,25 @@ TEST_F(SettingsCommandsTest, OnlyThePasswordInUseIsKept) {
   EXPECT_EQ(registry.user["SkylogPassword"].bytes, std::string(40, '\0'));
 }
 
+TEST_F(SettingsCommandsTest, ANewUserWhosePasswordIsNotStoredStaysNew) {
+  const struct {
+    SecretResult answer;
+    const char* why;
+  } cases[] = {
+      {SecretResult::kFailed, "The service is locked"},
+      {SecretResult::kNoService, "this system has no place that keeps passwords secret"},
+  };
+  for (const auto& c : cases) {
+    registry = {};
+    secrets.answer = c.answer;
+    EXPECT_EQ(Change({"IgcSite=Fiesch", "SkylogPassword=x"}), kExitFailed);
+    EXPECT_EQ(recorder.messages.back(),
+              std::string("Settings: SkylogPassword is not stored: ") + c.why);
+    EXPECT_TRUE(registry.written.empty()) << c.why;
+    EXPECT_EQ(registry.open_keys, 0);
+  }
+}
+
 TEST_F(SettingsCommandsTest, WhatIsWrongChangesNothing) {
   EXPECT_EQ(Change({"IgcSite=Fiesch", "Port=x"}), kExitBadCommandLine);
   EXPECT_FALSE(registry.has_user);

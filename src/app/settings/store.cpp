@@ -107,9 +107,14 @@ int SaveSettings(SettingsStore& store, std::string& reason) {
     result = -1;
     reason = flush_reason;
   }
+  CloseSettings(store);
+  return result;
+}
+
+void CloseSettings(SettingsStore& store) {
+  if (store.key == kNoRegistryHandle) return;
   store.registry->close(store.registry->context, store.key);
   store.key = kNoRegistryHandle;
-  return result;
 }
 
 }  // namespace skyhaul

@@ -33,4 +33,7 @@ int LoadSettings(const RegistryFunctions& registry, const Operation& operation,
 // could not be written; the others are written all the same where each is written by itself.
 int SaveSettings(SettingsStore& store, std::string& reason);
 
+// Closes the key without writing anything. Does nothing when no key is open.
+void CloseSettings(SettingsStore& store);
+
 }  // namespace skyhaul
