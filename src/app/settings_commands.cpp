@@ -1,5 +1,6 @@
 #include "app/settings_commands.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -146,9 +147,18 @@ void ForgetReplaced(const SecretFunctions& secrets, const SettingValues& from,
   }
 }
 
-// Changes the settings of an open store and saves them. On failure no setting has changed.
+size_t CountChanged(const SettingValues& before, const SettingValues& after) {
+  const auto table = SettingTable();
+  return static_cast<size_t>(std::count_if(
+      table.begin(), table.end(),
+      [&](const SettingDescriptor& setting) { return Differs(setting, before, after); }));
+}
+
+// Changes the settings of an open store and saves them. Returns 0 with the number of settings that
+// have another value now, or -1; then none has changed.
 int ChangeAndSave(const Platform& platform, const Operation& operation,
-                  const std::vector<Assignment>& assignments, SettingsStore& store) {
+                  const std::vector<Assignment>& assignments, SettingsStore& store,
+                  size_t& changed) {
   const SettingValues before = store.live;
   if (Assign(platform.secret, operation, assignments, store.live) != 0) {
     ForgetReplaced(platform.secret, store.live, before);
@@ -159,6 +169,7 @@ int ChangeAndSave(const Platform& platform, const Operation& operation,
   std::string reason;
   if (SaveSettings(store, reason) == 0) {
     ForgetReplaced(platform.secret, before, after);
+    changed = CountChanged(before, after);
     return 0;
   }
   ForgetReplaced(platform.secret, after, before);
@@ -186,11 +197,12 @@ int ChangeSettings(const Platform& platform, const Operation& operation,
   std::vector<Assignment> parsed;
   if (ParseAll(operation, assignments, parsed) != 0) return kExitBadCommandLine;
   SettingsStore store;
+  size_t changed = 0;
   if (LoadSettings(platform.registry, operation, SettingsAccess::kReadAndWrite, store) != 0 ||
-      ChangeAndSave(platform, operation, parsed, store) != 0) {
+      ChangeAndSave(platform, operation, parsed, store, changed) != 0) {
     return kExitFailed;
   }
-  std::printf("%zu setting%s changed\n", parsed.size(), parsed.size() == 1 ? "" : "s");
+  std::printf("%zu setting%s changed\n", changed, changed == 1 ? "" : "s");
   return kExitDone;
 }
 
