@@ -12,6 +12,7 @@
 #include "app/settings/password.h"
 #include "app/settings/store.h"
 #include "app/settings/table.h"
+#include "formats/igc/printable.h"
 
 namespace skyhaul {
 
@@ -25,11 +26,7 @@ std::string ValueText(const SettingDescriptor& setting, const SettingValues& val
   if (setting.marker != nullptr) {
     return PasswordIsSet(values.*setting.marker) ? "(set)" : "(not set)";
   }
-  std::string text = values.*setting.text;
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = '?';
-  }
-  return text;
+  return PrintableText(values.*setting.text);
 }
 
 bool Differs(const SettingDescriptor& setting, const SettingValues& a, const SettingValues& b) {
@@ -59,7 +56,7 @@ void PrintAsJson(const std::string& place, const SettingValues& values,
 void PrintAsText(const std::string& place, const SettingValues& values,
                  const SettingValues& defaults) {
   constexpr int kNameWidth = 24;
-  std::printf("Settings in %s\n", place.c_str());
+  std::printf("Settings in %s\n", PrintableText(place).c_str());
   size_t changed = 0;
   for (const SettingDescriptor& setting : SettingTable()) {
     const bool differs = Differs(setting, values, defaults);

@@ -66,6 +66,19 @@ TEST_F(SettingsCommandsTest, OnlyThePasswordInUseIsKept) {
   EXPECT_EQ(registry.user["SkylogPassword"].bytes, std::string(40, '\0'));
 }
 
+TEST_F(SettingsCommandsTest, NothingThatSteersATerminalIsShown) {
+  registry.has_user = true;
+  // Two controls, one of them of two bytes; bytes that are not UTF-8 and one that steers among
+  // them.
+  registry.user["IgcSite"].bytes = "J\xc3\xb6rg\x1b\xc2\x9b.";
+  registry.user["IgcClass"].bytes = "J\xf6rg\x9b.";
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(PrintSettings(platform, operation, false), kExitDone);
+  const std::string shown = testing::internal::GetCapturedStdout();
+  EXPECT_NE(shown.find("* IgcSite                  J\xc3\xb6rg??.  (default"), std::string::npos);
+  EXPECT_NE(shown.find("* IgcClass                 J\xc3\xb6rg?.  (default"), std::string::npos);
+}
+
 TEST_F(SettingsCommandsTest, ANewUserWhosePasswordIsNotStoredStaysNew) {
   const struct {
     SecretResult answer;
