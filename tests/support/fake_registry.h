@@ -28,6 +28,7 @@ struct FakeRegistry {
   std::vector<std::string> written;  // names, in the order in which they were written
   std::vector<std::string> notes;
   int open_keys = 0;
+  std::string documents = "/home/anna/Documents";
 };
 
 inline FakeRegistry& FakeOf(void* context) {
@@ -80,7 +81,7 @@ inline RegistryFunctions MakeRegistry(FakeRegistry& fake) {
           .take_notes = [](void* context, RegistryHandle) { return FakeOf(context).notes; },
           .close = [](void* context, RegistryHandle) { --FakeOf(context).open_keys; },
           .place = [](void*) { return std::string("the fake registry"); },
-          .documents_folder = [](void*) { return std::string("/home/anna/Documents"); }};
+          .documents_folder = [](void* context) { return FakeOf(context).documents; }};
 }
 
 // Secrets in memory, by "name id".

@@ -160,7 +160,7 @@ SettingValues DefaultSettings(const RegistryFunctions& registry) {
   for (const SettingDescriptor& setting : kSettings) {
     if (setting.text != nullptr) {
       const std::string_view text = setting.is_folder ? documents : setting.default_text;
-      SetSettingBytes(setting, text, values);
+      SetSettingBytes(setting, text.size() < setting.size ? text : std::string_view(), values);
     }
     if (setting.number != nullptr) values.*setting.number = setting.default_number;
     if (setting.marker != nullptr) (values.*setting.marker).fill(0);

@@ -32,7 +32,8 @@ std::span<const SettingDescriptor, kSettingCount> SettingTable();
 // The setting of that name in upper or lower case, or null.
 const SettingDescriptor* FindSettingByName(std::string_view name);
 
-// Every setting at its default.
+// Every setting at its default. That of a folder is the documents folder, or empty where its path
+// is too long to be kept with a terminating zero: a cut one would be another folder.
 SettingValues DefaultSettings(const RegistryFunctions& registry);
 
 // One setting's value as bytes, as the registry keeps it.

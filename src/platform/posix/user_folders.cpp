@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 
@@ -42,8 +43,10 @@ std::string PathOfLine(std::string_view line) {
 }
 
 std::string ConfiguredDocuments() {
+  const std::string config = ConfigFolder();
+  if (config.empty()) return {};
   std::string text;
-  ReadWholeFile(ConfigFolder() + "/user-dirs.dirs", text);
+  ReadWholeFile(config + "/user-dirs.dirs", text);
   std::string path;
   for (size_t start = 0; start < text.size();) {
     const size_t end = std::min(text.find('\n', start), text.size());

@@ -73,6 +73,22 @@ TEST(SettingTable, EachSettingHasItsOwnPlace) {
   EXPECT_EQ(SettingTable().back().name, "GpsButtonName");
 }
 
+TEST(SettingTable, AFolderThatIsTooLongIsNotCut) {
+  FakeRegistry fake;
+  const RegistryFunctions registry = MakeRegistry(fake);
+  const struct {
+    size_t length;
+    bool fits_ftp;
+    bool fits_others;
+  } cases[] = {{259, true, true}, {260, false, true}, {268, false, true}, {269, false, false}};
+  for (const auto& c : cases) {
+    fake.documents.assign(c.length, 'd');
+    const SettingValues defaults = DefaultSettings(registry);
+    EXPECT_EQ(defaults.ftp_local_folder, c.fits_ftp ? fake.documents : "") << c.length;
+    EXPECT_EQ(defaults.igc_dir, c.fits_others ? fake.documents : "") << c.length;
+  }
+}
+
 TEST_F(SettingsStoreTest, AFirstRunHasTheDefaultsAndWritesThemAtItsEnd) {
   ASSERT_EQ(Load(), 0);
   EXPECT_TRUE(fake.written.empty());
