@@ -1,8 +1,10 @@
 #include "app/run_settings.h"
 
 #include <charconv>
+#include <string>
 #include <string_view>
 
+#include "app/score.h"
 #include "app/settings/store.h"
 #include "app/settings/table.h"
 
@@ -34,10 +36,17 @@ PortChoice ChoosePort(const SettingValues& values, const SettingValues& defaults
           .configured = number == 0 ? values.port_name : serial.name_of(serial.context, number)};
 }
 
+int32_t ChooseGap_m(int32_t value, int32_t standard, const Operation& operation) {
+  if (value >= 0 && value <= kMostGap_m) return value;
+  ShowStatus(operation, "LoopFlightGap must be 0 to " + std::to_string(kMostGap_m) +
+                            "; its default is used, " + std::to_string(standard));
+  return standard;
+}
+
 }  // namespace
 
 Settings MakeRunSettings(const SettingValues& values, const SettingValues& defaults,
-                         const SerialFunctions& serial) {
+                         const SerialFunctions& serial, const Operation& operation) {
   const auto given = [&](std::string SettingValues::*field) {
     return values.*field == defaults.*field ? std::string() : values.*field;
   };
@@ -51,14 +60,16 @@ Settings MakeRunSettings(const SettingValues& values, const SettingValues& defau
                          .competition_id = given(&SettingValues::igc_contest_id)};
   settings.igc_enl = values.igc_add_enl != 0;
   settings.fai_rule = values.use_fai_max_distance_rules != 0;
-  settings.loop_gap_m = values.loop_flight_gap_m;
+  settings.loop_gap_m =
+      ChooseGap_m(values.loop_flight_gap_m, defaults.loop_flight_gap_m, operation);
   return settings;
 }
 
 Settings LoadRunSettings(const Platform& platform, const Operation& operation) {
   SettingsStore store;
   LoadSettings(platform.registry, operation, SettingsAccess::kReadOnly, store);
-  return MakeRunSettings(store.live, DefaultSettings(platform.registry), platform.serial);
+  return MakeRunSettings(store.live, DefaultSettings(platform.registry), platform.serial,
+                         operation);
 }
 
 }  // namespace skyhaul

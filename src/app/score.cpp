@@ -133,7 +133,6 @@ std::string ScoresJson(std::span<const FlightScore> scores) {
 }
 
 int ReadGap(const std::string& text, OptimiseSettings& settings, std::string& message) {
-  constexpr int32_t kMostGap_m = 1'000'000;
   int32_t gap_m = 0;
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, gap_m);

@@ -26,7 +26,9 @@ std::string ScoreText(const FlightScore& score, std::span<const TrackPoint> poin
 // A JSON array with an object per flight; docs/scoring.md has the keys.
 std::string ScoresJson(std::span<const FlightScore> scores);
 
-// Reads a gap of 0 to 1,000,000 whole metres. Returns 0, or -1 with a message.
+inline constexpr int32_t kMostGap_m = 1'000'000;
+
+// Reads a gap of 0 to kMostGap_m whole metres. Returns 0, or -1 with a message.
 int ReadGap(const std::string& text, OptimiseSettings& settings, std::string& message);
 
 // Reads "on" or "off". Returns 0, or -1 with a message.

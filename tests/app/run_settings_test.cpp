@@ -5,6 +5,7 @@
 #include "app/settings/table.h"
 #include "instruments/bench.h"
 #include "tests/support/fake_registry.h"
+#include "tests/support/recording_shell.h"
 
 namespace skyhaul {
 namespace {
@@ -35,7 +36,7 @@ TEST(RunSettings, ThePortIsTheChosenOne) {
     SettingValues values = defaults;
     values.port_name = c.port_name;
     values.auto_set_port = c.auto_set_port;
-    const PortChoice port = MakeRunSettings(values, defaults, platform.serial).port;
+    const PortChoice port = MakeRunSettings(values, defaults, platform.serial, {}).port;
     EXPECT_EQ(port.automatic, c.automatic) << c.port_name;
     EXPECT_EQ(port.configured, c.configured) << c.port_name;
   }
@@ -45,7 +46,7 @@ TEST(RunSettings, NothingStoredIsNothingSaid) {
   FakeRegistry fake;
   SettingValues values = DefaultSettings(MakeRegistry(fake));
   const SettingValues defaults = values;
-  Settings settings = MakeRunSettings(values, defaults, {});
+  Settings settings = MakeRunSettings(values, defaults, {}, {});
   EXPECT_EQ(settings.igc_header.pilot + settings.igc_header.glider_type +
                 settings.igc_header.glider_id + settings.igc_header.competition_class +
                 settings.igc_header.site + settings.igc_header.competition_id,
@@ -56,10 +57,31 @@ TEST(RunSettings, NothingStoredIsNothingSaid) {
   values.igc_contest_id = "42";
   values.use_fai_max_distance_rules = 0;
   values.loop_flight_gap_m = 0;
-  settings = MakeRunSettings(values, defaults, {});
+  settings = MakeRunSettings(values, defaults, {}, {});
   EXPECT_EQ(settings.igc_header.competition_id, "42");
   EXPECT_FALSE(settings.fai_rule);
   EXPECT_EQ(settings.loop_gap_m, 0);
+}
+
+TEST(RunSettings, AGapThatCannotBeIsNotUsed) {
+  FakeRegistry fake;
+  SettingValues values = DefaultSettings(MakeRegistry(fake));
+  const SettingValues defaults = values;
+  const struct {
+    int32_t stored_m;
+    int32_t used_m;
+  } cases[] = {{-1, 800}, {0, 0}, {1000000, 1000000}, {1000001, 800}};
+  for (const auto& c : cases) {
+    RecordingShell recorder;
+    const Shell shell = MakeShell(recorder);
+    Operation operation;
+    operation.shell = &shell;
+    values.loop_flight_gap_m = c.stored_m;
+    EXPECT_EQ(MakeRunSettings(values, defaults, {}, operation).loop_gap_m, c.used_m);
+    const std::vector<std::string> told = {
+        "LoopFlightGap must be 0 to 1000000; its default is used, 800"};
+    EXPECT_EQ(recorder.statuses, c.used_m == c.stored_m ? std::vector<std::string>{} : told);
+  }
 }
 
 }  // namespace
