@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/command_line/characters.h"
 #include "app/score.h"
 #include "app/settings/store.h"
 #include "app/settings/table.h"
@@ -14,21 +15,24 @@ namespace {
 
 constexpr std::string_view kDevicePrefix = "\\\\.\\";
 constexpr std::string_view kComPrefix = "COM";
+constexpr uint32_t kMostPortNumber = 9999;  // more than any system gives
 
-// The number of a port that is named by its number, else 0.
-uint32_t NumberOfPort(std::string_view name) {
+// The number of a port that is named by its number, 1 to kMostPortNumber, else 0.
+uint32_t NumberOfPort(const std::string& text) {
+  const std::string upper = UpperCase(text);
+  std::string_view name = upper;
   if (name.starts_with(kDevicePrefix)) name.remove_prefix(kDevicePrefix.size());
   if (!name.starts_with(kComPrefix)) return 0;
   name.remove_prefix(kComPrefix.size());
   uint32_t number = 0;
   const auto parsed = std::from_chars(name.data(), name.data() + name.size(), number);
   const bool whole = parsed.ec == std::errc() && parsed.ptr == name.data() + name.size();
-  return whole && number <= kMaxPorts ? number : 0;
+  return whole && number <= kMostPortNumber ? number : 0;
 }
 
 PortChoice ChoosePort(const SettingValues& values, const SettingValues& defaults,
                       const SerialFunctions& serial) {
-  if (values.port_name.empty() || values.port_name == defaults.port_name) {
+  if (values.port_name.empty() || UpperCase(values.port_name) == UpperCase(defaults.port_name)) {
     return {.automatic = true, .configured = {}};
   }
   const uint32_t number = NumberOfPort(values.port_name);

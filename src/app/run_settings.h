@@ -9,9 +9,9 @@ namespace skyhaul {
 
 // What a run works with, from the stored settings. A header text that is at its default is one that
 // nobody has given: it stays empty. A port name at its default is one that nobody has chosen: the
-// instrument is looked for on all ports. "COM7" and "\\.\COM17" are the ports of these numbers,
-// whatever the system calls them. A gap that is not 0 to kMostGap_m metres becomes its default, and
-// a status says so.
+// instrument is looked for on all ports. "COM7" and "\\.\COM17", in upper or lower case, are the
+// ports of these numbers, 1 to 9999, whatever the system calls them. A gap that is not 0 to
+// kMostGap_m metres becomes its default, and a status says so.
 Settings MakeRunSettings(const SettingValues& values, const SettingValues& defaults,
                          const SerialFunctions& serial, const Operation& operation);
 

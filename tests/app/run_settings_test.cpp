@@ -12,7 +12,10 @@ namespace {
 
 TEST(RunSettings, ThePortIsTheChosenOne) {
   Bench bench;
-  bench.ports = {{.number = 1, .name = "port1"}, {.number = 2, .name = "port2"}};
+  bench.ports = {{.number = 1, .name = "port1"},
+                 {.number = 2, .name = "port2"},
+                 {.number = 51, .name = "port51"},
+                 {.number = 9999, .name = "port9999"}};
   const Platform platform = BenchPlatform(bench);
   FakeRegistry fake;
   const SettingValues defaults = DefaultSettings(MakeRegistry(fake));
@@ -22,7 +25,6 @@ TEST(RunSettings, ThePortIsTheChosenOne) {
     bool automatic;
     const char* configured;
   } cases[] = {
-      {"COM1", 0, true, ""},
       {"COM1", 1, true, ""},
       {"", 0, true, ""},
       {"COM2", 0, false, "port2"},
@@ -30,7 +32,14 @@ TEST(RunSettings, ThePortIsTheChosenOne) {
       {"\\\\.\\COM2", 0, false, "port2"},
       {"/dev/ttyUSB0", 0, false, "/dev/ttyUSB0"},
       {"COMET", 0, false, "COMET"},
-      {"COM51", 0, false, "COM51"},
+      {"COM1", 0, true, ""},
+      {"com1", 0, true, ""},
+      {"\\\\.\\COM1", 0, false, "port1"},
+      {"com2", 0, false, "port2"},
+      {"Com51", 0, false, "port51"},
+      {"COM9999", 0, false, "port9999"},
+      {"com10000", 0, false, "com10000"},
+      {"COM0", 0, false, "COM0"},
   };
   for (const auto& c : cases) {
     SettingValues values = defaults;
