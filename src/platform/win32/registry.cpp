@@ -1,11 +1,10 @@
 #include "platform/win32/registry.h"
 
-#include <windows.h>
-
 #include <vector>
 
 #include "platform/win32/system_reason.h"
 #include "platform/win32/wide_text.h"
+#include "platform/win32/windows_api.h"
 
 namespace skyhaul {
 

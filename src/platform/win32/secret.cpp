@@ -1,15 +1,14 @@
 #include "platform/win32/secret.h"
 
-#include <windows.h>
-
-// The functions below need the types of the header above.
-#include <dpapi.h>
-
 #include <vector>
 
 #include "platform/win32/registry.h"
 #include "platform/win32/system_reason.h"
 #include "platform/win32/wide_text.h"
+#include "platform/win32/windows_api.h"
+
+// After windows.h, which it needs.
+#include <dpapi.h>
 
 namespace skyhaul {
 
