@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/win32/secret.h"
+#include "platform/win32/wide_text.h"
 
 namespace skyhaul {
 namespace {
@@ -76,6 +77,38 @@ TEST_F(RegistryTest, ValuesComeBackAsTheyWere) {
   }
   EXPECT_EQ(Set(opening.handle, "Text", ValueKind::kText, "no UTF-8 \xff"), -1);
   kRegistry.close(nullptr, opening.handle);
+}
+
+// Other programs see what they expect: see registry.h.
+TEST_F(RegistryTest, ValuesAreKeptInTheSystemsForm) {
+  const RegistryHandle key = Open();
+  const std::string number("\x20\x03\0\0", 4);
+  const std::string binary("a\0b", 3);
+  const struct {
+    const char* name;
+    ValueKind kind;
+    std::string bytes;
+    DWORD type;
+    std::string data;
+  } cases[] = {
+      // The length that is written ends before the zero; the system takes it in.
+      {"Text", ValueKind::kText, "J\xc3\xb6", REG_SZ, std::string("J\0\xf6\0\0\0", 6)},
+      {"Empty", ValueKind::kText, "", REG_SZ, ""},
+      {"Number", ValueKind::kNumber, number, REG_DWORD, number},
+      {"Binary", ValueKind::kBinary, binary, REG_BINARY, binary},
+  };
+  for (const auto& c : cases) {
+    ASSERT_EQ(Set(key, c.name, c.kind, c.bytes), 0) << c.name;
+    DWORD type = REG_NONE;
+    BYTE data[16] = {};
+    DWORD size = sizeof data;
+    ASSERT_EQ(RegQueryValueExW(static_cast<HKEY>(key), WideText(c.name).c_str(), nullptr, &type,
+                               data, &size),
+              ERROR_SUCCESS);
+    EXPECT_EQ(type, c.type) << c.name;
+    EXPECT_EQ(std::string(data, data + size), c.data) << c.name;
+  }
+  kRegistry.close(nullptr, key);
 }
 
 TEST_F(RegistryTest, WhatDoesNotFitIsNotRead) {
