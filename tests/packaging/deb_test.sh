@@ -19,7 +19,7 @@ deb=$(scripts/package deb --into "$scratch/first")
 again=$(scripts/package deb --into "$scratch/second")
 cmp "$deb" "$again" || fail "two packages of the same sources differ"
 
-# Documents for pilots may come and go; of these only one is looked for.
+# Documents for pilots may come and go; none may lead to one that is not there.
 dpkg-deb -c "$deb" | awk '!/\/$/ {print $1, $2, $6}' |
   grep -v '^-rw-r--r-- root/root ./usr/share/doc/skyhaul/[a-z-]*\.md$' >"$scratch/files"
 diff - "$scratch/files" <<'END' || fail "the package holds other files"
@@ -35,12 +35,15 @@ diff - "$scratch/files" <<'END' || fail "the package holds other files"
 -rw-r--r-- root/root ./usr/share/mime/packages/skyhaul.xml
 END
 dpkg-deb -f "$deb" Depends | grep -q 'libc6 (>= ' || fail "no dependency on the C library"
+expect "Recommends" libsecret-1-0 "$(dpkg-deb -f "$deb" Recommends)"
 
 root=$scratch/root
 dpkg-deb -x "$deb" "$root"
 share=$root/usr/share
 [ -f "$share/doc/skyhaul/command-line.md" ] || fail "no documents"
 [ ! -e "$share/doc/skyhaul/architecture.md" ] || fail "documents for developers"
+dead=$("$here/dead-links" "$share/doc/skyhaul") || fail "no links in the documents"
+expect "links that lead nowhere" "" "$dead"
 expect "version" "Skyhaul $(dpkg-deb -f "$deb" Version)" "$("$root/usr/bin/skyhaul" --version)"
 
 for program in skyhaul skyhaul-instrument; do
@@ -85,10 +88,19 @@ expect "type by name" application/vnd.fai.igc "$(type_of "$flight")"
 expect "type by content" application/vnd.fai.igc "$(type_of "$scratch/unnamed")"
 expect "type of a text" text/plain "$(type_of "$scratch/text")"
 
+# What the rule says, and that systemd sees its tag in time. Only newer systems can check its grammar.
+rules=$(echo "$root"/usr/lib/udev/rules.d/*.rules)
+number=$(basename "$rules")
+[ "${number%%-*}" -lt 73 ] || fail "the udev rule comes too late: $rules"
+grep -v '^#' "$rules" >"$scratch/rule"
+for part in 'SUBSYSTEM=="usb"' 'ATTR{idVendor}=="091e"' 'ATTR{idProduct}=="0003"' 'TAG+="uaccess"'; do
+  grep -qF -- "$part" "$scratch/rule" || fail "the udev rule lacks $part"
+done
+expect "udev rules" 1 "$(grep -c . "$scratch/rule")"
 if udevadm verify --help >/dev/null 2>&1; then
-  udevadm verify "$root"/usr/lib/udev/rules.d/*.rules || fail "udev rule"
+  udevadm verify "$rules" || fail "udev rule"
 else
-  echo "This system's udevadm cannot check rules: the udev rule is not checked"
+  echo "This system's udevadm cannot check the grammar of rules: that is not checked"
 fi
 
 [ "$failures" -eq 0 ] || exit 1
