@@ -2,6 +2,7 @@
 ; touches are that user's program folder, start menu and registry.
 ;
 ;   setup.exe /S [/ASSOCIATE] [/D=C:\folder]    without questions; /ASSOCIATE also opens .igc files
+;   uninstall.exe /S [/SETTINGS]                the same; /SETTINGS also removes settings and password
 ;
 ; scripts/package defines VERSION, SOURCE (the folder of what is installed), LISTS (install.nsh and
 ; uninstall.nsh, a line for each file and folder of it), ICON and OUT.
@@ -21,6 +22,7 @@ AllowSkipFiles off
 
 !define CLASSES "Software\Classes"
 !define FILE_CLASS "Skyhaul.igc"
+!define SETTINGS "Software\Skyhaul"
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\Skyhaul"
 
 Name "Skyhaul ${VERSION}"
@@ -43,6 +45,7 @@ VIAddVersionKey LegalCopyright "The Skyhaul developers, MIT licence"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !insertmacro MUI_UNPAGE_CONFIRM
+!insertmacro MUI_UNPAGE_COMPONENTS
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
@@ -129,7 +132,8 @@ Function .onInit
   ${EndIf}
 FunctionEnd
 
-Section "un.Skyhaul"
+Section "un.Skyhaul" SECTION_REMOVE_PROGRAM
+  SectionIn RO
   ; The program first: while it runs it cannot be removed, and then nothing else must be.
   ClearErrors
   Delete "$INSTDIR\skyhaul.exe"
@@ -161,3 +165,22 @@ Section "un.Skyhaul"
   DeleteRegKey HKCU "${UNINSTALL}"
   !insertmacro AnnounceFileTypes
 SectionEnd
+
+; Off unless somebody asks for it: the next version, which removes this one, must find them.
+Section /o "un.Settings and password" SECTION_REMOVE_SETTINGS
+  DeleteRegKey HKCU "${SETTINGS}"
+SectionEnd
+
+!insertmacro MUI_UNFUNCTION_DESCRIPTION_BEGIN
+  !insertmacro MUI_DESCRIPTION_TEXT ${SECTION_REMOVE_PROGRAM} "The program, its documents and its entries. Your flights stay."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SECTION_REMOVE_SETTINGS} "What you have set, and the password. Another copy of Skyhaul would miss them."
+!insertmacro MUI_UNFUNCTION_DESCRIPTION_END
+
+Function un.onInit
+  ${GetParameters} $1
+  ClearErrors
+  ${GetOptions} $1 "/SETTINGS" $2
+  ${IfNot} ${Errors}
+    !insertmacro SelectSection ${SECTION_REMOVE_SETTINGS}
+  ${EndIf}
+FunctionEnd

@@ -45,9 +45,9 @@ unchanged() {
   snapshot now
   diff "$scratch/$2" "$scratch/now" >&2 || fail "$1 left something behind"
 }
-# An uninstaller goes on in a copy of itself; the server ends with the last program.
+# uninstall [OPTION]. An uninstaller goes on in a copy of itself; the server ends with the last program.
 uninstall() {
-  wine "$home/uninstall.exe" /S
+  wine "$home/uninstall.exe" /S "$@"
   wineserver -w
 }
 
@@ -69,6 +69,7 @@ mkdir "$scratch/zip"
 unzip -q "$(scripts/package zip --program "$program" --into "$scratch")" -d "$scratch/zip"
 diff -r "$scratch/zip/Skyhaul" "$home" >"$scratch/differences" || true
 expect "more than the zip holds" "Only in $home: uninstall.exe" "$(cat "$scratch/differences")"
+expect "links that lead nowhere" "" "$(tests/packaging/dead-links "$home" || echo "no links")"
 grep -q $'\r$' "$home/README.txt" || fail "README.txt has no Windows line ends"
 expect "version" "Skyhaul $version" "$(wine "$home/skyhaul.exe" --version | tr -d '\r')"
 expect "DisplayVersion" "$version" "$(value "$entry" DisplayVersion)"
@@ -77,6 +78,37 @@ expect "DisplayVersion" "$version" "$(value "$entry" DisplayVersion)"
 expect ".igc unasked" "" "$(value "$classes\\.igc")"
 uninstall
 unchanged "a removal" empty
+
+# While the program runs, here because it waits for a password, neither removing nor updating begins.
+wine "$installer" /S
+mkfifo "$scratch/password"
+wine "$home/skyhaul.exe" --set SkylogPassword <"$scratch/password" >"$scratch/asked" 2>&1 &
+waiting=$!
+exec 3>"$scratch/password"
+timeout 60 sh -c "until grep -qF /skyhaul.exe /proc/$waiting/maps; do sleep 0.1; done" ||
+  fail "it does not run: $(cat "$scratch/asked")"
+status=0
+run "\"$(winepath -w "$installer")\" /S" || status=$?
+expect "updating while it runs" 2 "$status"
+status=0
+run "\"$(winepath -w "$home")\\uninstall.exe\" /S _?=$(winepath -w "$home")" || status=$?
+expect "removing while it runs" 2 "$status"
+diff -r "$scratch/zip/Skyhaul" "$home" >"$scratch/differences" || true
+expect "files while it runs" "Only in $home: uninstall.exe" "$(cat "$scratch/differences")"
+expect "entry while it runs" "$version" "$(value "$entry" DisplayVersion)"
+exec 3>&-
+wait $waiting || true
+grep -q 'press Enter' "$scratch/asked" || fail "no password was asked for: $(cat "$scratch/asked")"
+
+# Settings outlive a removal and a new version, unless they are to go as well.
+settings='HKCU\Software\Skyhaul'
+wine "$home/skyhaul.exe" --set IgcGliderType=Omega >/dev/null || fail "no settings"
+uninstall
+expect "setting after a removal" Omega "$(value "$settings" IgcGliderType)"
+wine "$installer" /S
+uninstall /SETTINGS
+! wine reg query "$settings" >/dev/null 2>&1 || fail "the settings are still there"
+unchanged "a removal with settings" empty
 
 # .igc files are taken over when asked, kept by the next version, and given back.
 wine reg add "$classes\\.igc" /ve /d Other.Viewer /f >/dev/null
