@@ -85,7 +85,7 @@ mkfifo "$scratch/password"
 wine "$home/skyhaul.exe" --set SkylogPassword <"$scratch/password" >"$scratch/asked" 2>&1 &
 waiting=$!
 exec 3>"$scratch/password"
-timeout 60 sh -c "until grep -qF /skyhaul.exe /proc/$waiting/maps; do sleep 0.1; done" ||
+timeout 60 sh -c "until grep -qsF /skyhaul.exe /proc/$waiting/maps; do sleep 0.1; done" ||
   fail "it does not run: $(cat "$scratch/asked")"
 status=0
 run "\"$(winepath -w "$installer")\" /S" || status=$?
