@@ -112,7 +112,7 @@ constexpr Keyword kKeywords[] = {
      .bad = "Bad GPS type"},
     {.name = "COM",
      .value_name = "PORT",
-     .help = "the port: a number from 1 to 50 or the path of a device",
+     .help = "the port: a number from 1 to 9999 or the path of a device",
      .take = TakePort,
      .bad = "Bad COM port"},
     Flag("USB", &Block::usb, "the instrument is on USB (GARMIN only)"),

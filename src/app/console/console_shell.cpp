@@ -33,9 +33,11 @@ std::string Shown(std::string_view text) {
   }
 }
 
-// Standard error has no buffer: what is not one write can tear a line, or on Windows a letter.
+// In one write, which cannot tear a line, or on Windows a letter. Windows buffers what goes to a
+// pipe.
 void WriteError(const std::string& text) {
   std::fputs(text.c_str(), stderr);
+  std::fflush(stderr);
 }
 
 void PrintLine(Console& console, const std::string& line) {
