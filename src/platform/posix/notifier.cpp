@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "platform/posix/failed_clients.h"
 #include "platform/posix/clock.h"
 #include "platform/posix/descriptor.h"
+#include "platform/posix/failed_clients.h"
 
 namespace skyhaul {
 
