@@ -4,18 +4,18 @@
 #include <string>
 #include <vector>
 
-#include "app/batch.h"
 #include "app/command_line/from_arguments.h"
 #include "app/command_line/help_text.h"
 #include "app/command_line/long_options.h"
 #include "app/command_line/parse.h"
+#include "app/console/batch.h"
 #include "app/console/console_shell.h"
-#include "app/long_commands.h"
-#include "app/run_settings.h"
+#include "app/console/long_commands.h"
 #include "platform/arguments.h"
 #include "platform/file.h"
 #include "platform/platform.h"
 #include "platform/terminal.h"
+#include "settings/run_defaults.h"
 
 namespace {
 
@@ -50,7 +50,7 @@ int RunSwitches(const Operation& operation, const ProgramArguments& arguments, C
   }
   // Opening a file has nothing to abort but itself.
   if (block.command != Command::kOpenFile) CountInterrupts(nullptr);
-  const Settings settings = LoadRunSettings(NativePlatform(), operation);
+  const RunDefaults settings = LoadRunDefaults(NativePlatform(), operation);
   const BatchRun run = {.platform = &NativePlatform(),
                         .settings = &settings,
                         .console = &console,

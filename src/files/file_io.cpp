@@ -1,0 +1,84 @@
+#include "files/file_io.h"
+
+#include "platform/file.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr const char* kReadTitle = "Reading file";
+constexpr const char* kWriteTitle = "Writing file";
+constexpr size_t kMostNotes = 20;
+
+int Fail(const Operation& operation, const std::string& text, const char* title) {
+  ShowMessage(operation, text, title);
+  return -1;
+}
+
+// A file full of lines that mean nothing here should not bury what else is said.
+void TellNotes(const Operation& operation, const FileContents& contents) {
+  for (size_t i = 0; i < contents.notes.size() && i < kMostNotes; ++i) {
+    ShowStatus(operation, contents.notes[i]);
+  }
+  if (contents.notes.size() <= kMostNotes) return;
+  ShowStatus(operation, "... and " + std::to_string(contents.notes.size() - kMostNotes) +
+                            " more lines of that file");
+}
+
+size_t Count(const FileContents& contents) {
+  switch (contents.kind) {
+    case FileKind::kWaypoints:
+      return contents.waypoints.size();
+    case FileKind::kAirspace:
+      return contents.airspaces.size();
+    case FileKind::kTrack:
+      break;
+  }
+  return contents.points.size();
+}
+
+}  // namespace
+
+int LoadFile(const Operation& operation, const std::string& path, FileContents& contents) {
+  contents = {};
+  std::string text;
+  const FileResult read = ReadWholeFile(path, text);
+  if (read.problem != FileProblem::kNone) {
+    return Fail(operation, "Error opening file\n" + path + ": " + read.reason, kReadTitle);
+  }
+  if (text.empty()) return Fail(operation, "File is empty\n" + path, kReadTitle);
+  std::string message;
+  const FileFormat* format = FormatToRead(path, text, message);
+  if (format == nullptr) return Fail(operation, message, kReadTitle);
+  contents.kind = format->kind;
+  const int count = format->read(text, contents, message);
+  if (count < 0) return Fail(operation, message + "\n" + path, kReadTitle);
+  TellNotes(operation, contents);
+  return count;
+}
+
+int SaveFile(const Operation& operation, const std::string& path, std::string_view keyword,
+             const FileContents& contents, bool overwrite) {
+  std::string message;
+  const FileFormat* format = FormatToWrite(path, keyword, contents.kind, message);
+  if (format == nullptr) return Fail(operation, message, kWriteTitle);
+  const FileResult written = WriteWholeFile(path, format->write(contents),
+                                            overwrite ? IfExists::kReplace : IfExists::kRefuse);
+  switch (written.problem) {
+    case FileProblem::kNone:
+      return static_cast<int>(Count(contents));
+    case FileProblem::kExists:
+      return Fail(operation, path + " exists already", kWriteTitle);
+    default:
+      return Fail(operation, "File write error\n" + path + ": " + written.reason, kWriteTitle);
+  }
+}
+
+int ConvertFile(const Operation& operation, const std::string& from, const std::string& to,
+                std::string_view keyword, bool overwrite) {
+  FileContents contents;
+  if (LoadFile(operation, from, contents) < 0) return -1;
+  return SaveFile(operation, to, keyword, contents, overwrite);
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/operation.h"
+#include "files/formats.h"
+
+namespace skyhaul {
+
+// Reads a file of any known format. Lines that were skipped are told as statuses. Returns the
+// number of records, or -1 after a message titled "Reading file".
+int LoadFile(const Operation& operation, const std::string& path, FileContents& contents);
+
+// Writes a file in the format of the keyword, or of the path's extension when it is empty, whole or
+// not at all. Returns the number of records, or -1 after a message titled "Writing file".
+int SaveFile(const Operation& operation, const std::string& path, std::string_view keyword,
+             const FileContents& contents, bool overwrite);
+
+// Reads one file and writes the other. Returns the number of records, or -1 after a message.
+int ConvertFile(const Operation& operation, const std::string& from, const std::string& to,
+                std::string_view keyword, bool overwrite);
+
+}  // namespace skyhaul

@@ -1,0 +1,298 @@
+#include "files/formats.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "analysis/flight_times.h"
+#include "core/time_scale.h"
+#include "formats/compegps/read_compegps.h"
+#include "formats/compegps/write_compegps.h"
+#include "formats/cup/read_cup.h"
+#include "formats/cup/write_cup.h"
+#include "formats/formatgeo/read_formatgeo.h"
+#include "formats/formatgeo/write_formatgeo.h"
+#include "formats/gpx/read_gpx.h"
+#include "formats/gpx/write_gpx.h"
+#include "formats/igc/read_igc.h"
+#include "formats/igc/write_igc.h"
+#include "formats/kml/kml_track.h"
+#include "formats/openair/read_openair.h"
+#include "formats/openair/write_openair.h"
+#include "formats/ozi/ozi_track.h"
+#include "formats/ozi/read_ozi.h"
+#include "formats/ozi/write_ozi.h"
+#include "platform/path.h"
+
+namespace skyhaul {
+
+namespace {
+
+template <int (*kRead)(std::string_view, WaypointFile&, std::string&)>
+int ReadWaypoints(std::string_view text, FileContents& contents, std::string& message) {
+  WaypointFile file;
+  const int count = kRead(text, file, message);
+  contents.waypoints = std::move(file.waypoints);
+  contents.notes = std::move(file.notes);
+  return count;
+}
+
+template <std::string (*kWrite)(std::span<const FileWaypoint>)>
+std::string WriteWaypoints(const FileContents& contents) {
+  return kWrite(contents.waypoints);
+}
+
+int ReadAirspaces(std::string_view text, FileContents& contents, std::string& message) {
+  AirspaceFile file;
+  const int count = ReadOpenAir(text, file, message);
+  contents.airspaces = std::move(file.airspaces);
+  contents.notes = std::move(file.notes);
+  return count;
+}
+
+std::string WriteAirspaces(const FileContents& contents) {
+  return WriteOpenAir(contents.airspaces);
+}
+
+bool LooksLikeIgc(std::string_view text) {
+  return text.starts_with('A') && text.find("\nB") != text.npos && text.find("HFDTE") != text.npos;
+}
+
+int ReadIgcTrack(std::string_view text, FileContents& contents, std::string& message) {
+  const int count = ParseIgc(text, contents.points, message);
+  contents.header = ReadIgcHeader(text);
+  return count;
+}
+
+// A converted track is not what a recorder signed, so it gets no security record, and the recorder
+// it came from is named in the A record's text.
+std::string WriteIgcTrack(const FileContents& contents) {
+  const IgcHeader& from = contents.header;
+  const IgcHeaderTexts header = {.pilot = from.pilot,
+                                 .glider_type = from.glider_type,
+                                 .glider_id = from.glider_id,
+                                 .competition_class = from.competition_class,
+                                 .site = from.site,
+                                 .competition_id = from.competition_id};
+  IgcWriteOptions options;
+  options.serial = "000";
+  if (!from.manufacturer.empty()) {
+    options.free_text = "converted from " + from.manufacturer + from.serial;
+  }
+  std::string text;
+  (void)WriteIgc(contents.points, header, options, text);  // fails for a track without points only
+  return text;
+}
+
+std::string TrackName(const FileContents& contents) {
+  const std::string& pilot = contents.header.pilot;
+  if (contents.points.empty()) return pilot;
+  const CalendarTime date = CalendarFromTime(contents.points.front().time);
+  char text[40];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d", date.year, date.month, date.day);
+  return pilot.empty() ? text : std::string(text) + " " + pilot;
+}
+
+std::string WriteKml(const FileContents& contents) {
+  KmlTrackInfo info;
+  info.name = TrackName(contents);
+  if (!contents.points.empty()) {
+    const FlightTimes times = FindFlightTimes(contents.points);
+    info.take_off = times.take_off;
+    info.landing = times.landing;
+  }
+  return WriteKmlTrack(contents.points, info);
+}
+
+std::string WriteOzi(const FileContents& contents) {
+  return WriteOziTrack(contents.points, TrackName(contents));
+}
+
+constexpr FileFormat kFormats[] = {
+    {.keyword = "cup",
+     .name = "SeeYou CUP file",
+     .extension = ".cup",
+     .kind = FileKind::kWaypoints,
+     .looks_like = LooksLikeCup,
+     .read = ReadWaypoints<ReadCup>,
+     .write = WriteWaypoints<WriteCup>},
+    {.keyword = "ozi",
+     .name = "OziExplorer waypoint file",
+     .extension = ".wpt",
+     .kind = FileKind::kWaypoints,
+     .looks_like = LooksLikeOziWaypoints,
+     .read = ReadWaypoints<ReadOziWaypoints>,
+     .write = WriteWaypoints<WriteOziWaypoints>},
+    {.keyword = "compegps",
+     .name = "CompeGPS waypoint file",
+     .extension = ".wpt",
+     .kind = FileKind::kWaypoints,
+     .looks_like = LooksLikeCompeGps,
+     .read = ReadWaypoints<ReadCompeGps>,
+     .write = WriteWaypoints<WriteCompeGps>},
+    {.keyword = "geo",
+     .name = "$FormatGEO waypoint list",
+     .extension = ".wpt",
+     .kind = FileKind::kWaypoints,
+     .looks_like = LooksLikeFormatGeo,
+     .read = ReadWaypoints<ReadFormatGeo>,
+     .write = WriteWaypoints<WriteFormatGeo>},
+    {.keyword = "utm",
+     .name = "$FormatUTM waypoint list",
+     .extension = ".wpt",
+     .kind = FileKind::kWaypoints,
+     .looks_like = LooksLikeFormatUtm,
+     .read = ReadWaypoints<ReadFormatUtm>,
+     .write = WriteWaypoints<WriteFormatUtm>},
+    {.keyword = "gpx",
+     .name = "GPX file",
+     .extension = ".gpx",
+     .kind = FileKind::kWaypoints,
+     .looks_like = LooksLikeGpx,
+     .read = ReadWaypoints<ReadGpx>,
+     .write = WriteWaypoints<WriteGpx>},
+    {.keyword = "openair",
+     .name = "OpenAir airspace file",
+     .extension = ".txt",
+     .kind = FileKind::kAirspace,
+     .looks_like = LooksLikeOpenAir,
+     .read = ReadAirspaces,
+     .write = WriteAirspaces},
+    {.keyword = "igc",
+     .name = "IGC file",
+     .extension = ".igc",
+     .kind = FileKind::kTrack,
+     .looks_like = LooksLikeIgc,
+     .read = ReadIgcTrack,
+     .write = WriteIgcTrack},
+    {.keyword = "kml",
+     .name = "KML track",
+     .extension = ".kml",
+     .kind = FileKind::kTrack,
+     .write = WriteKml},
+    {.keyword = "plt",
+     .name = "OziExplorer track",
+     .extension = ".plt",
+     .kind = FileKind::kTrack,
+     .write = WriteOzi},
+};
+
+// As the table spells it.
+std::string TableExtension(const std::string& path) {
+  std::string extension = Extension(path);
+  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  // Airspace files go by either extension.
+  return extension == ".air" ? ".txt" : extension;
+}
+
+// Texts have no extension of their own: what is in them says what they are.
+bool SaysNothing(std::string_view extension) {
+  return extension.empty() || extension == ".txt";
+}
+
+const FileFormat* FormatByContent(std::string_view text, std::string_view extension) {
+  for (const FileFormat& format : kFormats) {
+    if (!extension.empty() && format.extension != extension) continue;
+    if (format.looks_like != nullptr && format.looks_like(text)) return &format;
+  }
+  return nullptr;
+}
+
+bool IsKnown(std::string_view extension) {
+  return std::any_of(std::begin(kFormats), std::end(kFormats),
+                     [&](const FileFormat& format) { return format.extension == extension; });
+}
+
+// The formats that can be read, or written for one kind, a line each.
+std::string ListFormats(bool (*wanted)(const FileFormat& format, FileKind kind), FileKind kind) {
+  std::string list;
+  for (const FileFormat& format : kFormats) {
+    if (!wanted(format, kind)) continue;
+    list += "\n  " + std::string(format.keyword) + " (" + std::string(format.extension) +
+            "): " + std::string(format.name);
+  }
+  return list;
+}
+
+bool CanRead(const FileFormat& format, FileKind /*kind*/) {
+  return format.read != nullptr;
+}
+
+bool CanWrite(const FileFormat& format, FileKind kind) {
+  return format.kind == kind && format.write != nullptr;
+}
+
+std::string Readable() {
+  return "\nWhat can be read:" + ListFormats(CanRead, FileKind::kTrack);
+}
+
+// Why a file whose extension is known cannot be read. A reader knows best what is wrong with a file
+// that has its extension to itself.
+std::string Refusal(const std::string& path, std::string_view extension, std::string_view text,
+                    const FileFormat* by_content) {
+  std::string message = path + " does not hold what its name says";
+  if (by_content != nullptr) return message + ": it looks like: " + std::string(by_content->name);
+  const auto* format =
+      std::find_if(std::begin(kFormats), std::end(kFormats),
+                   [&](const FileFormat& candidate) { return candidate.extension == extension; });
+  if (format->read == nullptr) {
+    return path + ": " + std::string(format->name) + "s can only be written" + Readable();
+  }
+  FileContents ignored;
+  std::string reason;
+  if (format->read(text, ignored, reason) < 0) return reason + "\n" + path;
+  return message + Readable();
+}
+
+}  // namespace
+
+std::string Extension(const std::string& path) {
+  const size_t name = NameStart(path);
+  const size_t dot = path.rfind('.');
+  return dot == path.npos || dot <= name ? "" : path.substr(dot);
+}
+
+bool MeansNothing(const std::string& path) {
+  return !IsKnown(TableExtension(path));
+}
+
+const FileFormat* FormatToRead(const std::string& path, std::string_view text,
+                               std::string& message) {
+  const std::string extension = TableExtension(path);
+  const FileFormat* by_content = FormatByContent(text, "");
+  if (SaysNothing(extension) || !IsKnown(extension)) {
+    if (by_content == nullptr) message = path + " is no file that can be read" + Readable();
+    return by_content;
+  }
+  const FileFormat* format = FormatByContent(text, extension);
+  if (format == nullptr) message = Refusal(path, extension, text, by_content);
+  return format;
+}
+
+const FileFormat* FormatToWrite(const std::string& path, std::string_view keyword, FileKind kind,
+                                std::string& message) {
+  const std::string extension = TableExtension(path);
+  for (const FileFormat& format : kFormats) {
+    if (!CanWrite(format, kind)) continue;
+    if (keyword.empty() ? format.extension == extension : format.keyword == keyword) {
+      return &format;
+    }
+  }
+  message = std::string(KindText(kind)) + " cannot be written as \"" +
+            (keyword.empty() ? path : std::string(keyword)) + "\", but as" +
+            ListFormats(CanWrite, kind);
+  return nullptr;
+}
+
+const char* KindText(FileKind kind) {
+  switch (kind) {
+    case FileKind::kWaypoints:
+      return "Waypoints";
+    case FileKind::kAirspace:
+      return "Airspace";
+    case FileKind::kTrack:
+      break;
+  }
+  return "Tracks";
+}
+
+}  // namespace skyhaul

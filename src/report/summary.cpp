@@ -1,0 +1,118 @@
+#include "report/summary.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "analysis/flight_times.h"
+#include "core/time_scale.h"
+#include "core/units.h"
+
+namespace skyhaul {
+
+namespace {
+
+std::string Date(uint32_t time) {
+  const CalendarTime date = CalendarFromTime(time);
+  char text[40];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02d", date.year, date.month, date.day);
+  return text;
+}
+
+std::string TimeOfDay(uint32_t seconds) {
+  char text[40];
+  std::snprintf(text, sizeof text, "%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60,
+                seconds % 60);
+  return text;
+}
+
+uint32_t Duration_s(const FlightSummary& summary) {
+  return std::max(summary.landing_time, summary.take_off_time) - summary.take_off_time;
+}
+
+std::string Instrument(const IgcHeader& header) {
+  if (!header.recorder.empty()) return header.recorder;
+  const std::string code = header.manufacturer + " " + header.serial;
+  return header.remark.empty() ? code : code + " (" + header.remark + ")";
+}
+
+std::string Line(const char* label, const std::string& value) {
+  char text[24];
+  std::snprintf(text, sizeof text, "%-16s", label);
+  return text + (value.empty() ? "-" : value) + "\n";
+}
+
+std::string Iso8601(uint32_t time) {
+  return Date(time) + "T" + TimeOfDay(time % 86400) + "Z";
+}
+
+const char* SecurityWord(SecurityCheck check) {
+  switch (check) {
+    case SecurityCheck::kPassed:
+      return "passed";
+    case SecurityCheck::kFailed:
+      return "failed";
+    case SecurityCheck::kNoRecord:
+      break;
+  }
+  return "none";
+}
+
+}  // namespace
+
+FlightSummary SummariseFlight(const std::string& file, std::string_view text,
+                              std::span<const TrackPoint> points) {
+  const FlightTimes times = FindFlightTimes(points);
+  const auto by_gps = [](const auto& a, const auto& b) { return a.gps_alt_dm < b.gps_alt_dm; };
+  const auto by_pressure = [](const auto& a, const auto& b) {
+    return a.pressure_alt < b.pressure_alt;
+  };
+  return {.file = file,
+          .header = ReadIgcHeader(text),
+          .fixes = static_cast<uint32_t>(points.size()),
+          .take_off_time = points[times.take_off].time,
+          .landing_time = points[times.landing].time,
+          .flown = times.flown,
+          .highest_gps_m = DecimetresToMetres(
+              std::max_element(points.begin(), points.end(), by_gps)->gps_alt_dm),
+          .highest_pressure_m =
+              std::max_element(points.begin(), points.end(), by_pressure)->pressure_alt,
+          .security = CheckSecurityRecord(text)};
+}
+
+std::string SummaryText(const FlightSummary& summary) {
+  const std::string highest = std::to_string(summary.highest_gps_m) + " m GPS, " +
+                              std::to_string(summary.highest_pressure_m) + " m pressure";
+  const char* first = summary.flown ? "Take-off" : "First fix";
+  const char* last = summary.flown ? "Landing" : "Last fix";
+  return Line("File", summary.file) + Line("Instrument", Instrument(summary.header)) +
+         Line("Pilot", summary.header.pilot) + Line("Date", Date(summary.take_off_time)) +
+         Line(first, TimeOfDay(summary.take_off_time % 86400) + " UTC") +
+         Line(last, TimeOfDay(summary.landing_time % 86400) + " UTC") +
+         Line("Duration", TimeOfDay(Duration_s(summary))) +
+         Line("Fixes", std::to_string(summary.fixes)) + Line("Highest point", highest) +
+         Line("Security", SecurityCheckText(summary.security));
+}
+
+std::string SummariesJson(std::span<const FlightSummary> summaries) {
+  nlohmann::ordered_json flights = nlohmann::ordered_json::array();
+  for (const FlightSummary& summary : summaries) {
+    flights.push_back({{"file", summary.file},
+                       {"instrument", Instrument(summary.header)},
+                       {"pilot", summary.header.pilot},
+                       {"glider_type", summary.header.glider_type},
+                       {"glider_id", summary.header.glider_id},
+                       {"site", summary.header.site},
+                       {"flown", summary.flown},
+                       {"take_off", Iso8601(summary.take_off_time)},
+                       {"landing", Iso8601(summary.landing_time)},
+                       {"duration_s", Duration_s(summary)},
+                       {"fixes", summary.fixes},
+                       {"highest_gps_m", summary.highest_gps_m},
+                       {"highest_pressure_m", summary.highest_pressure_m},
+                       {"security", SecurityWord(summary.security)}});
+  }
+  return flights.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace skyhaul

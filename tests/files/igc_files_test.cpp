@@ -1,0 +1,177 @@
+#include "files/igc_files.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <thread>
+
+#include "core/time_scale.h"
+#include "core/units.h"
+#include "formats/igc/security_record.h"
+#include "tests/support/recording_shell.h"
+#include "tests/support/scratch_folder.h"
+
+namespace skyhaul {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const char* const kMinimal = "AXXX001\r\nHFDTE140526\r\nB1200004743564N01121571EA0062000640\r\n";
+
+TrackLog SomeLog() {
+  TrackLog log;
+  const uint32_t start = TimeFromCalendar({.year = 2026, .month = 5, .day = 14, .hour = 11});
+  for (uint32_t i = 0; i < 3; ++i) {
+    log.points.push_back({.segment_start = i == 0 ? 1U : 0U,
+                          .time = start + i,
+                          .lat = MilliminutesToSemicircles(2863564),
+                          .lon = MilliminutesToSemicircles(681571),
+                          .gps_alt_dm = 6400});
+  }
+  return log;
+}
+
+class IgcFilesTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    shell = MakeShell(recorder);
+    operation.shell = &shell;
+    save.path = folder.File("");
+    save.options = {.sign = true, .may_be_signed = true, .serial = "000"};
+  }
+
+  ScratchFolder folder;
+  RecordingShell recorder;
+  Shell shell;
+  Operation operation;
+  IgcSave save;
+  std::string written;
+};
+
+TEST_F(IgcFilesTest, ReadingFailuresAreToldAndKeepTheOldTrack) {
+  const std::string minimal = kMinimal;
+  WriteText(folder.File("good.igc"), minimal);
+  WriteText(folder.File("empty.igc"), "");
+  WriteText(folder.File("broken.igc"), minimal + "B120001474356xN01121571EA0062000640\r\n");
+  std::filesystem::create_directory(folder.path / "folder.igc");
+  ASSERT_EQ(ReadIgcFile(operation, folder.File("good")), 1);
+  const uint32_t generation = CurrentTrackLog().generation;
+
+  const struct {
+    std::string base;
+    const char* message;
+  } cases[] = {
+      {folder.File("empty"), "File is empty"},
+      {folder.File("broken"), "Format error on line 4"},
+      {folder.File("missing"), "Error opening IGC Log File"},
+      {folder.File("folder"), "Error opening file"},
+      {std::string(260, 'x'), "File name too long"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ReadIgcFile(operation, c.base), -1) << c.message;
+    const std::string expected = std::string("Reading IGC log file: ") + c.message;
+    EXPECT_EQ(recorder.messages.back().substr(0, expected.size()), expected);
+    EXPECT_EQ(CurrentTrackLog().generation, generation);
+  }
+}
+
+TEST_F(IgcFilesTest, AnInstrumentsOwnTextIsSavedUnchanged) {
+  TrackLog log = SomeLog();
+  log.instrument_igc = {.expected = true,
+                        .text = "whatever\nit \xff said\r\n",
+                        .manufacturer = "FLY",
+                        .serial = "A12"};
+  ASSERT_EQ(SaveIgcAuto(operation, log, save, written), 3);
+  EXPECT_EQ(folder.Names(), Texts{"2026-05-14-xxx-A12-01.igc"});
+  EXPECT_EQ(ReadText(written), log.instrument_igc.text);
+  EXPECT_EQ(recorder.statuses, Texts{"3 positions written"});
+}
+
+TEST_F(IgcFilesTest, OtherLogsAreWrittenAndSigned) {
+  ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  EXPECT_EQ(folder.Names(), Texts{"2026-05-14-xsh-000-01.igc"});
+  const std::string text = ReadText(written);
+  EXPECT_EQ(CheckSecurityRecord(text), SecurityCheck::kPassed);
+  std::vector<TrackPoint> points;
+  std::string again;
+  EXPECT_EQ(LoadIgcFile(operation, written, again, points), 3);
+  EXPECT_EQ(points, SomeLog().points);
+}
+
+TEST_F(IgcFilesTest, FreeNumbersEndAt35AndNothingIsOverwritten) {
+  for (int i = 1; i <= 35; ++i) ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  EXPECT_EQ(folder.Names().size(), 35U);
+  EXPECT_EQ(folder.Names().back(), "2026-05-14-xsh-000-35.igc");
+  EXPECT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), -1);
+  EXPECT_EQ(recorder.messages, Texts{"Save IGC log: No free flight number available"});
+  EXPECT_EQ(folder.Names().size(), 35U);
+}
+
+TEST_F(IgcFilesTest, OverwritingKeepsWhatThisRunHasWritten) {
+  const std::string first = folder.File("2026-05-14-xsh-000-01.igc");
+  WriteText(first, "old");
+  save.overwrite = true;
+  ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  EXPECT_EQ(written, first);
+  EXPECT_NE(ReadText(first), "old");
+  save.not_over = {first};
+  ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  EXPECT_EQ(written, folder.File("2026-05-14-xsh-000-02.igc"));
+}
+
+TEST_F(IgcFilesTest, TwoAtOnceNeverShareANumber) {
+  std::vector<std::vector<std::string>> names(2);
+  std::vector<std::thread> threads;
+  for (auto& mine : names) {
+    threads.emplace_back([&, this] {
+      const Operation nobody;
+      for (int i = 0; i < 15; ++i) {
+        std::string path;
+        if (SaveIgcAuto(nobody, SomeLog(), save, path) == 3) mine.push_back(path);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  std::set<std::string> all(names[0].begin(), names[0].end());
+  all.insert(names[1].begin(), names[1].end());
+  EXPECT_EQ(all.size(), 30U);
+}
+
+TEST_F(IgcFilesTest, FixedNamesAndTemplates) {
+  save.path = folder.File("log-$date-$time.igc");
+  ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  EXPECT_EQ(folder.Names(), Texts{"log-20260514-110000.igc"});
+  EXPECT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), -1);
+  EXPECT_EQ(
+      recorder.messages.back().find("Save IGC log: File open error, possibly already existing\n"),
+      0U);
+  save.overwrite = true;
+  EXPECT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+}
+
+TEST_F(IgcFilesTest, SavingFailuresLeaveNothing) {
+  TrackLog none = SomeLog();
+  none.instrument_igc.expected = true;
+  TrackLog hole = SomeLog();
+  hole.selection = {0, 2};
+  const struct {
+    TrackLog log;
+    std::string path;
+    const char* message;
+  } cases[] = {
+      {{}, folder.File(""), "Save IGC log: No positions"},
+      {none, folder.File(""), "Save IGC log: No log stored"},
+      {hole, folder.File(""), "Save IGC log: No gaps in selected points allowed"},
+      {SomeLog(), folder.File("none/"), "Save IGC log: File open error\n"},
+      {SomeLog(), folder.File(std::string(300, 'x')), "Save IGC log: Too long file name\n"},
+  };
+  for (const auto& c : cases) {
+    save.path = c.path;
+    EXPECT_EQ(SaveIgcAuto(operation, c.log, save, written), -1);
+    EXPECT_EQ(recorder.messages.back().find(c.message), 0U) << recorder.messages.back();
+  }
+  EXPECT_TRUE(folder.Names().empty());
+}
+
+}  // namespace
+}  // namespace skyhaul
