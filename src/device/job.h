@@ -6,10 +6,9 @@
 #include <vector>
 
 #include "core/airspace.h"
+#include "core/flight.h"
 #include "core/operation.h"
 #include "core/shell.h"
-#include "core/track_log.h"
-#include "core/track_point.h"
 #include "core/waypoint_record.h"
 #include "transport/serial_link.h"
 
@@ -57,17 +56,10 @@ enum ProtocolType : uint32_t {
 };
 inline constexpr uint32_t kProtocolTypes = 21;
 
-// One flight that was downloaded.
-struct DownloadedTrack {
-  uint32_t index = 0;  // TrackListEntry::index; unused for an instrument's only track
-  std::vector<TrackPoint> points;
-  InstrumentIgc igc;  // text is empty when the instrument does not speak IGC
-};
-
 // What a job reads, or on entry what it is to write.
 struct JobData {
   std::vector<TrackListEntry> track_list;
-  std::vector<DownloadedTrack> tracks;
+  std::vector<Flight> flights;
   std::vector<WaypointRecord> waypoints;
   std::vector<CtrRecord> airspaces;
   uint32_t sent = 0;  // records of an upload that have gone to the instrument
@@ -78,6 +70,10 @@ struct PositionReports {
   std::string client;       // empty: nobody
   uint32_t interval_s = 0;  // flight time between two reports; 0: none
 };
+
+// The result of a job that needs the instrument's track list when its model or software has none.
+// Nothing has been said about it: a caller may know another way.
+inline constexpr int kNoTrackList = -10;
 
 // The parameter of a track log job that does not ask for flights from the list.
 inline constexpr int32_t kCurrentTrack = -1;

@@ -36,8 +36,8 @@ const char* ReadFailure(FileProblem problem) {
 
 // The text to save, or what is wrong.
 const char* IgcText(const TrackLog& log, const IgcSave& save, std::string& text) {
-  if (log.instrument_igc.expected) {
-    text = log.instrument_igc.text;
+  if (log.flight.instrument_igc.expected) {
+    text = log.flight.instrument_igc.text;
     return text.empty() ? "No log stored" : nullptr;
   }
   std::vector<TrackPoint> points;
@@ -71,11 +71,11 @@ int SaveUnderFixedName(const Operation& operation, const IgcSave& save, const st
 int SaveUnderFreeNumber(const Operation& operation, const TrackLog& log, const IgcSave& save,
                         std::string& path, const std::string& text) {
   const std::string folder = path;
-  const bool own = log.instrument_igc.expected;
+  const bool own = log.flight.instrument_igc.expected;
   const std::string manufacturer = own ? "xxx" : "xsh";
-  const std::string serial = own ? log.instrument_igc.serial : "000";
+  const std::string serial = own ? log.flight.instrument_igc.serial : "000";
   for (int number = 1; number <= kMaxFlightNumber; ++number) {
-    path = folder + IgcLongName(log.points.front().time, manufacturer, serial, number);
+    path = folder + IgcLongName(log.flight.points.front().time, manufacturer, serial, number);
     if (path.size() > kMaxPath) return Fail(operation, "Too long file name", kSaveTitle, path);
     const FileResult result = WriteUnder(save, path, text);
     switch (result.problem) {
@@ -112,15 +112,15 @@ int ReadIgcFile(const Operation& operation, const std::string& base_path) {
   std::string text;
   std::vector<TrackPoint> points;
   const int count = LoadIgcFile(operation, base_path + ".igc", text, points);
-  if (count > 0) InstallTrackLog(std::move(points));
+  if (count > 0) InstallTrackLog({.points = std::move(points)});
   return count;
 }
 
 int SaveIgcAuto(const Operation& operation, const TrackLog& log, const IgcSave& save,
                 std::string& written) {
-  if (log.points.empty()) return Fail(operation, "No positions", kSaveTitle);
+  if (log.flight.points.empty()) return Fail(operation, "No positions", kSaveTitle);
   std::string path;
-  if (ExpandNameTemplate(save.path, log.points.front().time, path) != 0) {
+  if (ExpandNameTemplate(save.path, log.flight.points.front().time, path) != 0) {
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }
   std::string text;
@@ -130,7 +130,7 @@ int SaveIgcAuto(const Operation& operation, const TrackLog& log, const IgcSave& 
                           : SaveUnderFreeNumber(operation, log, save, path, text);
   if (saved != 0) return -1;
   written = path;
-  const int count = static_cast<int>(log.points.size());
+  const int count = static_cast<int>(log.flight.points.size());
   char status[40];
   std::snprintf(status, sizeof status, "%d positions written", count);
   ShowStatus(operation, status);

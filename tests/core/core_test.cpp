@@ -74,13 +74,13 @@ TEST(TimeScale, OtherScales) {
 }
 
 TEST(TrackLog, InstallingResetsTheSelectionAndMarksOldResults) {
-  InstallTrackLog({{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}},
-                  {.expected = true, .text = "AXSH"});
+  InstallTrackLog({.points = {{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}},
+                   .instrument_igc = {.expected = true, .text = "AXSH"}});
   const uint32_t generation = CurrentTrackLog().generation;
   SelectTrackPoints({1, 2});
-  InstallTrackLog({{.time = 9}});
+  InstallTrackLog({.points = {{.time = 9}}});
   EXPECT_TRUE(CurrentTrackLog().selection.empty());
-  EXPECT_FALSE(CurrentTrackLog().instrument_igc.expected);
+  EXPECT_FALSE(CurrentTrackLog().flight.instrument_igc.expected);
   EXPECT_NE(CurrentTrackLog().generation, generation);
 }
 
@@ -90,7 +90,7 @@ TEST(TrackLog, ExportsTheSelectionUnlessItHasAHole) {
       {{1, 1, 2, 99}, 0, {11, 12}}, {{0, 1, 3}, -1, {}},
   };
   for (const auto& [selection, result, expected] : cases) {
-    InstallTrackLog({{.time = 10}, {.time = 11}, {.time = 12}, {.time = 13}});
+    InstallTrackLog({.points = {{.time = 10}, {.time = 11}, {.time = 12}, {.time = 13}}});
     SelectTrackPoints(selection);
     std::vector<TrackPoint> points;
     EXPECT_EQ(SelectedTrackPoints(CurrentTrackLog(), points), result);

@@ -22,11 +22,11 @@ TrackLog SomeLog() {
   TrackLog log;
   const uint32_t start = TimeFromCalendar({.year = 2026, .month = 5, .day = 14, .hour = 11});
   for (uint32_t i = 0; i < 3; ++i) {
-    log.points.push_back({.segment_start = i == 0 ? 1U : 0U,
-                          .time = start + i,
-                          .lat = MilliminutesToSemicircles(2863564),
-                          .lon = MilliminutesToSemicircles(681571),
-                          .gps_alt_dm = 6400});
+    log.flight.points.push_back({.segment_start = i == 0 ? 1U : 0U,
+                                 .time = start + i,
+                                 .lat = MilliminutesToSemicircles(2863564),
+                                 .lon = MilliminutesToSemicircles(681571),
+                                 .gps_alt_dm = 6400});
   }
   return log;
 }
@@ -77,13 +77,13 @@ TEST_F(IgcFilesTest, ReadingFailuresAreToldAndKeepTheOldTrack) {
 
 TEST_F(IgcFilesTest, AnInstrumentsOwnTextIsSavedUnchanged) {
   TrackLog log = SomeLog();
-  log.instrument_igc = {.expected = true,
-                        .text = "whatever\nit \xff said\r\n",
-                        .manufacturer = "FLY",
-                        .serial = "A12"};
+  log.flight.instrument_igc = {.expected = true,
+                               .text = "whatever\nit \xff said\r\n",
+                               .manufacturer = "FLY",
+                               .serial = "A12"};
   ASSERT_EQ(SaveIgcAuto(operation, log, save, written), 3);
   EXPECT_EQ(folder.Names(), Texts{"2026-05-14-xxx-A12-01.igc"});
-  EXPECT_EQ(ReadText(written), log.instrument_igc.text);
+  EXPECT_EQ(ReadText(written), log.flight.instrument_igc.text);
   EXPECT_EQ(recorder.statuses, Texts{"3 positions written"});
 }
 
@@ -95,7 +95,7 @@ TEST_F(IgcFilesTest, OtherLogsAreWrittenAndSigned) {
   std::vector<TrackPoint> points;
   std::string again;
   EXPECT_EQ(LoadIgcFile(operation, written, again, points), 3);
-  EXPECT_EQ(points, SomeLog().points);
+  EXPECT_EQ(points, SomeLog().flight.points);
 }
 
 TEST_F(IgcFilesTest, FreeNumbersEndAt35AndNothingIsOverwritten) {
@@ -151,7 +151,7 @@ TEST_F(IgcFilesTest, FixedNamesAndTemplates) {
 
 TEST_F(IgcFilesTest, SavingFailuresLeaveNothing) {
   TrackLog none = SomeLog();
-  none.instrument_igc.expected = true;
+  none.flight.instrument_igc.expected = true;
   TrackLog hole = SomeLog();
   hole.selection = {0, 2};
   const struct {

@@ -20,7 +20,7 @@ int RunOpenFile(Batch& batch) {
   std::vector<TrackPoint> points;
   if (LoadIgcFile(batch.operation, batch.block->file, text, points) < 0) return kExitFailed;
   Print(batch, SummaryText(SummariseFlight(batch.block->file, text, points)));
-  InstallTrackLog(std::move(points));
+  InstallTrackLog({.points = std::move(points)});
   return kExitDone;
 }
 

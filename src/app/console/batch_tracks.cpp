@@ -7,10 +7,10 @@
 #include "app/console/batch_run.h"
 #include "core/time_scale.h"
 #include "core/track_log.h"
+#include "device/job.h"
 #include "files/file_io.h"
 #include "files/igc_files.h"
 #include "platform/path.h"
-#include "protocols/flytec/track_list.h"
 
 namespace skyhaul {
 
@@ -71,7 +71,7 @@ int SaveAsTrackFile(Batch& batch, const JobOutcome& outcome, const TrackLog& log
   const CommandLineBlock& block = *batch.block;
   FileContents contents;
   contents.kind = FileKind::kTrack;
-  contents.points = log.points;
+  contents.points = log.flight.points;
   const IgcHeaderTexts header = Header(batch, outcome);
   contents.header.pilot = header.pilot;
   contents.header.glider_type = header.glider_type;
@@ -88,7 +88,7 @@ int SaveAsTrackFile(Batch& batch, const JobOutcome& outcome, const TrackLog& log
 using SaveLog = int (*)(Batch& batch, const JobOutcome& outcome, const TrackLog& log, size_t number,
                         std::string& path);
 
-bool StartsEarlier(const DownloadedTrack& a, const DownloadedTrack& b) {
+bool StartsEarlier(const Flight& a, const Flight& b) {
   return a.points.front().time < b.points.front().time;
 }
 
@@ -96,14 +96,13 @@ bool StartsEarlier(const DownloadedTrack& a, const DownloadedTrack& b) {
 // it. When the whole job succeeded they become the current track log, the newest at last; else what
 // had arrived whole is only saved. Returns 0, or -1 when one could not be saved.
 int SaveTracks(Batch& batch, JobOutcome& outcome, SaveLog save) {
-  std::vector<DownloadedTrack>& tracks = outcome.data.tracks;
-  std::sort(tracks.begin(), tracks.end(), StartsEarlier);
+  std::vector<Flight>& flights = outcome.data.flights;
+  std::sort(flights.begin(), flights.end(), StartsEarlier);
   int result = 0;
   size_t number = 0;
-  for (DownloadedTrack& track : tracks) {
+  for (Flight& flight : flights) {
     TrackLog log;
-    log.points = std::move(track.points);
-    log.instrument_igc = std::move(track.igc);
+    log.flight = std::move(flight);
     std::string path;
     if (save(batch, outcome, log, ++number, path) < 0) {
       result = -1;
@@ -112,7 +111,7 @@ int SaveTracks(Batch& batch, JobOutcome& outcome, SaveLog save) {
       Print(batch, "Saved " + path + "\n");
     }
     if (outcome.result < 0) continue;
-    InstallTrackLog(std::move(log.points), std::move(log.instrument_igc));
+    InstallTrackLog(std::move(log.flight));
   }
   return result;
 }

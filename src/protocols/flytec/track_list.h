@@ -5,9 +5,6 @@
 
 namespace skyhaul {
 
-// The instrument's model or software has no track list. Nothing has been said about it.
-inline constexpr int kNoTrackList = -10;
-
 // Asks an identified instrument for its track list into job.data.track_list, in the order of its
 // index. Returns the number of tracks, kNoTrackList, or another negative number after a message (or
 // "Transfer aborted").

@@ -7,7 +7,7 @@
 
 #include "core/count_message.h"
 #include "device/position_reports.h"
-#include "protocols/flytec/join_tracks.h"
+#include "protocols/flytec/join_flights.h"
 #include "protocols/flytec/product_data.h"
 #include "protocols/flytec/requests.h"
 #include "protocols/flytec/track_list.h"
@@ -78,12 +78,12 @@ int DownloadTrack(Job& job, const std::string& request, uint32_t index, uint32_t
   IgcDecoder& decoder = receiver.decoder;
   if (decoder.points.empty()) return Fail(job, "0 points received");
   if (decoder.g_records == 0) ShowMessage(job.operation, "No G-records found", kTitle);
-  job.data.tracks.push_back({.index = index,
-                             .points = std::move(decoder.points),
-                             .igc = {.expected = true,
-                                     .text = std::move(receiver.text),
-                                     .manufacturer = std::move(decoder.manufacturer),
-                                     .serial = std::move(decoder.serial)}});
+  job.data.flights.push_back({.points = std::move(decoder.points),
+                              .instrument_igc = {.expected = true,
+                                                 .text = std::move(receiver.text),
+                                                 .manufacturer = std::move(decoder.manufacturer),
+                                                 .serial = std::move(decoder.serial)},
+                              .index = index});
   return 0;
 }
 
@@ -125,15 +125,15 @@ int DownloadChosen(Job& job, const FlytecProductData& product) {
 // The number of all positions received, which the last status tells.
 int TellPoints(const Job& job) {
   uint32_t points = 0;
-  for (const DownloadedTrack& track : job.data.tracks) {
-    points += static_cast<uint32_t>(track.points.size());
+  for (const Flight& flight : job.data.flights) {
+    points += static_cast<uint32_t>(flight.points.size());
   }
   ShowStatus(job.operation, FormatCountMessage("% points received", points));
   return static_cast<int>(points);
 }
 
 int Join(Job& job) {
-  switch (JoinTracks(job.data.tracks)) {
+  switch (JoinFlights(job.data.flights)) {
     case JoinResult::kOverlap:
       return Fail(job, "Overlapping track start/stop times");
     case JoinResult::kGap: {

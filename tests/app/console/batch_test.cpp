@@ -80,8 +80,8 @@ TEST_F(BatchTest, SavesTheNewestFlightAndTellsTheClient) {
   ASSERT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /NOTIFY=me /SENDLOG=10 /EXIT"), kExitDone);
   const std::string path = AsFolder(folder.File(".")) + "2017-04-27-xxx-123-01.igc";
   EXPECT_EQ(ReadText(path), newest);
-  EXPECT_EQ(CurrentTrackLog().points.size(), 30U);
-  EXPECT_EQ(CurrentTrackLog().instrument_igc.text, newest);
+  EXPECT_EQ(CurrentTrackLog().flight.points.size(), 30U);
+  EXPECT_EQ(CurrentTrackLog().flight.instrument_igc.text, newest);
   EXPECT_EQ(bench.told.size(), 4U) << "three positions and the end";
   EXPECT_EQ(Notices(), Texts{"me: Done=1\n" + path});
   EXPECT_NE(out.find("Saved " + path), std::string::npos);
@@ -96,7 +96,7 @@ TEST_F(BatchTest, SeveralFlightsAreFilesInTheOrderTheyWereFlownOrOneLog) {
   ASSERT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /TRACK=1,2 /NOSPLIT"), kExitDone);
   EXPECT_EQ(folder.Names().back(), "2017-04-27-xxx-123-02.igc");
   EXPECT_EQ(folder.Names().front(), "2017-04-27-xsh-000-01.igc");
-  EXPECT_EQ(CurrentTrackLog().points.size(), 60U);
+  EXPECT_EQ(CurrentTrackLog().flight.points.size(), 60U);
   EXPECT_NE(ReadText(folder.File(folder.Names().front())).find("HFPLTPILOT: JIMI HENDRIX"),
             std::string::npos);
 }
@@ -126,13 +126,13 @@ TEST_F(BatchTest, ListsTheFlights) {
 }
 
 TEST_F(BatchTest, TracksThatArrivedWholeAreSavedEvenIfALaterOneFails) {
-  InstallTrackLog({{.time = 77}});
+  InstallTrackLog({.points = {{.time = 77}}});
   simulator.flights[1].igc_text = "nonsense\r\n";
   EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /TRACK=1,2 /NOTIFY=me"), kExitFailed);
   EXPECT_EQ(folder.Names(), Texts{"2017-04-27-xxx-123-01.igc"});
   EXPECT_EQ(Notices(),
             Texts{"me: Done=0\n" + AsFolder(folder.File(".")) + "2017-04-27-xxx-123-01.igc"});
-  EXPECT_EQ(CurrentTrackLog().points.size(), 1U) << "a failed job keeps the old track";
+  EXPECT_EQ(CurrentTrackLog().flight.points.size(), 1U) << "a failed job keeps the old track";
   EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=. /TRACK=1,2 /NOSPLIT"), kExitFailed);
   EXPECT_EQ(folder.Names().size(), 1U) << "half of a joined log is none";
 }
@@ -146,14 +146,14 @@ TEST_F(BatchTest, AFaultAnywhereKeepsTheOldTrackOrBringsTheNewOne) {
     for (size_t at = 0; at < received; at += 13) {
       std::filesystem::remove_all(folder.path);
       std::filesystem::create_directory(folder.path);
-      InstallTrackLog({{.time = 77}});
+      InstallTrackLog({.points = {{.time = 77}}});
       instrument = MakeFlytecInstrument(simulator, 57600);
       bench = {};
       bench.instrument = &instrument;
       bench.ports = {{.number = 1, .name = "port1"}};
       bench.fault = {.kind = kind, .at = at, .delay_ms = 2500};
       const int status = RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=.");
-      EXPECT_EQ(CurrentTrackLog().points.size() == 1, status != kExitDone) << at;
+      EXPECT_EQ(CurrentTrackLog().flight.points.size() == 1, status != kExitDone) << at;
       EXPECT_EQ(folder.Names().size(), status == kExitDone ? 1U : 0U) << at;
       EXPECT_TRUE(status == kExitDone || err.find(": ") != std::string::npos) << "untold at " << at;
     }
@@ -161,7 +161,7 @@ TEST_F(BatchTest, AFaultAnywhereKeepsTheOldTrackOrBringsTheNewOne) {
 }
 
 TEST_F(BatchTest, FailuresAreToldAndKeepTheOldTrack) {
-  InstallTrackLog({{.time = 77}});
+  InstallTrackLog({.points = {{.time = 77}}});
   const struct {
     const char* switches;
     int status;
@@ -184,7 +184,7 @@ TEST_F(BatchTest, FailuresAreToldAndKeepTheOldTrack) {
     EXPECT_EQ(RunText(c.switches), c.status) << c.switches;
     EXPECT_NE(err.find(c.message), std::string::npos) << err;
     EXPECT_EQ(Notices(), c.told ? Texts{"me: Done=0"} : Texts{}) << c.switches;
-    EXPECT_EQ(CurrentTrackLog().points.size(), 1U);
+    EXPECT_EQ(CurrentTrackLog().flight.points.size(), 1U);
     EXPECT_TRUE(folder.Names().empty());
   }
 }

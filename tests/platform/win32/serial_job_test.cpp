@@ -72,14 +72,14 @@ struct InstrumentAtPort {
 struct Outcome {
   int result = 0;
   std::string device_name;
-  std::vector<DownloadedTrack> tracks;
+  std::vector<Flight> flights;
 };
 
 void Take(void* context, Job& job) {
   auto& outcome = *static_cast<Outcome*>(context);
   outcome.result = job.result;
   outcome.device_name = job.device_name;
-  outcome.tracks = std::move(job.data.tracks);
+  outcome.flights = std::move(job.data.flights);
 }
 
 class SerialJob : public ::testing::Test {
@@ -116,9 +116,10 @@ TEST_F(SerialJob, DownloadsAFlightByEitherFormOfName) {
     EXPECT_GE(outcome.result, 0);
     EXPECT_TRUE(recorder.messages.empty()) << recorder.messages.front();
     EXPECT_EQ(outcome.device_name, "6030");
-    ASSERT_EQ(outcome.tracks.size(), 1U);
-    EXPECT_TRUE(outcome.tracks[0].igc.text == FlightText()) << "the flight arrived changed";
-    EXPECT_EQ(outcome.tracks[0].points.size(), kFixes);
+    ASSERT_EQ(outcome.flights.size(), 1U);
+    EXPECT_TRUE(outcome.flights[0].instrument_igc.text == FlightText())
+        << "the flight arrived changed";
+    EXPECT_EQ(outcome.flights[0].points.size(), kFixes);
   }
 }
 
@@ -158,7 +159,7 @@ TEST_F(SerialJob, EndsWithAMessageWhenTheCableIsPulledOut) {
   EXPECT_EQ(outcome.result, -1);
   EXPECT_TRUE(Has(recorder.messages, "Read GPS track log: E203 COM port read error"))
       << ::testing::PrintToString(recorder.messages);
-  EXPECT_TRUE(outcome.tracks.empty());
+  EXPECT_TRUE(outcome.flights.empty());
 }
 
 }  // namespace

@@ -32,15 +32,15 @@ struct Conversation : SweepBench {
 };
 
 bool WholeFlight(const Conversation& run) {
-  return run.result == 3 && run.job.data.tracks.size() == 1 &&
-         run.job.data.tracks[0].igc.text == kFlight;
+  return run.result == 3 && run.job.data.flights.size() == 1 &&
+         run.job.data.flights[0].instrument_igc.text == kFlight;
 }
 
 // Every run must hold this.
 void ExpectSane(const Conversation& run) {
   EXPECT_LE(run.elapsed_ms, kLongestRun_ms);
   if (run.result >= 0) {
-    ASSERT_EQ(run.job.data.tracks.size(), 1U);
+    ASSERT_EQ(run.job.data.flights.size(), 1U);
   } else if (run.result != kNoTrackList) {  // for a bent device name, which the one who asked says
     EXPECT_TRUE(!run.recorder.messages.empty() || Has(run.recorder.statuses, "Transfer aborted"));
   }
@@ -68,9 +68,9 @@ TEST(FaultSweep, WhatIsLostOnTheWayToTheInstrumentNeverBendsAFlight) {
 // Whatever is delivered must be exactly what the lines that arrived say, neither less nor more.
 void ExpectDecodedFromText(const Conversation& run) {
   if (run.result < 0) return;
-  const DownloadedTrack& track = run.job.data.tracks[0];
+  const Flight& track = run.job.data.flights[0];
   IgcDecoder decoder;
-  std::string_view rest = track.igc.text;
+  std::string_view rest = track.instrument_igc.text;
   for (size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
     std::string line(rest.substr(0, end));
     line.erase(std::remove(line.begin(), line.end(), '\r'), line.end());
@@ -106,7 +106,7 @@ TEST(FaultSweep, UnpluggingIsToldAtOnce) {
     EXPECT_LT(run.result, 0);
     EXPECT_EQ(run.recorder.messages.size(), 1U);
     EXPECT_LE(run.elapsed_ms, whole.elapsed_ms);
-    EXPECT_TRUE(run.job.data.tracks.empty());
+    EXPECT_TRUE(run.job.data.flights.empty());
   }
 }
 

@@ -39,7 +39,7 @@ inline void ExpectFailure(FlytecBench& b, JobProcedure procedure, const char* re
   EXPECT_LT(procedure(b.job), 0) << failure.message;
   EXPECT_EQ(b.recorder.messages, Texts{failure.message});
   const JobData& data = b.job.data;
-  EXPECT_TRUE(data.tracks.empty() && data.waypoints.empty() && data.airspaces.empty());
+  EXPECT_TRUE(data.flights.empty() && data.waypoints.empty() && data.airspaces.empty());
 }
 
 }  // namespace skyhaul

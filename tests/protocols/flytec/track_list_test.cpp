@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "core/time_scale.h"
-#include "protocols/flytec/join_tracks.h"
+#include "protocols/flytec/join_flights.h"
 #include "protocols/flytec/track_list.h"
 #include "protocols/flytec/track_list_line.h"
 #include "tests/protocols/flytec/flytec_bench.h"
@@ -96,19 +96,19 @@ struct Span {
   uint32_t end;
 };
 
-std::vector<DownloadedTrack> Tracks(const std::vector<Span>& spans) {
-  std::vector<DownloadedTrack> tracks;
+std::vector<Flight> Tracks(const std::vector<Span>& spans) {
+  std::vector<Flight> tracks;
   for (const Span& span : spans) {
-    DownloadedTrack track;
+    Flight track;
     track.index = static_cast<uint32_t>(tracks.size());
     track.points = {{.segment_start = 1, .time = span.start}, {.time = span.end}};
-    track.igc.text = "its own";
+    track.instrument_igc.text = "its own";
     tracks.push_back(track);
   }
   return tracks;
 }
 
-TEST(JoinTracks, InTheOrderOfTimeWithoutOverlapOrLongGap) {
+TEST(JoinFlights, InTheOrderOfTimeWithoutOverlapOrLongGap) {
   const std::tuple<std::vector<Span>, JoinResult, std::vector<uint32_t>> cases[] = {
       {{{100, 200}}, JoinResult::kJoined, {100, 200}},
       {{{300, 400}, {100, 200}}, JoinResult::kJoined, {100, 200, 300, 400}},
@@ -119,8 +119,8 @@ TEST(JoinTracks, InTheOrderOfTimeWithoutOverlapOrLongGap) {
       {{{500, 600}, {100, 200}, {150, 400}}, JoinResult::kOverlap, {}},
   };
   for (const auto& [spans, result, expected] : cases) {
-    std::vector<DownloadedTrack> tracks = Tracks(spans);
-    ASSERT_EQ(JoinTracks(tracks), result);
+    std::vector<Flight> tracks = Tracks(spans);
+    ASSERT_EQ(JoinFlights(tracks), result);
     if (result != JoinResult::kJoined) {
       EXPECT_EQ(tracks.size(), spans.size()) << "refused tracks stay as they are";
       continue;
@@ -134,7 +134,7 @@ TEST(JoinTracks, InTheOrderOfTimeWithoutOverlapOrLongGap) {
     }
     EXPECT_EQ(times, expected);
     EXPECT_EQ(segments, spans.size());
-    EXPECT_EQ(tracks[0].igc.text.empty(), spans.size() > 1);
+    EXPECT_EQ(tracks[0].instrument_igc.text.empty(), spans.size() > 1);
   }
 }
 

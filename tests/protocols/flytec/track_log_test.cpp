@@ -41,11 +41,11 @@ TEST(TrackLogJob, DownloadsTheChosenFlightToTheByte) {
   b.script.answers["$PBRTR,00"] = {"\x13" + b.newest + "\x11"};
   const uint64_t start_ns = b.bench.now_ns;
   ASSERT_EQ(FlytecTrackLogJob(b.job), 50);
-  ASSERT_EQ(b.job.data.tracks.size(), 1U);
-  const DownloadedTrack& track = b.job.data.tracks[0];
-  EXPECT_EQ(track.igc.text, b.newest);
-  EXPECT_EQ(track.igc.manufacturer, "XSH");
-  EXPECT_EQ(track.igc.serial, "000");
+  ASSERT_EQ(b.job.data.flights.size(), 1U);
+  const Flight& track = b.job.data.flights[0];
+  EXPECT_EQ(track.instrument_igc.text, b.newest);
+  EXPECT_EQ(track.instrument_igc.manufacturer, "XSH");
+  EXPECT_EQ(track.instrument_igc.serial, "000");
   EXPECT_EQ(track.points.size(), 50U);
   EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRTL,*74\r\n\x11$PBRTR,00*6A\r\n");
   EXPECT_EQ(b.recorder.statuses,
@@ -82,7 +82,7 @@ TEST(TrackLogJob, DownloadsTheFlightSelectedOnTheInstrument) {
   TwoFlights b;
   b.job.parameter = kCurrentTrack;
   ASSERT_EQ(FlytecTrackLogJob(b.job), 3);
-  EXPECT_EQ(b.job.data.tracks[0].igc.text, b.oldest);
+  EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, b.oldest);
   EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRIGC,*21\r\n");
 }
 
@@ -92,16 +92,16 @@ TEST(TrackLogJob, SeveralFlightsComeOneByOneOrJoined) {
     b.recorder.choice = {1, 0};
     b.job.join_tracks = join;
     ASSERT_EQ(FlytecTrackLogJob(b.job), 8);
-    ASSERT_EQ(b.job.data.tracks.size(), join ? 1U : 2U);
+    ASSERT_EQ(b.job.data.flights.size(), join ? 1U : 2U);
     if (!join) {
-      EXPECT_EQ(b.job.data.tracks[0].igc.text, b.newest);
-      EXPECT_EQ(b.job.data.tracks[1].igc.text, b.oldest);
+      EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, b.newest);
+      EXPECT_EQ(b.job.data.flights[1].instrument_igc.text, b.oldest);
       continue;
     }
-    const std::vector<TrackPoint>& points = b.job.data.tracks[0].points;
+    const std::vector<TrackPoint>& points = b.job.data.flights[0].points;
     EXPECT_TRUE(std::is_sorted(points.begin(), points.end(),
                                [](const auto& x, const auto& y) { return x.time < y.time; }));
-    EXPECT_TRUE(b.job.data.tracks[0].igc.text.empty());
+    EXPECT_TRUE(b.job.data.flights[0].instrument_igc.text.empty());
   }
 }
 
@@ -129,7 +129,7 @@ TEST(TrackLogJob, ALineOf81CharactersIsTaken) {
   const std::string text = "L" + std::string(80, 'x') + "\r\n" + b.newest;
   b.script.answers["$PBRTR,00"] = {text};
   EXPECT_EQ(FlytecTrackLogJob(b.job), 5);
-  EXPECT_EQ(b.job.data.tracks[0].igc.text, text);
+  EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, text);
 }
 
 TEST(TrackLogJob, AFlightWithoutSealIsKeptAndTold) {
@@ -144,8 +144,8 @@ TEST(TrackLogJob, TracksThatArrivedWholeSurviveTheFailureOfALaterOne) {
   b.recorder.choice = {0, 1};
   b.script.answers["$PBRTR,01"] = {"nonsense"};
   EXPECT_LT(FlytecTrackLogJob(b.job), 0);
-  ASSERT_EQ(b.job.data.tracks.size(), 1U);
-  EXPECT_EQ(b.job.data.tracks[0].igc.text, b.newest);
+  ASSERT_EQ(b.job.data.flights.size(), 1U);
+  EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, b.newest);
 }
 
 TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
@@ -153,8 +153,8 @@ TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
   b.script.answers["$PBRTL,"] = {ListLine(0, "12:30:00") + ListLine(1, "12:00:00") +
                                  Sentence("PBRTL,99,120,27.04.17,11:00:00,00:00:50")};
   ASSERT_EQ(FlytecAllTracksJob(b.job), 8);
-  ASSERT_EQ(b.job.data.tracks.size(), 2U);
-  EXPECT_EQ(b.job.data.tracks[1].igc.text, b.oldest);
+  ASSERT_EQ(b.job.data.flights.size(), 2U);
+  EXPECT_EQ(b.job.data.flights[1].instrument_igc.text, b.oldest);
   for (const char* status : {"Reading track log 1", "Analysing track log 1", "Reading track log 2",
                              "Analysing track log 2", "8 points received"}) {
     EXPECT_TRUE(Has(b.recorder.statuses, status)) << status;
@@ -164,7 +164,7 @@ TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
   TwoFlights broken;
   broken.script.answers["$PBRTR,01"] = {"nonsense"};
   EXPECT_LT(FlytecAllTracksJob(broken.job), 0);
-  EXPECT_EQ(broken.job.data.tracks.size(), 1U);
+  EXPECT_EQ(broken.job.data.flights.size(), 1U);
 }
 
 TEST(TrackLogJob, WhatCannotBeChosenOrJoinedIsTold) {

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/track_point.h"
+
+namespace skyhaul {
+
+// The IGC text that an instrument delivered itself, unchanged, and what its A record says.
+struct InstrumentIgc {
+  bool expected = false;  // the instrument delivers such texts, so only that text may be saved
+  std::string text;
+  std::string manufacturer;  // up to 3 characters
+  std::string serial;        // up to 3 characters
+};
+
+// One flight, on its whole way from the driver or a file's reader to the document and to a file's
+// writer. It is moved, never copied: a long one is tens of megabytes.
+struct Flight {
+  std::vector<TrackPoint> points;
+  InstrumentIgc instrument_igc;  // nothing is expected when the points came in another way
+  uint32_t index = 0;            // TrackListEntry::index; 0 for an instrument's only flight
+};
+
+}  // namespace skyhaul
