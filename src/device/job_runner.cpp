@@ -167,6 +167,15 @@ bool WaitForJobEnd(uint32_t timeout_ms) {
   return true;
 }
 
+void WaitForJobEnd() {
+  Runner& runner = TheRunner();
+  {
+    std::unique_lock lock(runner.mutex);
+    runner.job_ended.wait(lock, [&] { return Idle(runner); });
+  }
+  JoinEndedThread(runner);
+}
+
 bool JobRunning() {
   Runner& runner = TheRunner();
   const std::scoped_lock lock(runner.mutex);

@@ -42,6 +42,10 @@ int AbortJob(const Shell* shell);
 // the thread has ended too. For the thread that starts jobs.
 bool WaitForJobEnd(uint32_t timeout_ms);
 
+// The same without a limit. An owner that has been handed a job's outcome calls it before it starts
+// another job: the job's completion routine runs a moment before the job has ended.
+void WaitForJobEnd();
+
 bool JobRunning();
 
 // A job that has made itself quiet stays current when it has ended, with its results, until whoever

@@ -23,4 +23,11 @@ void CountInterrupts(std::atomic<bool>* first);
 // How many interrupts there were; 0 when they are not counted.
 int Interrupts();
 
+// Calls a routine once when there has been a counted interrupt: on a thread of its own when the
+// interrupt comes, or from within this function when it has come before. The routine may lock and
+// wait, unlike a signal handler, but must not call OnInterrupt. It takes the place of the previous
+// one; null withdraws it. When this returns, the previous routine is not running and will not run,
+// so that its context may go.
+void OnInterrupt(void (*routine)(void* context), void* context);
+
 }  // namespace skyhaul

@@ -1,11 +1,15 @@
 #include "platform/terminal.h"
 
+#include <semaphore.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
+
+#include "platform/interrupt_routine.h"
+#include "platform/posix/thread.h"
 
 namespace skyhaul {
 
@@ -19,10 +23,31 @@ static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_alw
                   std::atomic<std::atomic<bool>*>::is_always_lock_free,
               "used in a signal handler");
 
-void OnInterrupt(int /*signal*/) {
+// Posted by the signal handler, since almost nothing else may be called from one.
+sem_t interrupted;
+
+void HandleSignal(int /*signal*/) {
   if (interrupts.fetch_add(1) > 0) _exit(kInterruptedStatus);
   std::atomic<bool>* const first = first_interrupt;
   if (first != nullptr) *first = true;
+  sem_post(&interrupted);
+}
+
+void PassInterruptsOn(void*) {
+  while (true) {
+    if (sem_wait(&interrupted) == 0) CallInterruptRoutine();  // else a debugger or SIGCONT woke it
+  }
+}
+
+// The thread lives as long as the program, so nobody joins it. Without it (the system has no thread
+// to give) the first interrupt is only counted, and the second still ends the program.
+void StartPassingInterruptsOn() {
+  static bool started = false;
+  if (started) return;
+  started = true;
+  sem_init(&interrupted, 0, 0);
+  ThreadHandle thread = 0;
+  static_cast<void>(PosixThread().start(nullptr, PassInterruptsOn, nullptr, &thread));
 }
 
 }  // namespace
@@ -41,8 +66,9 @@ void WriteUtf8() {}
 
 void CountInterrupts(std::atomic<bool>* first) {
   first_interrupt = first;
+  StartPassingInterruptsOn();
   struct sigaction action = {};
-  action.sa_handler = OnInterrupt;
+  action.sa_handler = HandleSignal;
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdlib>
 
+#include "platform/interrupt_routine.h"
 #include "platform/win32/windows_api.h"
 
 namespace skyhaul {
@@ -21,13 +22,14 @@ void GiveCodePageBack() {
 }
 
 // Runs on a thread that the system makes for it.
-BOOL WINAPI OnInterrupt(DWORD event) {
+BOOL WINAPI HandleConsoleEvent(DWORD event) {
   if (interrupts.fetch_add(1) > 0) {
     GiveCodePageBack();
     TerminateProcess(GetCurrentProcess(), kInterruptedStatus);
   }
   std::atomic<bool>* const first = first_interrupt;
   if (first != nullptr) *first = true;
+  CallInterruptRoutine();
   // When the console closes or the person logs off, returning ends the program.
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(kTimeToStop_ms);
   return TRUE;
@@ -52,7 +54,7 @@ void WriteUtf8() {
 
 void CountInterrupts(std::atomic<bool>* first) {
   first_interrupt = first;
-  SetConsoleCtrlHandler(OnInterrupt, TRUE);
+  SetConsoleCtrlHandler(HandleConsoleEvent, TRUE);
 }
 
 int Interrupts() {

@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
+#include <semaphore.h>
 #include <signal.h>
 #include <sys/time.h>
 
 #include <array>
 #include <atomic>
+#include <cstdlib>
+#include <thread>
 
 #include "platform/platform.h"
+#include "platform/terminal.h"
 
 namespace skyhaul {
 namespace {
@@ -67,6 +71,45 @@ TEST(Thread, LeavesSignalsToItsCaller) {
   pthread_sigmask(SIG_SETMASK, nullptr, &mask);
   EXPECT_EQ(sigismember(&mask, SIGINT), 0);
   EXPECT_EQ(sigismember(&mask, SIGTERM), 0);
+}
+
+struct Call {
+  sem_t done;
+  std::thread::id thread;
+  int calls = 0;
+};
+
+void NoteCall(void* context) {
+  auto* call = static_cast<Call*>(context);
+  call->thread = std::this_thread::get_id();
+  ++call->calls;
+  sem_post(&call->done);
+}
+
+// Ends the program with status 0 when the routine was called once for one interrupt.
+[[noreturn]] void InterruptOnce(bool before_the_routine) {
+  Call call;
+  Call replaced;
+  sem_init(&call.done, 0, 0);
+  std::atomic<bool> first = false;
+  CountInterrupts(&first);
+  OnInterrupt(NoteCall, &replaced);
+  OnInterrupt(nullptr, nullptr);
+  if (before_the_routine) raise(SIGINT);
+  OnInterrupt(NoteCall, &call);
+  if (!before_the_routine) raise(SIGTERM);
+  sem_wait(&call.done);
+  OnInterrupt(nullptr, nullptr);
+  const bool beside = before_the_routine || call.thread != std::this_thread::get_id();
+  std::exit(call.calls == 1 && beside && replaced.calls == 0 && first && Interrupts() == 1 ? 0 : 1);
+}
+
+// The signal handler itself runs on the thread that raises.
+TEST(Interrupt, CallsTheRoutineOnceOutsideTheHandler) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  for (const bool before_the_routine : {false, true}) {
+    EXPECT_EXIT(InterruptOnce(before_the_routine), testing::ExitedWithCode(0), "");
+  }
 }
 
 }  // namespace

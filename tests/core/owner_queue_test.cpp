@@ -1,0 +1,76 @@
+#include "core/owner_queue.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <thread>
+#include <vector>
+
+namespace skyhaul {
+namespace {
+
+struct Owner {
+  OwnerQueue queue;
+  std::vector<int> order;  // the owner's alone: the thread sanitizer sees who else runs routines
+  std::vector<std::thread::id> threads;
+};
+
+struct Step {
+  Owner* owner = nullptr;
+  int number = 0;
+  Step* next = nullptr;  // what the routine posts itself
+};
+
+void RunStep(void* argument) {
+  auto& step = *static_cast<Step*>(argument);
+  step.owner->order.push_back(step.number);
+  step.owner->threads.push_back(std::this_thread::get_id());
+  if (step.next != nullptr) PostToOwner(step.owner->queue, RunStep, step.next);
+}
+
+TEST(OwnerQueue, RunsEachThreadsRoutinesInOrderOnTheOwner) {
+  constexpr int kSteps = 200;
+  Owner owner;
+  std::vector<Step> steps(2 * kSteps);
+  const auto post = [&](int from) {
+    for (int i = from; i < from + kSteps; ++i) {
+      steps[i] = {.owner = &owner, .number = i};
+      PostToOwner(owner.queue, RunStep, &steps[i]);
+    }
+  };
+  std::array<std::thread, 2> posters = {std::thread(post, 0), std::thread(post, kSteps)};
+  for (size_t i = 0; i < steps.size(); ++i) RunNextRoutine(owner.queue);
+  for (std::thread& poster : posters) poster.join();
+
+  std::array<int, 2> next = {0, kSteps};
+  for (const int number : owner.order) EXPECT_EQ(number, next[number / kSteps]++);
+  for (const std::thread::id thread : owner.threads) EXPECT_EQ(thread, std::this_thread::get_id());
+}
+
+TEST(OwnerQueue, ARoutineMayPost) {
+  Owner owner;
+  Step second = {.owner = &owner, .number = 2};
+  Step third = {.owner = &owner, .number = 3};
+  Step first = {.owner = &owner, .number = 1, .next = &third};
+  PostToOwner(owner.queue, RunStep, &first);
+  PostToOwner(owner.queue, RunStep, &second);
+  for (int i = 0; i < 3; ++i) RunNextRoutine(owner.queue);
+  EXPECT_EQ(owner.order, (std::vector{1, 2, 3}));
+}
+
+// The last routine often tells the owner that it may go, and the queue with it.
+TEST(OwnerQueue, MayEndWithItsLastRoutine) {
+  for (int i = 0; i < 100; ++i) {
+    std::thread poster;
+    {
+      Owner owner;
+      Step step = {.owner = &owner, .number = i};
+      poster = std::thread([&] { PostToOwner(owner.queue, RunStep, &step); });
+      RunNextRoutine(owner.queue);
+    }
+    poster.join();
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul
