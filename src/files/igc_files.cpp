@@ -12,7 +12,6 @@ namespace skyhaul {
 
 namespace {
 
-constexpr size_t kLongestReadPath = 256;
 constexpr const char* kReadTitle = "Reading IGC log file";
 constexpr const char* kSaveTitle = "Save IGC log";
 
@@ -76,7 +75,8 @@ int SaveUnderFreeNumber(const Operation& operation, const TrackLog& log, const I
   const std::string serial = own ? log.flight.instrument_igc.serial : "000";
   for (int number = 1; number <= kMaxFlightNumber; ++number) {
     path = folder + IgcLongName(log.flight.points.front().time, manufacturer, serial, number);
-    if (path.size() > kMaxPath) return Fail(operation, "Too long file name", kSaveTitle, path);
+    if (PathLength(path) > kMaxWrittenPath)
+      return Fail(operation, "Too long file name", kSaveTitle, path);
     const FileResult result = WriteUnder(save, path, text);
     switch (result.problem) {
       case FileProblem::kNone:
@@ -97,7 +97,7 @@ int SaveUnderFreeNumber(const Operation& operation, const TrackLog& log, const I
 int LoadIgcFile(const Operation& operation, const std::string& path, std::string& text,
                 std::vector<TrackPoint>& points) {
   points.clear();
-  if (path.size() > kLongestReadPath) return Fail(operation, "File name too long", kReadTitle);
+  if (PathLength(path) > kMaxReadPath) return Fail(operation, "File name too long", kReadTitle);
   const FileResult read = ReadWholeFile(path, text);
   if (read.problem != FileProblem::kNone) {
     return Fail(operation, ReadFailure(read.problem), kReadTitle, path + ": " + read.reason);
@@ -119,8 +119,8 @@ int ReadIgcFile(const Operation& operation, const std::string& base_path) {
 int SaveIgcAuto(const Operation& operation, const TrackLog& log, const IgcSave& save,
                 std::string& written) {
   if (log.flight.points.empty()) return Fail(operation, "No positions", kSaveTitle);
-  std::string path;
-  if (ExpandNameTemplate(save.path, log.flight.points.front().time, path) != 0) {
+  std::string path = ExpandNameTemplate(save.path, log.flight.points.front().time);
+  if (PathLength(path) > kMaxWrittenPath) {
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }
   std::string text;

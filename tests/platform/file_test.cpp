@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/path.h"
 #include "tests/support/scratch_folder.h"
 
 namespace skyhaul {
@@ -100,6 +101,13 @@ TEST_F(File, NamesMayHaveAnyLetter) {
   EXPECT_EQ(Write(path, "text", IfExists::kRefuse), FileProblem::kNone);
   EXPECT_EQ(Read(path), "text");
   EXPECT_TRUE(fs::exists(folder.path / fs::path(u8"\u00DCbungsflug \u20AC \U0001FA82.igc")));
+}
+
+// The last of them takes two 16-bit units, so that its length depends on the system.
+TEST(Path, LengthCountsTheSystemsCharacters) {
+  EXPECT_EQ(PathLength(""), 0U);
+  EXPECT_EQ(PathLength("/tmp/\xC3\xBC.igc"), 10U);
+  EXPECT_EQ(PathLength("\xE2\x82\xAC\xF0\x9F\xAA\x82"), std::wstring(L"\u20AC\U0001FA82").size());
 }
 
 TEST_F(File, OfManyWritersOneTakesTheName) {

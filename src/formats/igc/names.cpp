@@ -1,7 +1,6 @@
 #include "formats/igc/names.h"
 
 #include <string_view>
-#include <utility>
 
 #include "core/time_scale.h"
 #include "formats/igc/digits.h"
@@ -35,14 +34,12 @@ void ReplaceAll(std::string& text, std::string_view key, const std::string& valu
 
 }  // namespace
 
-int ExpandNameTemplate(const std::string& path, uint32_t first_fix_time, std::string& expanded) {
+std::string ExpandNameTemplate(const std::string& path, uint32_t first_fix_time) {
   const CalendarTime calendar = CalendarFromTime(first_fix_time);
-  std::string result = path;
-  ReplaceAll(result, "$date", DateText(calendar));
-  ReplaceAll(result, "$time", TimeText(calendar));
-  if (result.size() > kMaxPath) return -1;
-  expanded = std::move(result);
-  return 0;
+  std::string expanded = path;
+  ReplaceAll(expanded, "$date", DateText(calendar));
+  ReplaceAll(expanded, "$time", TimeText(calendar));
+  return expanded;
 }
 
 std::string IgcLongName(uint32_t first_fix_time, const std::string& manufacturer,

@@ -1,6 +1,15 @@
 #include "platform/path.h"
 
+#include <algorithm>
+
 namespace skyhaul {
+
+// Counts the bytes that begin a character of UTF-8; the others are 10xxxxxx.
+size_t PathLength(const std::string& path) {
+  return static_cast<size_t>(std::count_if(path.begin(), path.end(), [](char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+  }));
+}
 
 size_t NameStart(const std::string& path) {
   return path.rfind('/') + 1;  // npos + 1 is 0

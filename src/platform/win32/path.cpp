@@ -1,6 +1,12 @@
 #include "platform/path.h"
 
+#include "platform/win32/wide_text.h"
+
 namespace skyhaul {
+
+size_t PathLength(const std::string& path) {
+  return WideText(path).size();
+}
 
 // Both slashes separate, and so does a drive's colon: "C:flight.igc" lies in the folder that is
 // current on drive C. A colon further on is no separator: it is part of a stream's name.
