@@ -4,9 +4,9 @@
 #include <cmath>
 #include <limits>
 
-#include "analysis/exact_closed.h"
-#include "analysis/exact_free.h"
-#include "analysis/exact_search.h"
+#include "analysis/exact/closed.h"
+#include "analysis/exact/free.h"
+#include "analysis/exact/search.h"
 #include "analysis/task_rules.h"
 
 namespace skyhaul {

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "analysis/exact_closed.h"
-#include "analysis/exact_free.h"
+#include "analysis/exact/closed.h"
+#include "analysis/exact/free.h"
 #include "formats/igc/read_igc.h"
 #include "tests/analysis/measured_task.h"
 #include "tests/analysis/track_shapes.h"

@@ -1,4 +1,4 @@
-#include "analysis/exact_tree.h"
+#include "analysis/exact/tree.h"
 
 #include <array>
 #include <limits>

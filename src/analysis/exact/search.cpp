@@ -1,4 +1,4 @@
-#include "analysis/exact_search.h"
+#include "analysis/exact/search.h"
 
 #include "analysis/task_rules.h"
 

@@ -1,4 +1,4 @@
-#include "analysis/exact_layers.h"
+#include "analysis/exact/layers.h"
 
 namespace skyhaul {
 

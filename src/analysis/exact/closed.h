@@ -1,7 +1,7 @@
 #pragma once
 
-#include "analysis/exact_closing.h"
-#include "analysis/exact_search.h"
+#include "analysis/exact/closing.h"
+#include "analysis/exact/search.h"
 
 namespace skyhaul {
 

@@ -1,4 +1,4 @@
-#include "analysis/exact_perimeter.h"
+#include "analysis/exact/perimeter.h"
 
 #include "analysis/task_rules.h"
 

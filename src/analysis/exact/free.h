@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/exact_search.h"
+#include "analysis/exact/search.h"
 
 namespace skyhaul {
 

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "analysis/exact_tree.h"
+#include "analysis/exact/tree.h"
 
 namespace skyhaul {
 

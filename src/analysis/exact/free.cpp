@@ -1,6 +1,6 @@
-#include "analysis/exact_free.h"
+#include "analysis/exact/free.h"
 
-#include "analysis/exact_layers.h"
+#include "analysis/exact/layers.h"
 #include "analysis/task_rules.h"
 
 namespace skyhaul {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "analysis/exact_tree.h"
+#include "analysis/exact/tree.h"
 #include "analysis/optimise.h"
 
 namespace skyhaul {

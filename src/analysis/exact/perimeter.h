@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "analysis/exact_tree.h"
+#include "analysis/exact/tree.h"
 
 namespace skyhaul {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "analysis/exact_search.h"
+#include "analysis/exact/search.h"
 
 namespace skyhaul {
 

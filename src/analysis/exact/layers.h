@@ -3,11 +3,11 @@
 #include <array>
 #include <vector>
 
-#include "analysis/exact_search.h"
+#include "analysis/exact/search.h"
 
 namespace skyhaul {
 
-// The walk over corners of analysis/exact_free.h.
+// The walk over corners of analysis/exact/free.h.
 
 inline constexpr double kNothing_m = -1e12;  // a sum that cannot be had
 

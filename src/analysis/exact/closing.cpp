@@ -1,4 +1,4 @@
-#include "analysis/exact_closing.h"
+#include "analysis/exact/closing.h"
 
 namespace skyhaul {
 

@@ -1,7 +1,7 @@
-#include "analysis/exact_closed.h"
+#include "analysis/exact/closed.h"
 
-#include "analysis/exact_perimeter.h"
-#include "analysis/exact_queue.h"
+#include "analysis/exact/perimeter.h"
+#include "analysis/exact/queue.h"
 
 namespace skyhaul {
 
