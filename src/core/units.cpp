@@ -10,6 +10,13 @@ namespace {
 constexpr double kMilliminutesPerSemicircle = 0.005029141902924;  // 10,800,000 / 2^31
 constexpr double kSemicirclesPerMilliminute = 198.8410785185;
 
+// 180 degrees east is one more than the type holds.
+int32_t ClampToSemicircles(double value) {
+  constexpr double kMin = std::numeric_limits<int32_t>::min();
+  constexpr double kMax = std::numeric_limits<int32_t>::max();
+  return RoundHalfAwayFromZero(std::clamp(value, kMin, kMax));
+}
+
 }  // namespace
 
 int32_t RoundHalfAwayFromZero(double value) {
@@ -21,13 +28,15 @@ double SemicirclesToRadians(int32_t semicircles) {
 }
 
 double SemicirclesToDegrees(int32_t semicircles) {
-  return SemicirclesToRadians(semicircles) * kDegreesPerRadian;
+  return semicircles * kDegreesPerSemicircle;
+}
+
+int32_t DegreesToSemicircles(double degrees) {
+  return ClampToSemicircles(degrees / kDegreesPerSemicircle);
 }
 
 int32_t RadiansToSemicircles(double radians) {
-  constexpr double kMin = std::numeric_limits<int32_t>::min();
-  constexpr double kMax = std::numeric_limits<int32_t>::max();
-  return RoundHalfAwayFromZero(std::clamp(radians / kRadiansPerSemicircle, kMin, kMax));
+  return ClampToSemicircles(radians / kRadiansPerSemicircle);
 }
 
 int32_t SemicirclesToMilliminutes(int32_t semicircles) {
@@ -35,9 +44,7 @@ int32_t SemicirclesToMilliminutes(int32_t semicircles) {
 }
 
 int32_t MilliminutesToSemicircles(int32_t milliminutes) {
-  constexpr double kMin = std::numeric_limits<int32_t>::min();
-  constexpr double kMax = std::numeric_limits<int32_t>::max();
-  return RoundHalfAwayFromZero(std::clamp(milliminutes * kSemicirclesPerMilliminute, kMin, kMax));
+  return ClampToSemicircles(milliminutes * kSemicirclesPerMilliminute);
 }
 
 int32_t DecimetresToMetres(int32_t decimetres) {

@@ -6,15 +6,22 @@ namespace skyhaul {
 
 // Coordinates are 32-bit semicircles: 2^31 semicircles are 180 degrees, so one is about 9 mm of
 // latitude.
-inline constexpr double kRadiansPerSemicircle = 1.4629180792671596e-9;  // pi / 2^31
-inline constexpr double kDegreesPerRadian = 57.29577951308;
 inline constexpr double kPi = 3.14159265358979323846;
+inline constexpr double kDegreesPerRadian = 180 / kPi;
+inline constexpr double kRadiansPerSemicircle = kPi / 2147483648;
+inline constexpr double kDegreesPerSemicircle = 180.0 / 2147483648;  // exact: a power of 2 divides
 
 // Rounds to the nearest integer, halves away from zero (-0.5 gives -1). The value must fit.
 int32_t RoundHalfAwayFromZero(double value);
 
 double SemicirclesToRadians(int32_t semicircles);
+
+// Exactly, because 180 times any semicircles fits into a double.
 double SemicirclesToDegrees(int32_t semicircles);
+
+// Degrees to the nearest semicircle, halves away from zero. Values outside the type's range are
+// clamped: 180 degrees become the largest number there is, 9 mm before it. Not for a NaN.
+int32_t DegreesToSemicircles(double degrees);
 
 // Radians within -pi..pi to the nearest semicircle. Values outside, pi itself among them, are
 // clamped to the range of the type.

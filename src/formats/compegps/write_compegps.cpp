@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/units.h"
 #include "formats/compegps/compegps_time.h"
 #include "formats/text/scan.h"
 #include "formats/values/numbers.h"
 #include "formats/values/windows_1252.h"
-#include "formats/waypoints/position.h"
 
 namespace skyhaul {
 
@@ -25,7 +25,7 @@ std::string NameWord(std::string_view name) {
 }
 
 void AppendAngle(std::string& text, int32_t semicircles, std::string_view hemispheres) {
-  AppendFixed(text, std::abs(DegreesFromSemicircles(semicircles)), kPositionDecimals);
+  AppendFixed(text, std::abs(SemicirclesToDegrees(semicircles)), kPositionDecimals);
   text += kDegreeSign;
   text += hemispheres[semicircles < 0 ? 1 : 0];
   text += ' ';

@@ -5,8 +5,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "formats/formatgeo/headings.h"
 #include "formats/formatgeo/utm.h"
+#include "core/units.h"
+#include "formats/formatgeo/headings.h"
 #include "formats/text/scan.h"
 #include "formats/waypoints/position.h"
 
@@ -71,7 +72,7 @@ std::string WriteFormatUtm(std::span<const FileWaypoint> waypoints) {
   std::string text = std::string(kUtmHeading).append(kLineEnd);
   for (const FileWaypoint& waypoint : waypoints) {
     const UtmPosition utm =
-        UtmFromDegrees(DegreesFromSemicircles(waypoint.lat), DegreesFromSemicircles(waypoint.lon));
+        UtmFromDegrees(SemicirclesToDegrees(waypoint.lat), SemicirclesToDegrees(waypoint.lon));
     text += NameColumn(waypoint.name) + ' ' + PaddedNumber(utm.zone, 2) + utm.band + "   " +
             PaddedNumber(std::llround(utm.easting_m), kMetreDigits) + "   " +
             PaddedNumber(std::llround(utm.northing_m), kMetreDigits) +

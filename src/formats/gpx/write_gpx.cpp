@@ -1,11 +1,11 @@
 #include "formats/gpx/write_gpx.h"
 
+#include "core/units.h"
 #include "formats/gpx/read_gpx.h"
 #include "formats/text/scan.h"
 #include "formats/values/iso_time.h"
 #include "formats/values/numbers.h"
 #include "formats/values/xml_text.h"
-#include "formats/waypoints/position.h"
 
 namespace skyhaul {
 
@@ -30,9 +30,9 @@ void AppendText(std::string& xml, std::string_view name, std::string_view text) 
 
 void AppendWaypoint(std::string& xml, const FileWaypoint& waypoint) {
   xml += "<wpt lat=\"";
-  AppendFixed(xml, DegreesFromSemicircles(waypoint.lat), kPositionDecimals);
+  AppendFixed(xml, SemicirclesToDegrees(waypoint.lat), kPositionDecimals);
   xml += "\" lon=\"";
-  AppendFixed(xml, DegreesFromSemicircles(waypoint.lon), kPositionDecimals);
+  AppendFixed(xml, SemicirclesToDegrees(waypoint.lon), kPositionDecimals);
   xml += "\">\n<ele>";
   AppendFixed(xml, waypoint.altitude_m, kAltitudeDecimals);
   xml += "</ele>\n";

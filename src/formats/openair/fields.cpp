@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <limits>
 #include <system_error>
 
 #include "core/units.h"
@@ -14,7 +13,6 @@ namespace skyhaul::openair {
 
 namespace {
 
-constexpr double kSemicirclesPerDegree = 2147483648.0 / 180;
 constexpr std::string_view kBlanks = " \t";
 
 bool IsDigit(char letter) {
@@ -40,12 +38,6 @@ bool TakeDegrees(std::string_view& rest, double& degrees) {
     if (number != std::floor(number)) return false;
   }
   return true;
-}
-
-int32_t DegreesToSemicircles(double degrees) {
-  constexpr double kMin = std::numeric_limits<int32_t>::min();
-  constexpr double kMax = std::numeric_limits<int32_t>::max();
-  return RoundHalfAwayFromZero(std::clamp(degrees * kSemicirclesPerDegree, kMin, kMax));
 }
 
 // Degrees and one of two letters.
@@ -77,7 +69,7 @@ Decimals FewestDecimals(double magnitude_semicircles) {
   Decimals decimals;
   for (;;) {
     const double parts_per_semicircle =
-        3600.0 * static_cast<double>(decimals.parts_per_second) / kSemicirclesPerDegree;
+        3600.0 * static_cast<double>(decimals.parts_per_second) * kDegreesPerSemicircle;
     const double angle = std::round(magnitude_semicircles * parts_per_semicircle);
     decimals.angle = static_cast<uint64_t>(angle);
     const double error = angle / parts_per_semicircle - magnitude_semicircles;

@@ -3,9 +3,9 @@
 #include <cmath>
 #include <limits>
 
+#include "core/units.h"
 #include "formats/ozi/ozi_text.h"
 #include "formats/values/numbers.h"
-#include "formats/waypoints/position.h"
 
 namespace skyhaul {
 
@@ -25,9 +25,9 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   text += "-1,";  // no place in a receiver's memory
   text += TextToOzi(waypoint.name, kAnyLength);
   text += ',';
-  AppendFixed(text, DegreesFromSemicircles(waypoint.lat), kPositionDecimals);
+  AppendFixed(text, SemicirclesToDegrees(waypoint.lat), kPositionDecimals);
   text += ',';
-  AppendFixed(text, DegreesFromSemicircles(waypoint.lon), kPositionDecimals);
+  AppendFixed(text, SemicirclesToDegrees(waypoint.lon), kPositionDecimals);
   text += ',';
   if (waypoint.time != 0) AppendSpreadsheetDay(text, waypoint.time, 0);
   // Symbol 0, status 1, shown as name with dot, black on yellow.

@@ -3,30 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
+
+#include "core/units.h"
 
 namespace skyhaul {
-
-namespace {
-
-constexpr double kSemicirclesPerDegree = 2147483648.0 / 180;
-
-int32_t SemicirclesFromDegrees(double degrees) {
-  constexpr double kMax = std::numeric_limits<int32_t>::max();
-  return static_cast<int32_t>(std::min(std::round(degrees * kSemicirclesPerDegree), kMax));
-}
-
-}  // namespace
 
 std::optional<FilePosition> PositionFromDegrees(double lat_deg, double lon_deg) {
   // Written so that a NaN is refused as well.
   if (!(std::fabs(lat_deg) <= 90 && std::fabs(lon_deg) <= 180)) return std::nullopt;
-  return FilePosition{.lat = SemicirclesFromDegrees(lat_deg),
-                      .lon = SemicirclesFromDegrees(lon_deg)};
-}
-
-double DegreesFromSemicircles(int32_t semicircles) {
-  return semicircles / kSemicirclesPerDegree;
+  return FilePosition{.lat = DegreesToSemicircles(lat_deg), .lon = DegreesToSemicircles(lon_deg)};
 }
 
 int64_t AngleInSteps(int32_t semicircles, int32_t steps_per_degree) {

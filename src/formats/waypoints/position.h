@@ -18,9 +18,6 @@ struct FilePosition {
 // it.
 std::optional<FilePosition> PositionFromDegrees(double lat_deg, double lon_deg);
 
-// Semicircles to degrees, exactly.
-double DegreesFromSemicircles(int32_t semicircles);
-
 // The size of an angle, without its sign, in whole steps, halves up: 60,000 steps per degree are
 // thousandths of a minute, 360,000 hundredths of a second. Files that write degrees and minutes cut
 // these, so that no field can round up to 60.

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 
+#include "core/units.h"
 #include "formats/cup/quoted_fields.h"
 #include "formats/cup/read_cup.h"
 #include "formats/cup/write_cup.h"
-#include "formats/waypoints/position.h"
 #include "tests/formats/read_text.h"
 #include "tests/formats/values/sample_waypoints.h"
 
@@ -63,8 +63,8 @@ TEST(ReadCup, ReadsAWaypoint) {
   const FileWaypoint& waypoint = file.waypoints[0];
   EXPECT_EQ(waypoint.name, "LJBL");
   EXPECT_EQ(waypoint.description, "Lesce-Bled");
-  EXPECT_NEAR(DegreesFromSemicircles(waypoint.lat), 46 + 21.666 / 60, 1e-7);
-  EXPECT_NEAR(DegreesFromSemicircles(waypoint.lon), 14 + 10.332 / 60, 1e-7);
+  EXPECT_NEAR(SemicirclesToDegrees(waypoint.lat), 46 + 21.666 / 60, 1e-7);
+  EXPECT_NEAR(SemicirclesToDegrees(waypoint.lon), 14 + 10.332 / 60, 1e-7);
   EXPECT_EQ(waypoint.altitude_m, 504);
   EXPECT_EQ(waypoint.type, kWaypointAirfield);
   EXPECT_EQ(waypoint.time, 0U);
@@ -103,8 +103,8 @@ TEST(ReadCup, ReadsPositionsElevationsAndStyles) {
     const WaypointFile file =
         ReadGood(ReadCup, std::string(kHeading) + "P,,," + std::string(test.fields) + "\n");
     ASSERT_EQ(file.waypoints.size(), 1U) << test.fields;
-    EXPECT_NEAR(DegreesFromSemicircles(file.waypoints[0].lat), test.lat_deg, 1e-7) << test.fields;
-    EXPECT_NEAR(DegreesFromSemicircles(file.waypoints[0].lon), test.lon_deg, 1e-7) << test.fields;
+    EXPECT_NEAR(SemicirclesToDegrees(file.waypoints[0].lat), test.lat_deg, 1e-7) << test.fields;
+    EXPECT_NEAR(SemicirclesToDegrees(file.waypoints[0].lon), test.lon_deg, 1e-7) << test.fields;
     EXPECT_NEAR(file.waypoints[0].altitude_m, test.altitude_m, 1e-9) << test.fields;
     EXPECT_EQ(file.waypoints[0].type == kWaypointAirfield, test.airfield) << test.fields;
   }

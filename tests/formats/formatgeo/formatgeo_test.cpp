@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "core/units.h"
 #include "formats/formatgeo/read_formatgeo.h"
 #include "formats/formatgeo/write_formatgeo.h"
 #include "formats/waypoints/position.h"
@@ -26,8 +27,8 @@ void ExpectRead(decltype(ReadFormatGeo)& read, const std::string& heading, const
   const WaypointFile file = ReadGood(read, heading + "\r\n" + std::string(expected.line) + "\r\n");
   ASSERT_EQ(file.waypoints.size(), 1U);
   const FileWaypoint& waypoint = file.waypoints[0];
-  EXPECT_NEAR(DegreesFromSemicircles(waypoint.lat), expected.lat_deg, tolerance_deg);
-  EXPECT_NEAR(DegreesFromSemicircles(waypoint.lon), expected.lon_deg, tolerance_deg);
+  EXPECT_NEAR(SemicirclesToDegrees(waypoint.lat), expected.lat_deg, tolerance_deg);
+  EXPECT_NEAR(SemicirclesToDegrees(waypoint.lon), expected.lon_deg, tolerance_deg);
   EXPECT_EQ(waypoint.altitude_m, expected.altitude_m);
   EXPECT_EQ(waypoint.name, expected.name);
   EXPECT_EQ(waypoint.description, expected.description);
@@ -158,7 +159,7 @@ TEST(WriteFormatGeo, ComesBackWithinItsResolution) {
       const auto east = static_cast<int32_t>(static_cast<uint32_t>(after.lon) -
                                              static_cast<uint32_t>(before.lon));
       const double east_m = east * kMetresPerSemicircle * 1.002 *
-                            std::cos(DegreesFromSemicircles(before.lat) * 0.017453292519943295);
+                            std::cos(SemicirclesToDegrees(before.lat) * 0.017453292519943295);
       EXPECT_LE(std::fabs(north_m), form.tolerance_m) << before.name;
       EXPECT_LE(std::fabs(east_m), form.tolerance_m) << before.name;
       EXPECT_EQ(after.altitude_m, before.altitude_m);
