@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/geodesic.h"
+#include "core/geodesy/geodesic.h"
 #include "core/units.h"
 
 namespace skyhaul {

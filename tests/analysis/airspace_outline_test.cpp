@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/units.h"
-#include "tests/analysis/exact_geodesic.h"
+#include "tests/core/geodesy/exact_geodesic.h"
 #include "tests/support/airspace_place.h"
 
 namespace skyhaul {

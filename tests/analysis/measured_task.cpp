@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "analysis/geodesic.h"
+#include "core/geodesy/geodesic.h"
 #include "core/units.h"
 
 namespace skyhaul {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "analysis/geodesic.h"
 #include "analysis/task_rules.h"
+#include "core/geodesy/geodesic.h"
 #include "core/units.h"
 #include "formats/igc/read_igc.h"
 #include "instruments/flight_generator.h"

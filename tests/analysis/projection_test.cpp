@@ -7,7 +7,7 @@
 #include <cmath>
 
 #include "core/units.h"
-#include "tests/analysis/exact_geodesic.h"
+#include "tests/core/geodesy/exact_geodesic.h"
 
 namespace skyhaul {
 namespace {

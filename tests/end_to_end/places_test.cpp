@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "analysis/airspace_outline.h"
-#include "analysis/geodesic.h"
+#include "core/geodesy/geodesic.h"
 #include "core/units.h"
 #include "device/job_runner.h"
 #include "formats/cup/read_cup.h"

@@ -3,15 +3,13 @@
 #include <array>
 #include <limits>
 
+#include "core/geodesy/ellipsoid.h"
 #include "core/units.h"
 
 namespace skyhaul {
 
 namespace {
 
-constexpr double kSemiMajorAxis_m = 6378137;
-constexpr double kFlattening = 1 / 298.257223563;
-constexpr double kEccentricitySquared = kFlattening * (2 - kFlattening);
 constexpr double kRounding_m = 1e-6;  // more than what sums of coordinates lose
 
 constexpr double kSeriesExtent_m = 2e6;

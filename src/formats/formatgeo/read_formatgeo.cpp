@@ -4,8 +4,8 @@
 #include <cmath>
 #include <optional>
 
+#include "core/geodesy/utm.h"
 #include "formats/formatgeo/headings.h"
-#include "formats/formatgeo/utm.h"
 #include "formats/text/charset.h"
 #include "formats/text/scan.h"
 #include "formats/values/pieces.h"

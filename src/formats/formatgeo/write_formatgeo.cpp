@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "formats/formatgeo/utm.h"
+#include "core/geodesy/utm.h"
 #include "core/units.h"
 #include "formats/formatgeo/headings.h"
 #include "formats/text/scan.h"

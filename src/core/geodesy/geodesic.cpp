@@ -1,8 +1,9 @@
-#include "analysis/geodesic.h"
+#include "core/geodesy/geodesic.h"
 
 #include <cmath>
 #include <optional>
 
+#include "core/geodesy/ellipsoid.h"
 #include "core/units.h"
 
 // The symbols are the paper's: U reduced latitude, sigma arc on the auxiliary sphere, sigma_m its
@@ -13,9 +14,6 @@ namespace skyhaul {
 
 namespace {
 
-constexpr double kFlattening = 1 / 298.257223563;
-constexpr double kSemiMinorAxis_m = 6356752.314245179;
-constexpr double kSecondEccentricitySquared = 0.006739496742276435;
 constexpr double kTolerance_rad = 1e-12;  // 6 micrometres on the ground
 
 // Rounding may carry the angle between positions on opposite meridians a little above pi.
@@ -31,7 +29,7 @@ struct Series {
   double b;
 };
 
-// What one round of the inverse method knows of the arc.
+// The arc between the two positions, from one round of the inverse method.
 struct Arc {
   double sigma;
   double sin_sigma;
@@ -85,14 +83,15 @@ Arc ArcOf(const ReducedLatitude& u1, const ReducedLatitude& u2, double lambda) {
   if (arc.sin_sigma == 0) return arc;
   arc.sin_alpha = u1.cos * u2.cos * std::sin(lambda) / arc.sin_sigma;
   arc.cos_sq_alpha = 1 - arc.sin_alpha * arc.sin_alpha;
-  // On the equator the middle is anywhere; it is multiplied by zero then.
+  // On the equator the middle of the arc is not defined. Everything it enters is multiplied by
+  // cos_sq_alpha, which is 0 there.
   const bool on_equator = arc.cos_sq_alpha <= 0;
   arc.cos_2sigma_m = on_equator ? 0 : arc.cos_sigma - 2 * u1.sin * u2.sin / arc.cos_sq_alpha;
   return arc;
 }
 
-// Nothing when lambda does not settle, or settles beyond half a turn: then the shortest way does
-// not go this way round.
+// Iterates equation 11. Empty when lambda does not settle, or settles beyond half a turn: the
+// shortest way then goes round the other side.
 std::optional<double> SolveLambda(const ReducedLatitude& u1, const ReducedLatitude& u2,
                                   double longitude_rad) {
   double lambda = longitude_rad;
@@ -127,6 +126,7 @@ GeodesicCourse GeodesicInverse(double lat1_rad, double lon1_rad, double lat2_rad
       SolveLambda(u1, u2, std::remainder(lon2_rad - lon1_rad, 2 * kPi));
   if (!lambda) return kNone;
   const Arc arc = ArcOf(u1, u2, *lambda);
+  // sin_sigma is 0 between equal positions, and between antipodes that were not refused above.
   if (arc.sin_sigma == 0) return arc.cos_sigma > 0 ? GeodesicCourse{} : kNone;
 
   // Equations 19 and 20.
@@ -148,7 +148,7 @@ GeodesicPosition GeodesicDestination(double lat_rad, double lon_rad, double bear
   const double cos_sq_alpha = 1 - sin_alpha * sin_alpha;
   const Series series = SeriesOf(cos_sq_alpha);
 
-  // Each round shrinks the error by about 600, so that 10 are more than enough.
+  // Equation 7. Each round shrinks the error by about 600, so that 10 are more than enough.
   const double first_sigma = distance_m / (kSemiMinorAxis_m * series.a);
   double sigma = first_sigma;
   for (int i = 0; i < 10; ++i) {
@@ -156,7 +156,7 @@ GeodesicPosition GeodesicDestination(double lat_rad, double lon_rad, double bear
             DeltaSigma(series.b, std::sin(sigma), std::cos(sigma), std::cos(2 * sigma1 + sigma));
   }
 
-  // Equations 8 and 9.
+  // Equations 8 and 9. The hypotenuse keeps the latitude of a pole exact.
   const double sin_sigma = std::sin(sigma);
   const double cos_sigma = std::cos(sigma);
   const double across = u1.sin * sin_sigma - u1.cos * cos_sigma * cos_bearing;

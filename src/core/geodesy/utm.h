@@ -4,11 +4,9 @@
 
 namespace skyhaul {
 
-// The universal transverse Mercator grid on WGS-84. Formulas: Krueger's series of 1912 to the sixth
-// power of the third flattening, in the form of C. F. F. Karney, "Transverse Mercator with an
-// accuracy of a few nanometers", Journal of Geodesy 85 (2011), 475-485. The series is cut off below
-// 5 nm within 3900 km of the central meridian; with the rounding of double arithmetic the error
-// both ways is below 1 micrometre everywhere in a zone and its neighbours.
+// The universal transverse Mercator grid on WGS-84: zones, bands and coordinates as in the United
+// States' Defense Mapping Agency, "The Universal Grids", TM 8358.2, 1989. Coordinates are right to
+// 1 micrometre everywhere in a zone and its neighbours, both ways; see transverse_mercator.h.
 
 struct UtmPosition {
   int zone = 0;           // 1..60
@@ -35,10 +33,10 @@ struct UtmDegrees {
 };
 
 // The place of a grid position. The zone is taken as given, because a list often keeps to one zone
-// where its places spread into the next. Nothing for a zone or a letter that does not exist (small
-// letters do), an easting outside 0..1,000,000, a northing beyond the pole or the equator, or a
-// letter more than a degree off the latitude found; only N is also taken for the whole northern
-// hemisphere, because many lists mean that by it.
+// where its places spread into the next. Empty when there is no such zone or letter (small letters
+// are taken), the easting is outside 0..1,000,000, the northing is beyond the pole or the equator,
+// or the letter's band is more than a degree from the latitude. The letter N is taken for the whole
+// northern hemisphere as well, because many lists mean that by it.
 std::optional<UtmDegrees> DegreesFromUtm(const UtmPosition& position);
 
 }  // namespace skyhaul

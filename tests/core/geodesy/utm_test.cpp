@@ -1,7 +1,7 @@
 // Holds the grid against GeographicLib: its zones, and its exact transverse Mercator, which is
 // computed from elliptic functions instead of a series.
 
-#include "formats/formatgeo/utm.h"
+#include "core/geodesy/utm.h"
 
 #include <gtest/gtest.h>
 

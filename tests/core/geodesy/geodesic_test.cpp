@@ -1,4 +1,4 @@
-#include "analysis/geodesic.h"
+#include "core/geodesy/geodesic.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <random>
 
 #include "core/units.h"
-#include "tests/analysis/exact_geodesic.h"
+#include "tests/core/geodesy/exact_geodesic.h"
 
 namespace skyhaul {
 namespace {
