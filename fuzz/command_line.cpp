@@ -8,6 +8,7 @@
 
 #include "app/command_line/characters.h"
 #include "app/command_line/from_arguments.h"
+#include "app/command_line/keywords.h"
 #include "app/command_line/parse.h"
 #include "app/command_line/tokeniser.h"
 
@@ -21,25 +22,12 @@ void Require(bool holds) {
 }
 
 void CheckLimits(const CommandLineBlock& block) {
-  const struct {
-    const std::string& text;
-    size_t max_characters;
-  } texts[] = {
-      {block.port_text, skyhaul::kMaxPortText},
-      {block.file, skyhaul::kMaxFileName},
-      {block.waypoint_source, skyhaul::kMaxFileName},
-      {block.waypoint_destination, skyhaul::kMaxFileName},
-      {block.user_name, skyhaul::kMaxUserName},
-      {block.log_file, skyhaul::kMaxFileName},
-      {block.pilot, skyhaul::kMaxPilot},
-      {block.identifier, skyhaul::kMaxIdentifier},
-      {block.notify_client, skyhaul::kMaxNotifyClient},
-      {block.competition_directory, skyhaul::kMaxFileName},
-      {block.flight_score_file, skyhaul::kMaxFileName},
-  };
-  for (const auto& entry : texts) {
-    Require(CutToCharacters(entry.text, entry.max_characters) == entry.text);
-    Require(entry.text.size() <= entry.max_characters * skyhaul::kMaxBytesPerCharacter);
+  Require(CutToCharacters(block.port_text, skyhaul::kMaxPortText) == block.port_text);
+  for (const skyhaul::Keyword& keyword : skyhaul::Keywords()) {
+    if (keyword.text == nullptr) continue;
+    const std::string& text = block.*keyword.text;
+    Require(CutToCharacters(text, keyword.max_characters) == text);
+    Require(text.size() <= keyword.max_characters * skyhaul::kMaxBytesPerCharacter);
   }
   Require(block.port_number <= skyhaul::kMaxPort);
   Require(block.tracks.size() <= skyhaul::kMaxTracks);
@@ -70,7 +58,7 @@ void CheckArgument(const std::string& value) {
   if (value.find_first_of(std::string("\"\0", 2)) != std::string::npos) return;
   const std::string arguments[] = {"/EXIT", "/PILOT=" + value, "/USB"};
   const skyhaul::ArgumentText rebuilt = skyhaul::CommandTextFromArguments(
-      arguments, [](const std::string& /*path*/) { return false; });
+      arguments, {}, [](const std::string& /*path*/) { return false; });
   int items = 0;
   const auto take = [&](const skyhaul::Item& item) {
     if (++items == 2) Require(item.value == CutToCharacters(value, skyhaul::kMaxValue));

@@ -31,16 +31,12 @@ int RunLongOptions(const Operation& operation, const std::vector<std::string>& a
   return RunLongCommand(NativePlatform(), operation, options);
 }
 
-ArgumentText GivenText(const ProgramArguments& arguments) {
-  if (ReadsAsSwitches(arguments.text)) return {.files = {}, .text = arguments.text};
-  return CommandTextFromArguments(arguments.words, FileExists);
-}
-
 int RunSwitches(const Operation& operation, const ProgramArguments& arguments, Console& console) {
   CommandLineBlock block;
   std::string message;
   const CommandLineHost host = {.is_port_name = IsPortName};
-  if (ParseArguments(GivenText(arguments), host, block, message) != 0) {
+  const ArgumentText given = CommandTextFromArguments(arguments.words, arguments.text, FileExists);
+  if (ParseArguments(given, host, block, message) != 0) {
     ShowMessage(operation, message, kCommandLineTitle);
     return kExitBadCommandLine;
   }

@@ -9,24 +9,22 @@ namespace skyhaul {
 
 using FileExistsFunction = std::function<bool(const std::string& path)>;
 
-// What the arguments of a program say.
+// What a program's arguments come to.
 struct ArgumentText {
   std::vector<std::string> files;  // arguments that are existing files, whatever they look like
   std::string text;                // the rest as a command line to parse
+
+  friend bool operator==(const ArgumentText&, const ArgumentText&) = default;
 };
 
-// True for a command line that can be parsed as it was typed: switches, with quotes around values
-// only. Splitting it first would do harm, because a value like "C:\My flights\" ends in what the
-// system's rules take for an escaped quote. Some shells and programs put the quotes around whole
-// switches; those have to be split.
-bool ReadsAsSwitches(const std::string& text);
-
-// The command line where a shell has split it and taken its quotes away. Every argument after the
-// program's name is a file that exists or one switch, so '/PILOT=First Last' becomes
-// /PILOT="First Last". A value that begins with a double quote or holds one is kept as it is:
-// quotes in quotes cannot be written. Arguments that do not begin with a switch are the words of
-// one file name.
-ArgumentText CommandTextFromArguments(std::span<const std::string> arguments,
+// The command line of a program that was called with these words, whose quotes the system or a
+// shell has taken away. typed is the same before it was split, empty where the system does not keep
+// it; it is preferred when it can be parsed as it stands: switches with quotes around values only,
+// or with one pair of quotes around all of them. Otherwise every word is a file that exists or one
+// switch, so '/PILOT=First Last' becomes /PILOT="First Last"; a single word may hold all switches.
+// A value that holds a double quote stays as it is: quotes in quotes cannot be written. Words that
+// do not begin with a switch are the words of one file name.
+ArgumentText CommandTextFromArguments(std::span<const std::string> words, const std::string& typed,
                                       const FileExistsFunction& file_exists);
 
 }  // namespace skyhaul

@@ -3,39 +3,32 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace skyhaul {
 namespace {
 
-ArgumentText Convert(const std::vector<std::string>& arguments, const std::string& existing = {}) {
+using Words = std::vector<std::string>;
+
+ArgumentText Convert(const Words& words, const std::string& existing = {},
+                     const std::string& typed = {}) {
   return CommandTextFromArguments(
-      arguments, [&](const std::string& path) { return !existing.empty() && path == existing; });
+      words, typed, [&](const std::string& path) { return !existing.empty() && path == existing; });
 }
 
 TEST(FromArguments, ExistingFilesAreFilesWhateverTheyLookLike) {
-  for (const char* name :
-       {"flight.igc", "/tmp/flight.igc", "my flight.igc", "\"quoted\".igc", "/PILOT=First Last"}) {
-    const ArgumentText result = Convert({name}, name);
-    EXPECT_EQ(result.files, std::vector<std::string>{name});
-    EXPECT_EQ(result.text, "");
+  for (const char* name : {"my flight.igc", "/tmp/a.igc", "\"quoted\".igc", "/PILOT=First Last"}) {
+    EXPECT_EQ(Convert({name}, name), (ArgumentText{.files = {name}, .text = ""}));
   }
-  const ArgumentText between = Convert({"/EXIT", "/a/flight.igc", "/USB"}, "/a/flight.igc");
-  EXPECT_EQ(between.files, std::vector<std::string>{"/a/flight.igc"});
-  EXPECT_EQ(between.text, "/EXIT /USB");
+  EXPECT_EQ(Convert({"/EXIT", "/a/flight.igc", "/USB"}, "/a/flight.igc"),
+            (ArgumentText{.files = {"/a/flight.igc"}, .text = "/EXIT /USB"}));
 }
 
-TEST(FromArguments, RebuildsTheCommandLine) {
-  const struct {
-    std::vector<std::string> arguments;
-    const char* text;
-  } cases[] = {
-      {{}, ""},
+TEST(FromArguments, RebuildsTheCommandLineFromWords) {
+  const std::pair<Words, const char*> cases[] = {
       {{""}, ""},
-      {{"/EXIT"}, "/EXIT"},
-      {{"/GPS=IQCOMPEO", "/COM=1"}, "/GPS=IQCOMPEO /COM=1"},
       {{"/PILOT=First Last", "/EXIT"}, "/PILOT=\"First Last\" /EXIT"},
-      {{"/PILOT=First\tLast"}, "/PILOT=\"First\tLast\""},
       {{"/PILOT= "}, "/PILOT=\" \""},
       {{"/PILOT=a=b c"}, "/PILOT=\"a=b c\""},
       {{"/PILOT=\"First Last\""}, "/PILOT=\"First Last\""},
@@ -43,34 +36,35 @@ TEST(FromArguments, RebuildsTheCommandLine) {
       {{"/PILOT="}, "/PILOT="},
       {{"", "/EXIT", "", "/USB"}, "/EXIT /USB"},
       {{"/EXIT", "name=a b"}, "/EXIT name=a b"},
-      {{"missing.igc"}, "missing.igc"},
-      {{"my", "flight.igc"}, "my flight.igc"},
       {{"my", "/x=a b"}, "my /x=a b"},
+      // One word with all switches, unless it is a value that holds " /".
+      {{"/GPS=IQCOMPEO /EXIT"}, "/GPS=IQCOMPEO /EXIT"},
+      {{"/IGC2KML=/my /flight.igc"}, "/IGC2KML=\"/my /flight.igc\""},
+      {{"/PILOT=A /EXIT", "/USB"}, "/PILOT=\"A /EXIT\" /USB"},
+      {{"\"/GPS=IQCOMPEO /EXIT\""}, "\"/GPS=IQCOMPEO /EXIT\""},
   };
-  for (const auto& c : cases) {
-    const ArgumentText result = Convert(c.arguments);
-    EXPECT_TRUE(result.files.empty());
-    EXPECT_EQ(result.text, c.text);
+  for (const auto& [words, text] : cases) {
+    EXPECT_EQ(Convert(words), (ArgumentText{.files = {}, .text = text}));
   }
 }
 
-TEST(FromArguments, AWholeCommandLineIsKeptWhenItsQuotesStandAroundValues) {
-  const struct {
-    const char* text;
-    bool reads;
-  } cases[] = {
-      {"/EXIT", true},
+TEST(FromArguments, TextIsTakenAsTypedWhenItsQuotesStandAroundValuesOrAroundAll) {
+  const std::pair<const char*, bool> cases[] = {
       {"/IGC_LOG=\"C:\\My flights\\\" /EXIT", true},
-      {"/igc_log=flights  /PILOT=\"First Last\"", true},
-      {"", false},
-      {"flight.igc", false},
-      {"\"C:\\My flights\\a.igc\"", false},
-      {"--info flight.igc", false},
+      {"\"/GPS=IQCOMPEO /EXIT\"", true},
+      {"\"/GPS=IQCOMPEO /EXIT\" dropped", true},
+      {"\"/EXIT\" ", true},
+      {"\"/EXIT\" /USB", false},
       {"\"/PILOT=First Last\" /EXIT", false},
+      {"\"/PILOT=First", false},
+      {"", false},
+      {"\"C:\\My flights\\a.igc\"", false},
       {"/EXIT \"/PILOT=First Last\"", false},
       {"/EXIT flight.igc", false},
   };
-  for (const auto& c : cases) EXPECT_EQ(ReadsAsSwitches(c.text), c.reads) << c.text;
+  for (const auto& [typed, as_typed] : cases) {
+    EXPECT_EQ(Convert({"split"}, {}, typed).text, as_typed ? typed : "split");
+  }
 }
 
 }  // namespace
