@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -29,32 +30,6 @@ enum AccessType : uint32_t {
   kEraseWaypoints = 10,
 };
 inline constexpr uint32_t kAccessTypes = 11;
-
-// The instrument families.
-enum ProtocolType : uint32_t {
-  kGarminSerial = 0,
-  kNmeaLogger = 1,
-  kTopNavigator = 2,
-  kMlrLogit = 3,
-  kFlytec = 4,
-  kGraviter = 5,
-  kMagellan = 6,
-  kXcTrainer = 7,
-  kGarminUsb = 8,
-  kAircotecSecondReader = 9,
-  kAircotecSecondReaderXonXoff = 10,
-  kFlytecAllTracks = 11,
-  kFlymaster = 12,
-  kDsx = 13,
-  kNmeaLoggerSame = 14,
-  kMtkLogger = 15,
-  kFlytec6015 = 16,
-  kDigiflyAir = 17,
-  kNmeaLoggerTracks = 18,
-  kAscent = 19,
-  kSyride = 20,
-};
-inline constexpr uint32_t kProtocolTypes = 21;
 
 // What a job reads, or on entry what it is to write.
 struct JobData {
@@ -84,9 +59,9 @@ struct Job {
   Operation operation;
   SerialLink link;
   uint32_t access_type = 0;
-  uint32_t protocol_type = 0;
-  int32_t parameter = 0;     // meaning per family
-  bool join_tracks = false;  // several tracks become one log, which must not overlap or have gaps
+  uint32_t protocol_type = 0;  // the place in the job table
+  int32_t parameter = 0;       // meaning per family
+  bool join_tracks = false;    // several tracks become one log, which must not overlap or have gaps
   PositionReports reports;
 
   // Results.
@@ -101,13 +76,17 @@ struct Job {
 
 using JobProcedure = int (*)(Job& job);
 
-// The procedure of each access type (row) and protocol type (column); null: not supported.
-using JobTable = std::array<std::array<JobProcedure, kProtocolTypes>, kAccessTypes>;
+// One protocol type: a conversation that a family's instruments hold, and the port it needs.
+struct ProtocolJobs {
+  std::array<JobProcedure, kAccessTypes> procedures = {};  // by access type; null: not supported
+  bool xon_xoff = false;  // flow control when the driver changes the port's speed
+  bool on_usb = false;    // not on a serial port, so no serial port is tried for it
+};
+
+// All protocol types; the place of each is its number.
+using JobTable = std::span<const ProtocolJobs>;
 
 // Called on the job thread when the procedure has ended; may take the job's data and texts over.
 using JobCompletion = void (*)(void* context, Job& job);
-
-// XON/XOFF is used by the families whose instruments ask for it.
-bool UsesXonXoff(uint32_t protocol_type);
 
 }  // namespace skyhaul

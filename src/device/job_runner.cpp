@@ -70,30 +70,31 @@ void JoinEndedThread(Runner& runner) {
   runner.thread_platform = nullptr;
 }
 
-const char* StartRefusal(const JobTable& table, const JobRequest& request) {
+const char* StartRefusal(JobTable table, const JobRequest& request) {
   if (request.access_type >= kAccessTypes) return "Bad access type";
-  if (request.protocol_type >= kProtocolTypes) return "Bad protocol type";
-  if (table[request.access_type][request.protocol_type] == nullptr) {
+  if (request.protocol_type >= table.size()) return "Bad protocol type";
+  if (table[request.protocol_type].procedures[request.access_type] == nullptr) {
     return "Unsupported access function";
   }
   return nullptr;
 }
 
-void SetUpLink(SerialLink& link, const JobRequest& request, Operation& operation) {
+void SetUpLink(SerialLink& link, const ProtocolJobs& protocol, const JobRequest& request,
+               Operation& operation) {
   link.platform = request.platform;
   link.operation = &operation;
   link.attempts = request.attempts;
-  link.xon_xoff = UsesXonXoff(request.protocol_type);
+  link.xon_xoff = protocol.xon_xoff;
   link.port_name = request.port.configured.substr(0, kMaxPortName);
-  if (request.protocol_type == kGarminUsb) return;
+  if (protocol.on_usb) return;
   link.automatic = request.port.automatic;
   if (link.automatic) link.candidates = CandidatePorts(*request.platform, link.port_name);
 }
 
-std::unique_ptr<RunningJob> MakeJob(const JobTable& table, JobRequest& request) {
+std::unique_ptr<RunningJob> MakeJob(const ProtocolJobs& protocol, JobRequest& request) {
   std::unique_ptr<RunningJob> running(new (std::nothrow) RunningJob);
   if (running == nullptr) return running;
-  running->procedure = table[request.access_type][request.protocol_type];
+  running->procedure = protocol.procedures[request.access_type];
   running->completion = request.completion;
   running->completion_context = request.completion_context;
   Job& job = running->job;
@@ -104,13 +105,13 @@ std::unique_ptr<RunningJob> MakeJob(const JobTable& table, JobRequest& request) 
   job.join_tracks = request.join_tracks;
   job.reports = std::move(request.reports);
   job.data = std::move(request.data);
-  SetUpLink(job.link, request, job.operation);
+  SetUpLink(job.link, protocol, request, job.operation);
   return running;
 }
 
 }  // namespace
 
-int StartJob(const JobTable& table, JobRequest request) {
+int StartJob(JobTable table, JobRequest request) {
   Operation teller;
   teller.shell = request.shell;
   Runner& runner = TheRunner();
@@ -125,7 +126,7 @@ int StartJob(const JobTable& table, JobRequest request) {
   if (const char* refusal = StartRefusal(table, request)) return refuse(refusal, kTitle);
   if (runner.current != nullptr) return refuse("Port/USB is being used", kTitle);
   JoinEndedThread(runner);
-  std::unique_ptr<RunningJob> running = MakeJob(table, request);
+  std::unique_ptr<RunningJob> running = MakeJob(table[request.protocol_type], request);
   if (running == nullptr) return refuse("Access data block memory allocation", kTitle);
   ClearTrace();
 

@@ -17,7 +17,7 @@ struct JobRequest {
   const Platform* platform = nullptr;
   const Shell* shell = nullptr;
   uint32_t access_type = 0;
-  uint32_t protocol_type = 0;
+  uint32_t protocol_type = 0;  // the place in the job table
   int32_t parameter = 0;
   bool join_tracks = false;
   PortChoice port;
@@ -32,7 +32,7 @@ struct JobRequest {
 // Returns 0 when the thread runs, or -1 after a message titled "GPS access" (or "API32 call"); a
 // job that is running then is left untouched. The completion routine is called only after a start
 // that returned 0.
-int StartJob(const JobTable& table, JobRequest request);
+int StartJob(JobTable table, JobRequest request);
 
 // Asks the current job to stop: it ends at its next look at the abort flag. Returns 0, or -1 when
 // there is none, after a message when shell is not null.

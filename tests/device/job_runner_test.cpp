@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 
 #include "tests/support/job_bench.h"
@@ -51,12 +52,17 @@ void Take(void* context, Job& job) {
   ++outcome.calls;
 }
 
+// The protocol types of these tests.
+constexpr uint32_t kQuick = 0;
+constexpr uint32_t kWaiting = 1;
+constexpr uint32_t kQuiet = 2;
+
 struct JobRunnerTest : testing::Test, JobBench {
   JobRunnerTest() {
-    table[kReadWaypoints][kMagellan] = Succeed;
-    table[kReadTrackLog][kMagellan] = Fail;
-    table[kEraseWaypoints][kSyride] = WaitForTest;
-    table[kReadCtrList][kFlytec] = BecomeQuiet;
+    table[kQuick].procedures[kReadWaypoints] = Succeed;
+    table[kQuick].procedures[kReadTrackLog] = Fail;
+    table[kWaiting].procedures[kEraseWaypoints] = WaitForTest;
+    table[kQuiet].procedures[kReadCtrList] = BecomeQuiet;
   }
 
   int Start(uint32_t access_type, uint32_t protocol_type) {
@@ -69,16 +75,16 @@ struct JobRunnerTest : testing::Test, JobBench {
   }
 
   Outcome outcome;
-  JobTable table{};
+  std::array<ProtocolJobs, 3> table = {};
 };
 
 constexpr uint32_t kLong_ms = 60000;
 
 TEST_F(JobRunnerTest, RefusesInTheGivenOrder) {
   const std::tuple<uint32_t, uint32_t, const char*> cases[] = {
-      {11, 21, "GPS access: Bad access type"},
-      {10, 21, "GPS access: Bad protocol type"},
-      {kReadProductData, kFlytec, "GPS access: Unsupported access function"},
+      {11, 3, "GPS access: Bad access type"},
+      {10, 3, "GPS access: Bad protocol type"},
+      {kReadProductData, kQuiet, "GPS access: Unsupported access function"},
   };
   for (const auto& [access_type, protocol_type, message] : cases) {
     EXPECT_EQ(Start(access_type, protocol_type), -1);
@@ -90,7 +96,7 @@ TEST_F(JobRunnerTest, RefusesInTheGivenOrder) {
 
 TEST_F(JobRunnerTest, RunsCompletesAndForgets) {
   TraceText("of the job before");
-  ASSERT_EQ(Start(kReadWaypoints, kMagellan), 0);
+  ASSERT_EQ(Start(kReadWaypoints, kQuick), 0);
   ASSERT_TRUE(WaitForJobEnd(kLong_ms));
   EXPECT_EQ(outcome.calls, 1);
   EXPECT_EQ(outcome.result, 3);
@@ -99,7 +105,7 @@ TEST_F(JobRunnerTest, RunsCompletesAndForgets) {
   EXPECT_FALSE(JobRunning());
   EXPECT_EQ(TraceContents(), "");
 
-  ASSERT_EQ(Start(kReadTrackLog, kMagellan), 0);
+  ASSERT_EQ(Start(kReadTrackLog, kQuick), 0);
   ASSERT_TRUE(WaitForJobEnd(kLong_ms));
   EXPECT_EQ(outcome.result, -1);
   EXPECT_TRUE(LastJobFailed());
@@ -109,11 +115,11 @@ TEST_F(JobRunnerTest, RunsCompletesAndForgets) {
 
 TEST_F(JobRunnerTest, OneAtATimeAndAbort) {
   may_end = false;
-  ASSERT_EQ(Start(kEraseWaypoints, kSyride), 0);
+  ASSERT_EQ(Start(kEraseWaypoints, kWaiting), 0);
   EXPECT_FALSE(WaitForJobEnd(1));
   EXPECT_TRUE(JobRunning());
   TraceText("of the running job");
-  EXPECT_EQ(Start(kReadWaypoints, kMagellan), -1);
+  EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
   EXPECT_EQ(recorder.messages.back(), "GPS access: Port/USB is being used");
   EXPECT_EQ(TraceContents(), "of the running job");
   const uint64_t before_ns = bench.now_ns;
@@ -137,23 +143,23 @@ TEST_F(JobRunnerTest, OneAtATimeAndAbort) {
 }
 
 TEST_F(JobRunnerTest, AQuietJobStaysCurrentUntilItIsReleased) {
-  ASSERT_EQ(Start(kReadCtrList, kFlytec), 0);
+  ASSERT_EQ(Start(kReadCtrList, kQuiet), 0);
   ASSERT_TRUE(WaitForJobEnd(kLong_ms));
   EXPECT_TRUE(recorder.statuses.empty());
   EXPECT_FALSE(JobRunning());
-  EXPECT_EQ(Start(kReadWaypoints, kMagellan), -1);
+  EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
   EXPECT_EQ(recorder.messages.back(), "GPS access: Port/USB is being used");
   ReleaseQuietJob();
-  EXPECT_EQ(Start(kReadWaypoints, kMagellan), 0);
+  EXPECT_EQ(Start(kReadWaypoints, kQuick), 0);
   ASSERT_TRUE(WaitForJobEnd(kLong_ms));
 }
 
 TEST_F(JobRunnerTest, ASystemWithoutThreadsIsToldAndLeavesNothingBehind) {
   bench.no_threads = true;
-  EXPECT_EQ(Start(kReadWaypoints, kMagellan), -1);
+  EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
   EXPECT_EQ(recorder.messages.back(), "API32 call: Could not create GPS access thread");
   bench.no_threads = false;
-  EXPECT_EQ(Start(kReadWaypoints, kMagellan), 0);
+  EXPECT_EQ(Start(kReadWaypoints, kQuick), 0);
   ASSERT_TRUE(WaitForJobEnd(kLong_ms));
   EXPECT_EQ(outcome.calls, 1);
 }

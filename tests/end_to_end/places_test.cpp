@@ -12,7 +12,7 @@
 #include "formats/cup/read_cup.h"
 #include "formats/gpx/read_gpx.h"
 #include "formats/openair/read_openair.h"
-#include "protocols/job_table.h"
+#include "protocols/families.h"
 #include "tests/end_to_end/program.h"
 #include "tests/support/recording_shell.h"
 

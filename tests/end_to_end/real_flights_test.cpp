@@ -6,7 +6,7 @@
 #include <map>
 #include <vector>
 
-#include "app/command_line/settings_block.h"
+#include "app/command_line/command_line_block.h"
 #include "core/units.h"
 #include "formats/igc/read_igc.h"
 #include "protocols/flytec/track_receiver.h"

@@ -2,41 +2,14 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <initializer_list>
+#include <iterator>
+#include <string_view>
+
+#include "protocols/families.h"
 
 namespace skyhaul {
 
 namespace {
-
-using GpsTypeSet = uint32_t;  // bit n stands for the type with the code n
-
-constexpr GpsTypeSet kAllGpsTypes = (GpsTypeSet{1} << kGpsTypeNames.size()) - 1;
-
-constexpr GpsTypeSet Only(std::initializer_list<GpsType> types) {
-  GpsTypeSet set = 0;
-  for (const GpsType type : types) set |= GpsTypeSet{1} << static_cast<uint32_t>(type);
-  return set;
-}
-
-constexpr GpsTypeSet AllBut(std::initializer_list<GpsType> types) {
-  return kAllGpsTypes & ~Only(types);
-}
-
-constexpr GpsTypeSet kTrackLogTypes = AllBut({GpsType::kMlrc});
-constexpr GpsTypeSet kIgcTypes = AllBut({GpsType::kTopnav, GpsType::kGraviter, GpsType::kMlrc});
-constexpr GpsTypeSet kWaypointReadTypes =
-    Only({GpsType::kGarmin, GpsType::kMlr, GpsType::kIqCompeo, GpsType::kFlymaster, GpsType::kMlrc,
-          GpsType::kIqBasic, GpsType::kLeonardo, GpsType::kDigiflyAir, GpsType::kSyride,
-          GpsType::kFlymasterOld});
-constexpr GpsTypeSet kWaypointWriteTypes =
-    Only({GpsType::kGarmin, GpsType::kMlr, GpsType::kTopnav, GpsType::kIqCompeo, GpsType::kMagellan,
-          GpsType::kXcTrainer, GpsType::kFlymaster, GpsType::kIqBasic, GpsType::kLeonardo,
-          GpsType::kDigiflyAir, GpsType::kSyride, GpsType::kFlymasterOld});
-constexpr GpsTypeSet kAirspaceTypes = Only({GpsType::kGarmin, GpsType::kIqCompeo});
-constexpr GpsTypeSet kUserNameTypes = Only({GpsType::kFlymaster, GpsType::kFlymasterOld});
-constexpr GpsTypeSet kFlightListTypes =
-    Only({GpsType::kIqCompeo, GpsType::kFlymaster, GpsType::kIqBasic, GpsType::kLeonardo,
-          GpsType::kAscent, GpsType::kDigiflyAir, GpsType::kSyride, GpsType::kFlymasterOld});
 
 constexpr std::string_view kNoTrackLog = "Unsupported GPS for track log download";
 constexpr std::string_view kNoIgc = "Unsupported GPS for IGC track log download";
@@ -48,35 +21,36 @@ constexpr std::string_view kNoFlightList = "Unsupported GPS for flightlist downl
 
 struct DeviceCheck {
   Command command;
-  bool checks_usb;  // USB is for Garmin instruments only
-  GpsTypeSet gps_types;
+  bool checks_usb;   // /USB is refused for instruments without it
+  uint32_t service;  // what the instrument must offer
   std::string_view message;
 };
 
 // A command that is not listed talks to no instrument.
 constexpr DeviceCheck kDeviceChecks[] = {
-    {Command::kTrackLogToKml, true, kTrackLogTypes, kNoTrackLog},
-    {Command::kTrackLogToOzi, true, kTrackLogTypes, kNoTrackLog},
-    {Command::kTrackLogToIgc, true, kIgcTypes, kNoIgc},
-    {Command::kTrackLogToMapSource, true, kTrackLogTypes, kNoTrackLog},
-    {Command::kDownloadWaypoints, true, kWaypointReadTypes, kNoWaypointRead},
-    {Command::kUploadWaypoints, true, kWaypointWriteTypes, kNoWaypointWrite},
-    {Command::kUploadWaypointsSecondForm, true, kWaypointWriteTypes, kNoWaypointWrite},
-    {Command::kCompetitionTrackLog, true, kTrackLogTypes, kNoTrackLog},
-    {Command::kUploadAirspace, true, kAirspaceTypes, kNoAirspace},
-    {Command::kUploadUserName, false, kUserNameTypes, kNoUserName},
-    {Command::kDownloadGeographicWaypoints, true, kWaypointReadTypes, kNoWaypointRead},
-    {Command::kFlightList, false, kFlightListTypes, kNoFlightList},
+    {Command::kTrackLogToKml, true, kTrackLogs, kNoTrackLog},
+    {Command::kTrackLogToOzi, true, kTrackLogs, kNoTrackLog},
+    {Command::kTrackLogToIgc, true, kIgcLogs, kNoIgc},
+    {Command::kTrackLogToMapSource, true, kTrackLogs, kNoTrackLog},
+    {Command::kDownloadWaypoints, true, kWaypointDownload, kNoWaypointRead},
+    {Command::kUploadWaypoints, true, kWaypointUpload, kNoWaypointWrite},
+    {Command::kUploadWaypointsSecondForm, true, kWaypointUpload, kNoWaypointWrite},
+    {Command::kCompetitionTrackLog, true, kTrackLogs, kNoTrackLog},
+    {Command::kUploadAirspace, true, kAirspaceUpload, kNoAirspace},
+    {Command::kUploadUserName, false, kUserNameUpload, kNoUserName},
+    {Command::kDownloadGeographicWaypoints, true, kWaypointDownload, kNoWaypointRead},
+    {Command::kFlightList, false, kFlightLists, kNoFlightList},
 };
 
 std::string_view DeviceRefusal(const CommandLineBlock& block) {
   const auto is_for = [&](const DeviceCheck& check) { return check.command == block.command; };
   const auto check = std::find_if(std::begin(kDeviceChecks), std::end(kDeviceChecks), is_for);
   if (check == std::end(kDeviceChecks)) return {};
-  if (check->checks_usb && block.usb && block.gps_type != GpsType::kGarmin) {
+  const GpsTypeEntry& gps = EntryOf(block.gps_type);
+  if (check->checks_usb && block.usb && gps.family->usb == kNoProtocol) {
     return "USB is not supported";
   }
-  if ((check->gps_types & Only({block.gps_type})) == 0) return check->message;
+  if ((gps.services & check->service) == 0) return check->message;
   return {};
 }
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "app/command_line/command_line_block.h"
 #include "app/command_line/keywords.h"
-#include "app/command_line/settings_block.h"
 
 namespace skyhaul {
 

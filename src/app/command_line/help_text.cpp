@@ -5,7 +5,7 @@
 
 #include "app/command_line/keywords.h"
 #include "app/command_line/long_options.h"
-#include "app/command_line/settings_block.h"
+#include "protocols/families.h"
 
 namespace skyhaul {
 
@@ -88,15 +88,21 @@ void AppendKeywords(std::string& out, bool commands) {
   }
 }
 
-void AppendGpsTypes(std::string& out) {
-  out += "\nInstruments for /GPS=TYPE:\n";
-  std::string names;
-  for (const std::string_view name : kGpsTypeNames) {
-    if (!names.empty()) names += ' ';
-    names += name;
+// "IQBASIC    Flytec and Brauniger: 6015, IQ Basic"
+void AppendGpsTypes(std::string& out, std::string_view title, bool with_driver) {
+  out += title;
+  for (const Family& family : Families()) {
+    std::string names;
+    for (const GpsName& name : family.names) {
+      if (name.name.empty()) continue;
+      names += (names.empty() ? "" : ", ") + std::string(name.name);
+    }
+    // A row without names is reached through another one's.
+    if (names.empty() || HasDriver(family) != with_driver) continue;
+    std::string makes(family.maker);
+    if (!family.models.empty()) makes += ": " + std::string(family.models);
+    AppendEntry(out, names, makes);
   }
-  out += std::string(kIndent, ' ');
-  AppendWords(out, kIndent, kIndent, names);
 }
 
 }  // namespace
@@ -110,7 +116,8 @@ std::string HelpText() {
   AppendKeywords(out, false);
   out += '\n';
   out += kSwitchNotes;
-  AppendGpsTypes(out);
+  AppendGpsTypes(out, "\nInstruments for /GPS=TYPE:\n", true);
+  AppendGpsTypes(out, "\nNames that are known but have no driver yet:\n", false);
   out += kStatusesAndExamples;
   return out;
 }

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/command_line/settings_block.h"
+#include "app/command_line/command_line_block.h"
 #include "app/command_line/tokeniser.h"
 
 namespace skyhaul {

@@ -2,9 +2,9 @@
 
 #include <string>
 
+#include "app/command_line/command_line_block.h"
 #include "app/command_line/from_arguments.h"
 #include "app/command_line/keywords.h"
-#include "app/command_line/settings_block.h"
 
 namespace skyhaul {
 

@@ -62,9 +62,11 @@ std::string_view TakePort(const Keyword& keyword, const std::string& value,
 
 std::string_view TakeGpsType(const Keyword& keyword, const std::string& value,
                              const CommandLineHost& /*host*/, CommandLineBlock& block) {
-  const auto found = std::find(kGpsTypeNames.begin(), kGpsTypeNames.end(), UpperCase(value));
-  if (found == kGpsTypeNames.end()) return keyword.bad;
-  block.gps_type = static_cast<GpsType>(found - kGpsTypeNames.begin());
+  const std::span<const GpsTypeEntry> types = GpsTypes();
+  const auto has_name = [name = UpperCase(value)](const GpsTypeEntry& t) { return t.name == name; };
+  const auto found = std::find_if(types.begin(), types.end(), has_name);
+  if (found == types.end()) return keyword.bad;
+  block.gps_type = static_cast<GpsType>(found - types.begin());
   return kAccepted;
 }
 

@@ -24,7 +24,7 @@ std::string_view TakeSignedNumber(const Keyword& keyword, const std::string& val
 // A port number 1..kMaxPort or a device's own name of up to kMaxPortText characters.
 std::string_view TakePort(const Keyword& keyword, const std::string& value,
                           const CommandLineHost& host, CommandLineBlock& block);
-// A name from kGpsTypeNames in any case.
+// A name of GpsTypes() in any case.
 std::string_view TakeGpsType(const Keyword& keyword, const std::string& value,
                              const CommandLineHost& host, CommandLineBlock& block);
 // "KML" or "IGC".

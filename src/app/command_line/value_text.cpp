@@ -4,7 +4,7 @@
 #include <charconv>
 #include <set>
 
-#include "app/command_line/settings_block.h"
+#include "app/command_line/command_line_block.h"
 
 namespace skyhaul {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/command_line/settings_block.h"
+#include "app/command_line/command_line_block.h"
 #include "app/console/console_shell.h"
 #include "platform/platform.h"
 #include "settings/run_defaults.h"

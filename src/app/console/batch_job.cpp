@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include "app/gps_types.h"
-#include "protocols/job_table.h"
+#include "protocols/families.h"
 
 namespace skyhaul {
 

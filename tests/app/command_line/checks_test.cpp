@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cstdint>
+#include <set>
 #include <string>
-#include <vector>
 
 namespace skyhaul {
 namespace {
-
-constexpr int kGpsTypeCount = static_cast<int>(kGpsTypeNames.size());
 
 std::string MessageFor(const CommandLineBlock& block, const CommandLineHost& host = {}) {
   std::string message;
@@ -18,7 +16,7 @@ std::string MessageFor(const CommandLineBlock& block, const CommandLineHost& hos
   return message;
 }
 
-CommandLineBlock BlockOf(int command, int gps_type) {
+CommandLineBlock BlockOf(int command, uint32_t gps_type) {
   CommandLineBlock block;
   block.command = static_cast<Command>(command);
   block.gps_type = static_cast<GpsType>(gps_type);
@@ -27,60 +25,51 @@ CommandLineBlock BlockOf(int command, int gps_type) {
 }
 
 TEST(Checks, EveryCommandAcceptsItsInstrumentsOnly) {
-  const std::vector<int> all_but_11 = {0, 1,  2,  3,  4,  5,  6,  7,  8,
-                                       9, 10, 12, 13, 14, 15, 16, 17, 18};
-  const std::vector<int> igc = {0, 1, 3, 4, 6, 7, 8, 9, 10, 12, 13, 14, 15, 16, 17, 18};
-  const std::vector<int> waypoint_read = {0, 1, 4, 9, 11, 12, 14, 16, 17, 18};
-  const std::vector<int> waypoint_write = {0, 1, 2, 4, 6, 7, 9, 12, 14, 16, 17, 18};
+  using Codes = std::set<uint32_t>;
+  const Codes all = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18};
+  const Codes tracks = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12, 13, 14, 15, 16, 17, 18};
+  const Codes igc = {0, 1, 3, 4, 6, 7, 8, 9, 10, 12, 13, 14, 15, 16, 17, 18};
+  const Codes waypoint_read = {0, 1, 4, 9, 11, 12, 14, 16, 17, 18};
+  const Codes waypoint_write = {0, 1, 2, 4, 6, 7, 9, 12, 14, 16, 17, 18};
+  const Codes flight_list = {4, 9, 12, 14, 15, 16, 17, 18};
   const struct {
-    int command;
-    std::vector<int> accepted;
-    const char* message;
+    std::set<int> commands;
+    Codes accepted;
+    const char* message = "";
   } cases[] = {
-      {1, all_but_11, "Unsupported GPS for track log download"},
-      {2, all_but_11, "Unsupported GPS for track log download"},
-      {3, igc, "Unsupported GPS for IGC track log download"},
-      {4, all_but_11, "Unsupported GPS for track log download"},
-      {5, waypoint_read, "Unsupported GPS for waypoint download"},
-      {6, waypoint_write, "Unsupported GPS for waypoint upload"},
-      {7, waypoint_write, "Unsupported GPS for waypoint upload"},
-      {11, all_but_11, "Unsupported GPS for track log download"},
-      {13, {0, 4}, "Unsupported GPS for CTR upload"},
-      {14, {9, 18}, "Unsupported GPS for username upload"},
-      {15, waypoint_read, "Unsupported GPS for waypoint download"},
-      {17, {4, 9, 12, 14, 15, 16, 17, 18}, "Unsupported GPS for flightlist download"},
+      {{1, 2, 4, 11}, tracks, "Unsupported GPS for track log download"},
+      {{3}, igc, "Unsupported GPS for IGC track log download"},
+      {{5, 15}, waypoint_read, "Unsupported GPS for waypoint download"},
+      {{6, 7}, waypoint_write, "Unsupported GPS for waypoint upload"},
+      {{13}, {0, 4}, "Unsupported GPS for CTR upload"},
+      {{14}, {9, 18}, "Unsupported GPS for username upload"},
+      {{17}, flight_list, "Unsupported GPS for flightlist download"},
+      {{0, 8, 9, 10, 16, 19}, all},
   };
   for (const auto& c : cases) {
-    for (int type = 0; type < kGpsTypeCount; ++type) {
-      const bool accepted = std::count(c.accepted.begin(), c.accepted.end(), type) != 0;
-      EXPECT_EQ(MessageFor(BlockOf(c.command, type)), accepted ? "" : c.message)
-          << "command " << c.command << ", type " << type;
+    for (const int command : c.commands) {
+      for (const uint32_t type : all) {
+        EXPECT_EQ(MessageFor(BlockOf(command, type)), c.accepted.contains(type) ? "" : c.message)
+            << "command " << command << ", type " << type;
+      }
     }
   }
 }
 
 TEST(Checks, UsbIsForGarminAndComesFirst) {
+  const std::set<int> checks_usb = {1, 2, 3, 4, 5, 6, 7, 11, 13, 15};
   for (int command = 0; command <= 19; ++command) {
-    const bool checks_usb =
-        (command >= 1 && command <= 7) || command == 11 || command == 13 || command == 15;
-    CommandLineBlock mlrc = BlockOf(command, 11);
-    mlrc.usb = true;
-    EXPECT_EQ(MessageFor(mlrc) == "USB is not supported", checks_usb) << command;
-    CommandLineBlock garmin = BlockOf(command, 0);
-    garmin.usb = true;
-    EXPECT_NE(MessageFor(garmin), "USB is not supported") << command;
-  }
-}
-
-TEST(Checks, OtherCommandsLookAtNoInstrument) {
-  for (const int command : {0, 8, 9, 10, 16, 19}) {
-    for (int type = 0; type < kGpsTypeCount; ++type) {
-      EXPECT_EQ(MessageFor(BlockOf(command, type)), "") << command;
+    for (const uint32_t type : {0U, 11U}) {
+      CommandLineBlock block = BlockOf(command, type);
+      block.usb = true;
+      EXPECT_EQ(MessageFor(block) == "USB is not supported",
+                type == 11 && checks_usb.contains(command))
+          << command;
     }
   }
 }
 
-TEST(Checks, FlightListNeedsSomebodyToTell) {
+TEST(Checks, FlightListNeedsAClient) {
   CommandLineBlock block = BlockOf(17, 4);
   block.notify_client.clear();
   EXPECT_EQ(MessageFor(block), "Missing notify window for flightlist download");
@@ -90,15 +79,14 @@ TEST(Checks, FlightListNeedsSomebodyToTell) {
 }
 
 TEST(Checks, WaypointConversionNeedsBothFiles) {
-  constexpr char kMissing[] = "Missing file name(s) for waypoint file conversion";
-  CommandLineBlock block = BlockOf(18, 11);
-  EXPECT_EQ(MessageFor(block), kMissing);
-  block.waypoint_source = "a";
-  EXPECT_EQ(MessageFor(block), kMissing);
-  block.waypoint_destination = "b";
-  EXPECT_EQ(MessageFor(block), "");
-  block.waypoint_source.clear();
-  EXPECT_EQ(MessageFor(block), kMissing);
+  for (const bool has_source : {false, true}) {
+    for (const bool has_destination : {false, true}) {
+      CommandLineBlock block = BlockOf(18, 11);
+      if (has_source) block.waypoint_source = "a";
+      if (has_destination) block.waypoint_destination = "b";
+      EXPECT_EQ(MessageFor(block).empty(), has_source && has_destination);
+    }
+  }
 }
 
 }  // namespace

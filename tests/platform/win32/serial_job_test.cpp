@@ -12,7 +12,7 @@
 #include "formats/igc/write_igc.h"
 #include "instruments/flight_generator.h"
 #include "instruments/flytec/flytec_simulator.h"
-#include "protocols/job_table.h"
+#include "protocols/families.h"
 #include "tests/platform/win32/cable.h"
 #include "tests/support/recording_shell.h"
 

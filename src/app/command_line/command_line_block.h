@@ -1,12 +1,13 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "protocols/families.h"
 
 namespace skyhaul {
 
@@ -34,37 +35,6 @@ enum class Command {
   kKmlToIgc = 19,
 };
 
-// Instrument families as the command line numbers them.
-enum class GpsType {
-  kGarmin = 0,
-  kMlr = 1,
-  kTopnav = 2,
-  kLogit = 3,
-  kIqCompeo = 4,
-  kGraviter = 5,
-  kMagellan = 6,
-  kXcTrainer = 7,
-  kXctMxp = 8,
-  kFlymaster = 9,
-  kDsx = 10,
-  kMlrc = 11,
-  kIqBasic = 12,
-  kMtk = 13,
-  kLeonardo = 14,
-  kAscent = 15,
-  kDigiflyAir = 16,
-  kSyride = 17,
-  kFlymasterOld = 18,
-};
-
-// What /GPS= takes; the place in the table is the GpsType.
-inline constexpr auto kGpsTypeNames = std::to_array<std::string_view>({
-    "GARMIN",    "MLR",     "TOPNAV",     "LOGIT",  "IQCOMPEO",     "GRAVITER", "MAGELLAN",
-    "XCTRAINER", "XCT_MXP", "FLYMASTER",  "DSX",    "MLRC",         "IQBASIC",  "MTK",
-    "LEONARDO",  "ASCENT",  "DIGIFLYAIR", "SYRIDE", "FLYMASTEROLD",
-});
-static_assert(kGpsTypeNames.size() == static_cast<size_t>(GpsType::kFlymasterOld) + 1);
-
 enum class CompetitionFormat { kNone, kKml, kIgc };
 
 // How the main window appears, in the numbers that window systems use for it.
@@ -83,10 +53,12 @@ inline constexpr uint32_t kMaxTrackNumber = 255;
 inline constexpr size_t kMaxTracks = 20;
 inline constexpr uint32_t kMaxTimeoutSeconds = 86400;
 
-// What the command line asked for. It lives for the whole run; present is the test for batch mode.
+// What the command line asked for, for the whole run. present tells a run with a command line from
+// one without.
 struct CommandLineBlock {
   bool present = false;
   Command command = Command::kNone;
+  std::vector<std::string_view> keywords;  // names of the keywords given, each once
   GpsType gps_type = GpsType::kGarmin;
   bool usb = false;
 
@@ -115,8 +87,10 @@ struct CommandLineBlock {
   std::optional<uint32_t> competition_id;
   std::optional<uint32_t> civl_id;
 
-  std::optional<uint32_t> filter_start_s;  // seconds of the day, UTC
-  std::optional<uint32_t> filter_stop_s;   // the same
+  // The first and the last second to keep, of the UTC day: 0..86399. The start is not after the
+  // stop.
+  std::optional<uint32_t> filter_start_s;
+  std::optional<uint32_t> filter_stop_s;
   std::optional<uint32_t> session;
   std::vector<uint32_t> tracks;  // list numbers 1..kMaxTrackNumber, ascending; empty: none selected
   std::optional<uint32_t> send_log_s;  // flight time between position reports, 0: none
