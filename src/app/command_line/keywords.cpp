@@ -1,6 +1,7 @@
 #include "app/command_line/keywords.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "app/command_line/take_value.h"
 
@@ -9,6 +10,12 @@ namespace skyhaul {
 namespace {
 
 using Block = CommandLineBlock;
+
+// What no command that is carried out today looks at.
+constexpr CommandSet kNoCommand = 0;
+
+constexpr CommandSet kTrackDownloads =
+    Commands(Command::kTrackLogToKml, Command::kTrackLogToOzi, Command::kTrackLogToIgc);
 
 constexpr std::string_view kMissingLogFile = "Missing log file name";
 constexpr std::string_view kMissingWaypointFile = "Missing wpt file name";
@@ -26,16 +33,20 @@ constexpr Keyword FileCommand(std::string_view name, std::string_view value_name
           .missing = missing};
 }
 
-constexpr Keyword Flag(std::string_view name, bool Block::*flag, std::string_view help) {
-  return {.name = name, .help = help, .take = TakeFlag, .flag = flag};
+constexpr Keyword Flag(std::string_view name, bool Block::*flag, std::string_view help,
+                       CommandSet effective_with = kEveryCommand) {
+  return {
+      .name = name, .help = help, .take = TakeFlag, .effective_with = effective_with, .flag = flag};
 }
 
 constexpr Keyword Text(std::string_view name, std::string_view value_name, std::string Block::*text,
-                       size_t max_characters, std::string_view missing, std::string_view help) {
+                       size_t max_characters, std::string_view missing, std::string_view help,
+                       CommandSet effective_with = kEveryCommand) {
   return {.name = name,
           .value_name = value_name,
           .help = help,
           .take = TakeText,
+          .effective_with = effective_with,
           .text = text,
           .max_characters = max_characters,
           .missing = missing};
@@ -121,34 +132,38 @@ constexpr Keyword kKeywords[] = {
      .help = "how long to look for the instrument, at most 86400",
      .take = TakeTimeout,
      .bad = "Bad TIMEOUT value"},
-    Flag("PWROFF", &Block::power_off, "switch the instrument off afterwards"),
+    Flag("PWROFF", &Block::power_off, "switch the instrument off afterwards", kNoCommand),
 
     // What is downloaded and how it is saved.
     {.name = "TRACK",
      .value_name = "LIST",
      .help = "the flights to download by their list numbers, as in 1,3-5; at most 20",
      .take = TakeTracks,
+     .effective_with = kTrackDownloads,
      .missing = "Missing TRACK list",
      .bad = "Bad TRACK value"},
     {.name = "FILTER",
      .value_name = "HH:MM[:SS]",
      .help = "drop what lies before this time (UTC)",
      .take = TakeFilterStart,
+     .effective_with = kTrackDownloads,
      .bad = "Bad track log start filter time"},
     {.name = "FILTEREND",
      .value_name = "HH:MM[:SS]",
      .help = "drop what lies after this time (UTC)",
      .take = TakeFilterStop,
+     .effective_with = kTrackDownloads,
      .bad = "Bad track log stop filter time"},
-    Text("PILOT", "NAME", &Block::pilot, kMaxPilot, {}, "the pilot's name"),
-    Text("ID", "TEXT", &Block::identifier, kMaxIdentifier, {},
-         "the pilot's or glider's identifier"),
+    Text("PILOT", "NAME", &Block::pilot, kMaxPilot, {}, "the pilot's name", kTrackDownloads),
+    Text("ID", "TEXT", &Block::identifier, kMaxIdentifier, {}, "the pilot's or glider's identifier",
+         kNoCommand),
     Text("LOGFILE", "FILE", &Block::log_file, kMaxFileName, "Missing track log file name",
-         "the name of the track log file"),
+         "the name of the track log file", kNoCommand),
     Flag("OVERWRITE", &Block::overwrite, "replace files that exist already"),
-    Flag("NOSPLIT", &Block::no_split, "keep the downloaded flights in one file"),
-    Flag("NOCHECK", &Block::no_check, "leave out the checks of the track log"),
-    Flag("NOLOOPOPT", &Block::no_loop_optimisation, "leave out the optimisation of loops"),
+    Flag("NOSPLIT", &Block::no_split, "keep the downloaded flights in one file", kTrackDownloads),
+    Flag("NOCHECK", &Block::no_check, "leave out the checks of the track log", kNoCommand),
+    Flag("NOLOOPOPT", &Block::no_loop_optimisation, "leave out the optimisation of loops",
+         kNoCommand),
 
     // Who is told, and the window.
     Text("NOTIFY", "CLIENT", &Block::notify_client, kMaxNotifyClient, "Missing window class name",
@@ -157,6 +172,7 @@ constexpr Keyword kKeywords[] = {
      .value_name = "SECONDS",
      .help = "flight time between two positions that the client is told; 0: none",
      .take = TakeNumber,
+     .effective_with = kTrackDownloads,
      .number = &Block::send_log_s,
      .bad = "Bad SENDLOG value"},
     Flag("EXIT", &Block::exit, "end the program when the command is done"),
@@ -179,31 +195,47 @@ constexpr Keyword kKeywords[] = {
      .bad = "Bad POSY value"},
 
     // Competitions.
-    Flag("COMP_SPECIAL", &Block::competition_special, "special form of the competition download"),
+    Flag("COMP_SPECIAL", &Block::competition_special, "special form of the competition download",
+         kNoCommand),
     Text("COMP_DIR", "DIRECTORY", &Block::competition_directory, kMaxFileName,
-         "Missing competition directory name", "the competition's directory"),
+         "Missing competition directory name", "the competition's directory", kNoCommand),
     Text("COMP_FS", "FILE", &Block::flight_score_file, kMaxFileName,
-         "Missing flight score file name", "the competition's flight score file"),
+         "Missing flight score file name", "the competition's flight score file", kNoCommand),
     {.name = "COMPID",
      .value_name = "NUMBER",
      .help = "the competition's number",
      .take = TakeNumber,
+     .effective_with = kNoCommand,
      .number = &Block::competition_id,
      .bad = "Bad COMPID value"},
     {.name = "CIVLID",
      .value_name = "NUMBER",
      .help = "the pilot's CIVL number",
      .take = TakeNumber,
+     .effective_with = kNoCommand,
      .number = &Block::civl_id,
      .bad = "Bad CIVLID value"},
     {.name = "SESSION",
      .value_name = "NUMBER",
      .help = "the competition's session number",
      .take = TakeNumber,
+     .effective_with = kNoCommand,
      .number = &Block::session,
      .missing = "Missing session number",
      .bad = "Bad session number"},
 };
+
+// Null when there is none of that name.
+const Keyword* FindKeyword(std::string_view name) {
+  const auto has_name = [&](const Keyword& keyword) { return keyword.name == name; };
+  const auto found = std::find_if(std::begin(kKeywords), std::end(kKeywords), has_name);
+  return found == std::end(kKeywords) ? nullptr : &*found;
+}
+
+void Remember(std::string_view name, CommandLineBlock& block) {
+  const auto& given = block.keywords;
+  if (std::find(given.begin(), given.end(), name) == given.end()) block.keywords.push_back(name);
+}
 
 }  // namespace
 
@@ -212,23 +244,29 @@ std::span<const Keyword> Keywords() {
 }
 
 bool CarriedOut(Command command) {
-  constexpr Command kCarriedOut[] = {
-      Command::kTrackLogToKml,   Command::kTrackLogToOzi,
-      Command::kTrackLogToIgc,   Command::kDownloadWaypoints,
-      Command::kUploadWaypoints, Command::kUploadWaypointsSecondForm,
-      Command::kIgcToKml,        Command::kOpenFile,
-      Command::kUploadAirspace,  Command::kDownloadGeographicWaypoints,
-      Command::kFlightList,      Command::kConvertWaypoints,
-  };
-  return std::find(std::begin(kCarriedOut), std::end(kCarriedOut), command) !=
-         std::end(kCarriedOut);
+  constexpr CommandSet kCarriedOut =
+      kTrackDownloads | Commands(Command::kDownloadWaypoints, Command::kUploadWaypoints,
+                                 Command::kUploadWaypointsSecondForm, Command::kIgcToKml,
+                                 Command::kOpenFile, Command::kUploadAirspace,
+                                 Command::kDownloadGeographicWaypoints, Command::kFlightList,
+                                 Command::kConvertWaypoints);
+  return (kCarriedOut & Commands(command)) != 0;
+}
+
+std::vector<std::string> SwitchesWithoutEffect(const CommandLineBlock& block) {
+  std::vector<std::string> names;
+  if (!CarriedOut(block.command)) return names;
+  for (const std::string_view name : block.keywords) {
+    const Keyword* keyword = FindKeyword(name);
+    if ((keyword->effective_with & Commands(block.command)) == 0) names.emplace_back(name);
+  }
+  return names;
 }
 
 int TakeItem(const Item& item, const CommandLineHost& host, CommandLineBlock& block,
              std::string& message) {
-  const auto has_name = [&](const Keyword& keyword) { return keyword.name == item.keyword; };
-  const auto keyword = std::find_if(std::begin(kKeywords), std::end(kKeywords), has_name);
-  if (keyword == std::end(kKeywords)) {
+  const Keyword* keyword = FindKeyword(item.keyword);
+  if (keyword == nullptr) {
     message = "Unrecognized command";
     return -1;
   }
@@ -237,7 +275,9 @@ int TakeItem(const Item& item, const CommandLineHost& host, CommandLineBlock& bl
     message = refusal;
     return -1;
   }
+  // Of two commands the last one counts, as of any switch that is given twice.
   if (keyword->command != Command::kNone) block.command = keyword->command;
+  Remember(keyword->name, block);
   return 0;
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/command_line/keywords.h"
 #include "app/console/batch_run.h"
 #include "core/track_log.h"
 #include "files/igc_files.h"
@@ -115,6 +116,9 @@ int RunBatch(const BatchRun& run, const CommandLineBlock& block) {
   batch.shell = ConsoleShell(*run.console);
   batch.operation.shell = &batch.shell;
   run.console->track_numbers = block.tracks;
+  for (const std::string& name : SwitchesWithoutEffect(block)) {
+    ShowStatus(batch.operation, name + " has no effect with this command");
+  }
   for (const BatchCommand& command : kBatchCommands) {
     if (command.command == block.command) return command.run(batch);
   }
