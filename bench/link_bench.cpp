@@ -19,15 +19,15 @@ constexpr uint64_t kFixedPauses_ms = 500;  // before the request
 
 void Download(benchmark::State& state) {
   const auto fixes = static_cast<size_t>(state.range(0));
-  FlytecSimulator simulator;
+  flytec_simulator::Simulator simulator;
   std::string text;
   WriteIgc(GenerateFlightOfLength({.start_time = 1'100'000'000}, fixes).points, {},
            {.serial = "000"}, text);
-  simulator.flights = {FlightFromIgc(text)};
+  simulator.flights = {flytec_simulator::FlightFromIgc(text)};
 
   double efficiency = 0;
   while (state.KeepRunning()) {
-    SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+    SimulatedInstrument instrument = flytec_simulator::MakeInstrument(simulator, 57600);
     Bench bench;
     bench.instrument = &instrument;
     const Platform platform = BenchPlatform(bench);
@@ -37,7 +37,7 @@ void Download(benchmark::State& state) {
     job.link.port_name = bench.instrument_port;
     job.parameter = kCurrentTrack;
     const uint64_t start_ns = bench.now_ns;
-    const int result = FlytecTrackLogJob(job);
+    const int result = flytec::TrackLogJob(job);
     if (result != static_cast<int>(fixes)) {
       state.SkipWithError("the flight did not arrive whole");
       break;

@@ -21,6 +21,7 @@ void Require(bool holds) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace skyhaul;
+  using namespace skyhaul::flytec;
   std::string_view rest(reinterpret_cast<const char*>(data), size);
   CtrReceiver receiver;
   int result = 1;

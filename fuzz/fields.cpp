@@ -50,11 +50,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (SplitField(rest, digits)) RequirePosition(digits, rest);
 
   TrackListEntry entry;
-  if (ParseTrackListLine(line, entry) == nullptr) {
+  if (flytec::ParseTrackListLine(line, entry) == nullptr) {
     Require(entry.start_time >= 315532800 && entry.duration_s < 360000);
   }
-  FlytecProductData product;
-  if (ParseProductData(line, product) == 0) {
+  flytec::ProductData product;
+  if (flytec::ParseProductData(line, product) == 0) {
     Require(product.device_name.size() <= 16 && product.pilot_name.size() <= 40);
     Require(product.serial_number.size() <= 7 && product.software.size() <= 6);
   }

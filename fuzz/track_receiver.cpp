@@ -18,6 +18,7 @@ void Require(bool holds) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace skyhaul;
+  using namespace skyhaul::flytec;
   TrackReceiver receiver;
   size_t fed = 0;
   TrackFault fault = TrackFault::kNone;

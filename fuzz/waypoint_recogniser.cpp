@@ -20,6 +20,7 @@ void Require(bool holds) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace skyhaul;
+  using namespace skyhaul::flytec;
   constexpr int32_t kQuarterTurn = 1 << 30;  // semicircles
   WaypointRecogniser recogniser;
   for (size_t i = 0; i < size; ++i) {

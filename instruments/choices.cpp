@@ -24,26 +24,28 @@ bool AllOf(const std::string& text, size_t longest, std::string_view allowed) {
 
 bool SetModel(Choices& choices, const std::string& value) {
   choices.model = value;
-  return std::find(std::begin(kFlytecDeviceNames), std::end(kFlytecDeviceNames), value) !=
-         std::end(kFlytecDeviceNames);
+  return std::find(std::begin(flytec_simulator::kDeviceNames),
+                   std::end(flytec_simulator::kDeviceNames),
+                   value) != std::end(flytec_simulator::kDeviceNames);
 }
 
 bool SetPilot(Choices& choices, const std::string& value) {
   choices.pilot = value;
   // A comma would end the field, '$' and '*' would end the sentence.
-  return value.size() <= kFlytecPilotWidth && std::all_of(value.begin(), value.end(), [](char c) {
+  return value.size() <= flytec_simulator::kPilotWidth &&
+         std::all_of(value.begin(), value.end(), [](char c) {
            return c >= ' ' && c <= '~' && c != ',' && c != '$' && c != '*';
          });
 }
 
 bool SetSerial(Choices& choices, const std::string& value) {
   choices.serial = value;
-  return !value.empty() && AllOf(value, kFlytecSerialWidth, "0123456789");
+  return !value.empty() && AllOf(value, flytec_simulator::kSerialWidth, "0123456789");
 }
 
 bool SetSoftware(Choices& choices, const std::string& value) {
   choices.software = value;
-  return !value.empty() && AllOf(value, kFlytecSoftwareWidth, "0123456789.");
+  return !value.empty() && AllOf(value, flytec_simulator::kSoftwareWidth, "0123456789.");
 }
 
 bool AddFlightFile(Choices& choices, const std::string& value) {
@@ -52,20 +54,20 @@ bool AddFlightFile(Choices& choices, const std::string& value) {
 }
 
 bool SetFlights(Choices& choices, const std::string& value) {
-  return IsNumber(value, kFlytecMaxFlights, choices.generated_flights);
+  return IsNumber(value, flytec_simulator::kMaxFlights, choices.generated_flights);
 }
 
 bool SetWaypoints(Choices& choices, const std::string& value) {
-  return IsNumber(value, kFlytecMaxWaypoints, choices.generated_waypoints);
+  return IsNumber(value, flytec_simulator::kMaxWaypoints, choices.generated_waypoints);
 }
 
 bool SetRefusal(Choices& choices, const std::string& value) {
-  constexpr std::pair<std::string_view, FlytecRefusal> kRefusals[] = {
-      {"plausibility", FlytecRefusal::kPlausibility},
-      {"memory", FlytecRefusal::kMemory},
-      {"protected", FlytecRefusal::kProtected},
-      {"syntax", FlytecRefusal::kSyntax},
-      {"silent", FlytecRefusal::kSilent},
+  constexpr std::pair<std::string_view, flytec_simulator::Refusal> kRefusals[] = {
+      {"plausibility", flytec_simulator::Refusal::kPlausibility},
+      {"memory", flytec_simulator::Refusal::kMemory},
+      {"protected", flytec_simulator::Refusal::kProtected},
+      {"syntax", flytec_simulator::Refusal::kSyntax},
+      {"silent", flytec_simulator::Refusal::kSilent},
   };
   for (const auto& [name, refusal] : kRefusals) {
     if (value != name) continue;

@@ -20,7 +20,7 @@ struct Choices {
   std::vector<std::string> flight_files;
   uint32_t generated_flights = kNotChosen;  // kNotChosen: what suits the flight files
   uint32_t generated_waypoints = 0;
-  FlytecRefusal refusal = FlytecRefusal::kNone;
+  flytec_simulator::Refusal refusal = flytec_simulator::Refusal::kNone;
   std::string link_path;
   std::string log_path;
   uint32_t baud = 57600;

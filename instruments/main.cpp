@@ -25,7 +25,7 @@ constexpr uint32_t kDefaultFlights = 3;
 // --- Flights -------------------------------------------------------------------------------------
 
 // The n-th last of a row of flights on successive days, the last one on 2026-05-24.
-FlytecFlight MakeFlight(uint32_t n, const std::string& pilot) {
+flytec_simulator::StoredFlight MakeFlight(uint32_t n, const std::string& pilot) {
   struct Kind {
     double triangle_km;
     uint32_t interval_s;
@@ -50,25 +50,25 @@ FlytecFlight MakeFlight(uint32_t n, const std::string& pilot) {
   options.download_time = CalendarFromTime(flight.points.back().time);
   std::string text;
   (void)WriteIgc(flight.points, header, options, text);
-  return FlightFromIgc(text);
+  return flytec_simulator::FlightFromIgc(text);
 }
 
 // Returns 0, or the exit status after a message.
-int LoadFlights(const Choices& choices, std::vector<FlytecFlight>& flights) {
+int LoadFlights(const Choices& choices, std::vector<flytec_simulator::StoredFlight>& flights) {
   for (const std::string& path : choices.flight_files) {
     std::string text;
     const FileResult result = ReadWholeFile(path, text);
     if (result.problem != FileProblem::kNone) {
       return Refuse("Could not read " + path + ": " + result.reason);
     }
-    flights.push_back(FlightFromIgc(text));
+    flights.push_back(flytec_simulator::FlightFromIgc(text));
   }
   const uint32_t unset = choices.flight_files.empty() ? kDefaultFlights : 0;
   const uint32_t count =
       choices.generated_flights == kNotChosen ? unset : choices.generated_flights;
-  if (flights.size() + count > kFlytecMaxFlights) return Refuse("More than 99 flights");
+  if (flights.size() + count > flytec_simulator::kMaxFlights) return Refuse("More than 99 flights");
   for (uint32_t n = 0; n < count; ++n) flights.push_back(MakeFlight(n, choices.pilot));
-  SortNewestFirst(flights);
+  flytec_simulator::SortNewestFirst(flights);
   return 0;
 }
 
@@ -99,20 +99,20 @@ int Run(SimulatedInstrument& instrument, const Choices& choices, ConversationLog
 }
 
 int RunFlytec(const Choices& choices, ConversationLog* log) {
-  FlytecSimulator simulator{.device_name = choices.model,
-                            .pilot_name = choices.pilot,
-                            .serial = choices.serial,
-                            .software = choices.software,
-                            .refusal = choices.refusal};
+  flytec_simulator::Simulator simulator{.device_name = choices.model,
+                                        .pilot_name = choices.pilot,
+                                        .serial = choices.serial,
+                                        .software = choices.software,
+                                        .refusal = choices.refusal};
   if (log != nullptr) {
     simulator.log = TellLog;
     simulator.log_context = log;
   }
   if (const int status = LoadFlights(choices, simulator.flights); status != 0) return status;
   for (uint32_t n = 0; n < choices.generated_waypoints; ++n) {
-    simulator.waypoints.push_back(GenerateFlytecWaypoint(n));
+    simulator.waypoints.push_back(flytec_simulator::GenerateWaypoint(n));
   }
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, choices.baud);
+  SimulatedInstrument instrument = flytec_simulator::MakeInstrument(simulator, choices.baud);
   return Run(instrument, choices, log);
 }
 

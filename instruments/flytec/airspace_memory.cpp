@@ -5,7 +5,7 @@
 
 #include "instruments/flytec/instrument_text.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
 namespace {
 
@@ -34,7 +34,7 @@ const ElementKind* KindOf(std::string_view type) {
 }
 
 // The last element's type while its arc is not whole, else 0.
-char OpenArc(const FlytecAirspace& airspace) {
+char OpenArc(const StoredAirspace& airspace) {
   const char last = airspace.elements.empty() ? '\0' : airspace.elements.back()[0];
   return last == 'X' || last == 'T' ? last : '\0';
 }
@@ -48,7 +48,7 @@ char CheckLastField(char type, std::string_view field) {
   return field == "+" || field == "-" ? '\0' : kAirspaceSyntax;
 }
 
-char TakeElement(FlytecAirspace& airspace, std::string_view element) {
+char TakeElement(StoredAirspace& airspace, std::string_view element) {
   const std::vector<std::string_view> fields = CutFields(element);
   const ElementKind* kind = KindOf(fields[0]);
   if (kind == nullptr || fields.size() != 1 + kPositionFields + kind->fields) {
@@ -62,12 +62,12 @@ char TakeElement(FlytecAirspace& airspace, std::string_view element) {
   if (position == PositionCheck::kImpossible || kind->follows != OpenArc(airspace)) {
     return kAirspaceImplausible;
   }
-  if (airspace.elements.size() == kFlytecMaxElements) return kAirspaceNoMemory;
+  if (airspace.elements.size() == kMaxElements) return kAirspaceNoMemory;
   airspace.elements.emplace_back(element);
   return 0;
 }
 
-char TakeName(FlytecAirspace& airspace, std::string_view text) {
+char TakeName(StoredAirspace& airspace, std::string_view text) {
   const std::vector<std::string_view> fields = CutFields(text);
   if (fields.size() != 2 || fields[0].size() != kNameWidth || WholeNumber(fields[1], 4) < 0) {
     return kAirspaceSyntax;
@@ -77,14 +77,14 @@ char TakeName(FlytecAirspace& airspace, std::string_view text) {
   return 0;
 }
 
-char TakeContent(FlytecAirspace& airspace, int line, std::string_view text) {
+char TakeContent(StoredAirspace& airspace, int line, std::string_view text) {
   if (line == 0) return TakeName(airspace, text);
   if (line > 1) return TakeElement(airspace, text);
   airspace.remark = text;
   return text.size() == kNameWidth ? '\0' : kAirspaceSyntax;
 }
 
-void KeepFault(FlytecAirspaceUpload& upload, char fault) {
+void KeepFault(AirspaceUpload& upload, char fault) {
   if (upload.fault == 0) upload.fault = fault;
 }
 
@@ -96,7 +96,7 @@ std::string Line(size_t total, size_t line, const std::string& text) {
 
 }  // namespace
 
-UploadLine TakeUploadLine(FlytecAirspaceUpload& upload, std::string_view fields) {
+UploadLine TakeUploadLine(AirspaceUpload& upload, std::string_view fields) {
   constexpr size_t kStart = 2 * (kNumberDigits + 1);
   if (fields.size() < kStart || fields[kNumberDigits] != ',' || fields[kStart - 1] != ',') {
     return UploadLine::kNotOne;
@@ -119,9 +119,9 @@ UploadLine TakeUploadLine(FlytecAirspaceUpload& upload, std::string_view fields)
   return UploadLine::kLast;
 }
 
-bool StoreAirspace(std::vector<FlytecAirspace>& memory, const FlytecAirspace& airspace,
+bool StoreAirspace(std::vector<StoredAirspace>& memory, const StoredAirspace& airspace,
                    size_t room) {
-  const auto has_name = [&](const FlytecAirspace& known) { return known.name == airspace.name; };
+  const auto has_name = [&](const StoredAirspace& known) { return known.name == airspace.name; };
   const auto known = std::find_if(memory.begin(), memory.end(), has_name);
   if (known != memory.end()) {
     *known = airspace;
@@ -132,9 +132,9 @@ bool StoreAirspace(std::vector<FlytecAirspace>& memory, const FlytecAirspace& ai
   return true;
 }
 
-std::vector<std::string> AirspaceListBodies(const std::vector<FlytecAirspace>& memory) {
+std::vector<std::string> AirspaceListBodies(const std::vector<StoredAirspace>& memory) {
   std::vector<std::string> bodies;
-  for (const FlytecAirspace& airspace : memory) {
+  for (const StoredAirspace& airspace : memory) {
     const size_t total = 2 + airspace.elements.size();
     bodies.push_back(Line(total, 0, airspace.name + "," + airspace.number));
     bodies.push_back(Line(total, 1, airspace.remark));
@@ -146,4 +146,4 @@ std::vector<std::string> AirspaceListBodies(const std::vector<FlytecAirspace>& m
   return bodies;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -8,7 +8,7 @@
 #include "formats/igc/read_igc.h"
 #include "instruments/flytec/instrument_text.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
 namespace {
 
@@ -33,7 +33,7 @@ int TimeOfDay(std::string_view line) {
   return (hour * 60 + minute) * 60 + second;
 }
 
-FlytecFlight ScanTimes(std::string_view text) {
+StoredFlight ScanTimes(std::string_view text) {
   uint32_t day = 0;
   int first = -1;
   int last = -1;
@@ -55,7 +55,7 @@ FlytecFlight ScanTimes(std::string_view text) {
 
 }  // namespace
 
-std::string FlightListBody(size_t total, size_t index, const FlytecFlight& flight) {
+std::string FlightListBody(size_t total, size_t index, const StoredFlight& flight) {
   const CalendarTime start = CalendarFromTime(flight.start_time);
   char line[80];
   (void)std::snprintf(
@@ -65,10 +65,10 @@ std::string FlightListBody(size_t total, size_t index, const FlytecFlight& fligh
   return line;
 }
 
-FlytecFlight FlightFromIgc(const std::string& igc_text) {
+StoredFlight FlightFromIgc(const std::string& igc_text) {
   std::vector<TrackPoint> points;
   std::string message;
-  FlytecFlight flight;
+  StoredFlight flight;
   if (ParseIgc(igc_text, points, message) > 0) {
     flight.start_time = points.front().time;
     flight.duration_s = points.back().time - points.front().time;
@@ -79,9 +79,9 @@ FlytecFlight FlightFromIgc(const std::string& igc_text) {
   return flight;
 }
 
-void SortNewestFirst(std::vector<FlytecFlight>& flights) {
+void SortNewestFirst(std::vector<StoredFlight>& flights) {
   std::stable_sort(flights.begin(), flights.end(),
                    [](const auto& a, const auto& b) { return a.start_time > b.start_time; });
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -4,7 +4,7 @@
 
 #include "instruments/flytec/instrument_text.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
 namespace {
 
@@ -18,15 +18,15 @@ constexpr size_t kLongestSentence = 120;
 // too.
 using Answer = std::vector<std::string>;
 
-bool AnswerProductData(FlytecSimulator& simulator, std::string_view, Answer& answer) {
+bool AnswerProductData(Simulator& simulator, std::string_view, Answer& answer) {
   std::string pilot = simulator.pilot_name;
-  pilot.resize(kFlytecPilotWidth, ' ');
+  pilot.resize(kPilotWidth, ' ');
   answer.push_back(InstrumentSentence("PBRSNP," + simulator.device_name + "," + pilot + "," +
                                       simulator.serial + "," + simulator.software));
   return true;
 }
 
-bool AnswerFlightList(FlytecSimulator& simulator, std::string_view, Answer& answer) {
+bool AnswerFlightList(Simulator& simulator, std::string_view, Answer& answer) {
   for (size_t i = 0; i < simulator.flights.size(); ++i) {
     answer.push_back(
         InstrumentSentence(FlightListBody(simulator.flights.size(), i, simulator.flights[i])));
@@ -34,23 +34,23 @@ bool AnswerFlightList(FlytecSimulator& simulator, std::string_view, Answer& answ
   return true;
 }
 
-bool AnswerWithFlight(FlytecSimulator& simulator, size_t index, Answer& answer) {
+bool AnswerWithFlight(Simulator& simulator, size_t index, Answer& answer) {
   if (index >= simulator.flights.size()) return false;
   answer.push_back(simulator.flights[index].igc_text);
   return true;
 }
 
-bool AnswerListedFlight(FlytecSimulator& simulator, std::string_view index, Answer& answer) {
+bool AnswerListedFlight(Simulator& simulator, std::string_view index, Answer& answer) {
   const int number = index.size() == 2 ? LeadingNumber(index, 2) : -1;
   return number >= 0 && AnswerWithFlight(simulator, static_cast<size_t>(number), answer);
 }
 
-bool AnswerSelectedFlight(FlytecSimulator& simulator, std::string_view, Answer& answer) {
+bool AnswerSelectedFlight(Simulator& simulator, std::string_view, Answer& answer) {
   return AnswerWithFlight(simulator, simulator.selected_flight, answer);
 }
 
-bool AnswerWaypointList(FlytecSimulator& simulator, std::string_view, Answer& answer) {
-  for (const FlytecWaypoint& waypoint : simulator.waypoints) {
+bool AnswerWaypointList(Simulator& simulator, std::string_view, Answer& answer) {
+  for (const StoredWaypoint& waypoint : simulator.waypoints) {
     answer.push_back(InstrumentSentence(WaypointListBody(waypoint)));
   }
   return true;
@@ -58,16 +58,16 @@ bool AnswerWaypointList(FlytecSimulator& simulator, std::string_view, Answer& an
 
 // A waypoint that is refused looks like one that was taken: the upload has no answer that could
 // tell.
-bool TakeWaypoint(FlytecSimulator& simulator, std::string_view fields, Answer&) {
-  FlytecWaypoint waypoint;
-  if (simulator.refusal == FlytecRefusal::kSilent) return false;
+bool TakeWaypoint(Simulator& simulator, std::string_view fields, Answer&) {
+  StoredWaypoint waypoint;
+  if (simulator.refusal == Refusal::kSilent) return false;
   if (!ReadUploadedWaypoint(fields, waypoint)) return false;
-  if (simulator.refusal != FlytecRefusal::kNone) return true;
+  if (simulator.refusal != Refusal::kNone) return true;
   (void)StoreWaypoint(simulator.waypoints, waypoint, simulator.waypoint_room);
   return true;
 }
 
-bool AnswerAirspaceList(FlytecSimulator& simulator, std::string_view, Answer& answer) {
+bool AnswerAirspaceList(Simulator& simulator, std::string_view, Answer& answer) {
   for (const std::string& body : AirspaceListBodies(simulator.airspaces)) {
     answer.push_back(InstrumentSentence(body));
   }
@@ -75,28 +75,28 @@ bool AnswerAirspaceList(FlytecSimulator& simulator, std::string_view, Answer& an
 }
 
 // What becomes of a whole airspace.
-char JudgeAirspace(FlytecSimulator& simulator) {
+char JudgeAirspace(Simulator& simulator) {
   switch (simulator.refusal) {
-    case FlytecRefusal::kPlausibility:
+    case Refusal::kPlausibility:
       return kAirspaceImplausible;
-    case FlytecRefusal::kMemory:
+    case Refusal::kMemory:
       return kAirspaceNoMemory;
-    case FlytecRefusal::kProtected:
+    case Refusal::kProtected:
       return kAirspaceProtected;
-    case FlytecRefusal::kSyntax:
+    case Refusal::kSyntax:
       return kAirspaceSyntax;
-    case FlytecRefusal::kSilent:
-    case FlytecRefusal::kNone:
+    case Refusal::kSilent:
+    case Refusal::kNone:
       break;
   }
-  const FlytecAirspaceUpload& upload = simulator.upload;
+  const AirspaceUpload& upload = simulator.upload;
   if (upload.fault != 0) return upload.fault;
   const bool stored = StoreAirspace(simulator.airspaces, upload.airspace, simulator.airspace_room);
   return stored ? kAirspaceTaken : kAirspaceNoMemory;
 }
 
-bool TakeAirspaceLine(FlytecSimulator& simulator, std::string_view fields, Answer& answer) {
-  if (simulator.refusal == FlytecRefusal::kSilent) return false;
+bool TakeAirspaceLine(Simulator& simulator, std::string_view fields, Answer& answer) {
+  if (simulator.refusal == Refusal::kSilent) return false;
   const UploadLine line = TakeUploadLine(simulator.upload, fields);
   if (line != UploadLine::kLast) return line == UploadLine::kMore;
   answer.push_back(InstrumentSentence(std::string("PBRANS,") + JudgeAirspace(simulator)));
@@ -109,7 +109,7 @@ bool TakeAirspaceLine(FlytecSimulator& simulator, std::string_view fields, Answe
 struct Request {
   std::string_view start;
   bool has_field;
-  bool (*answer)(FlytecSimulator& simulator, std::string_view field, Answer& answer);
+  bool (*answer)(Simulator& simulator, std::string_view field, Answer& answer);
 };
 
 constexpr Request kRequests[] = {
@@ -123,7 +123,7 @@ constexpr Request kRequests[] = {
     {.start = "PBRCTRW,", .has_field = true, .answer = TakeAirspaceLine},
 };
 
-bool AnswerTo(FlytecSimulator& simulator, std::string_view body, Answer& answer) {
+bool AnswerTo(Simulator& simulator, std::string_view body, Answer& answer) {
   for (const Request& request : kRequests) {
     if (!body.starts_with(request.start)) continue;
     const std::string_view field = body.substr(request.start.size());
@@ -134,14 +134,13 @@ bool AnswerTo(FlytecSimulator& simulator, std::string_view body, Answer& answer)
 
 // --- Sentences -----------------------------------------------------------------------------------
 
-void Tell(const FlytecSimulator& simulator, const char* what, std::string_view sentence,
+void Tell(const Simulator& simulator, const char* what, std::string_view sentence,
           uint64_t now_ns) {
   if (simulator.log == nullptr) return;
   simulator.log(simulator.log_context, what + std::string(sentence), now_ns);
 }
 
-void HandleSentence(FlytecSimulator& simulator, Wire& wire, std::string_view sentence,
-                    uint64_t now_ns) {
+void HandleSentence(Simulator& simulator, Wire& wire, std::string_view sentence, uint64_t now_ns) {
   const std::string_view body = SoundBody(sentence);
   if (body.empty()) return Tell(simulator, "no sound checksum: ", sentence, now_ns);
   Answer answer;
@@ -160,7 +159,7 @@ void HandleSentence(FlytecSimulator& simulator, Wire& wire, std::string_view sen
 }
 
 void Receive(void* state, Wire& wire, uint8_t byte, uint64_t now_ns) {
-  FlytecSimulator& simulator = *static_cast<FlytecSimulator*>(state);
+  Simulator& simulator = *static_cast<Simulator*>(state);
   std::string& sentence = simulator.sentence;
   if (byte == kXoff) {
     wire.held = true;
@@ -183,7 +182,7 @@ void Receive(void* state, Wire& wire, uint8_t byte, uint64_t now_ns) {
 
 }  // namespace
 
-SimulatedInstrument MakeFlytecInstrument(FlytecSimulator& simulator, uint32_t baud) {
+SimulatedInstrument MakeInstrument(Simulator& simulator, uint32_t baud) {
   SimulatedInstrument instrument;
   instrument.wire.baud = baud;
   instrument.state = &simulator;
@@ -191,4 +190,4 @@ SimulatedInstrument MakeFlytecInstrument(FlytecSimulator& simulator, uint32_t ba
   return instrument;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -11,19 +11,19 @@
 #include "instruments/flytec/waypoint_memory.h"
 #include "instruments/instrument.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
 // What a device of the family calls itself.
-inline constexpr const char* kFlytecDeviceNames[] = {
+inline constexpr const char* kDeviceNames[] = {
     "5020", "5030", "6020", "6030", "COMPEO", "COMPEO+", "COMPETINO", "COMPETINO+", "GALILEO",
 };
 
-inline constexpr size_t kFlytecPilotWidth = 17;
-inline constexpr size_t kFlytecSerialWidth = 5;
-inline constexpr size_t kFlytecSoftwareWidth = 4;
+inline constexpr size_t kPilotWidth = 17;
+inline constexpr size_t kSerialWidth = 5;
+inline constexpr size_t kSoftwareWidth = 4;
 
 // What an instrument does with every upload that is otherwise in order.
-enum class FlytecRefusal {
+enum class Refusal {
   kNone,
   kPlausibility,  // finds every airspace implausible
   kMemory,        // has no room left
@@ -38,19 +38,19 @@ enum class FlytecRefusal {
 // answer, and of airspaces ($PBRCTRW), whose last line has one ($PBRANS). Around each answer, the
 // empty one of an upload's line too, it sends XOFF and XON; to anything it does not understand it
 // says nothing.
-struct FlytecSimulator {
+struct Simulator {
   std::string device_name = "6030";
-  std::string pilot_name = "Simulated Pilot";  // up to kFlytecPilotWidth characters, no comma
+  std::string pilot_name = "Simulated Pilot";  // up to kPilotWidth characters, no comma
   std::string serial = "01001";
   std::string software = "3.30";
-  std::vector<FlytecFlight> flights = {};  // the newest first, at most kFlytecMaxFlights
+  std::vector<StoredFlight> flights = {};  // the newest first, at most kMaxFlights
   size_t selected_flight = 0;              // on the instrument's screen, for $PBRIGC
 
-  std::vector<FlytecWaypoint> waypoints = {};
-  std::vector<FlytecAirspace> airspaces = {};
-  size_t waypoint_room = kFlytecMaxWaypoints;
-  size_t airspace_room = kFlytecMaxAirspaces;
-  FlytecRefusal refusal = FlytecRefusal::kNone;
+  std::vector<StoredWaypoint> waypoints = {};
+  std::vector<StoredAirspace> airspaces = {};
+  size_t waypoint_room = kMaxWaypoints;
+  size_t airspace_room = kMaxAirspaces;
+  Refusal refusal = Refusal::kNone;
 
   // Manners.
   uint64_t xoff_delay_ns = 750'000;   // from the end of a request to XOFF
@@ -61,7 +61,7 @@ struct FlytecSimulator {
   void (*log)(void* context, std::string_view text, uint64_t now_ns) = nullptr;
   void* log_context = nullptr;
 
-  FlytecAirspaceUpload upload = {};
+  AirspaceUpload upload = {};
 
   // The sentence being received, from '$' on; empty between sentences.
   std::string sentence = {};
@@ -69,6 +69,6 @@ struct FlytecSimulator {
 
 // The instrument on a wire of that speed (0: no pacing). The simulator must outlive it and stay
 // where it is.
-SimulatedInstrument MakeFlytecInstrument(FlytecSimulator& simulator, uint32_t baud);
+SimulatedInstrument MakeInstrument(Simulator& simulator, uint32_t baud);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -1,6 +1,6 @@
 #include "instruments/flytec/instrument_text.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
 namespace {
 
@@ -80,4 +80,4 @@ PositionCheck CheckPosition(const std::vector<std::string_view>& fields, size_t 
   return CheckCoordinate(fields[first + 2], fields[first + 3], 3, "EW");
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
 // How the instrument itself makes and takes its sentences. It shares no code with the program's own
 // drivers, so that a fault of theirs cannot hide in both.
@@ -33,4 +33,4 @@ enum class PositionCheck { kSound, kMalformed, kImpossible };
 // fields[first] on. Impossible are minutes above 59 and places off the earth.
 PositionCheck CheckPosition(const std::vector<std::string_view>& fields, size_t first);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -5,7 +5,7 @@
 
 #include "instruments/flytec/instrument_text.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
 namespace {
 
@@ -35,7 +35,7 @@ std::string ShortNameOf(const std::string& long_name, int altitude_m) {
 
 }  // namespace
 
-bool ReadUploadedWaypoint(std::string_view fields, FlytecWaypoint& waypoint) {
+bool ReadUploadedWaypoint(std::string_view fields, StoredWaypoint& waypoint) {
   const std::vector<std::string_view> cut = CutFields(fields);
   if (cut.size() != 7 || CheckPosition(cut, 0) != PositionCheck::kSound) return false;
   if (!cut[4].empty() || cut[5].size() != kLongName) return false;
@@ -47,9 +47,9 @@ bool ReadUploadedWaypoint(std::string_view fields, FlytecWaypoint& waypoint) {
   return true;
 }
 
-bool StoreWaypoint(std::vector<FlytecWaypoint>& memory, const FlytecWaypoint& waypoint,
+bool StoreWaypoint(std::vector<StoredWaypoint>& memory, const StoredWaypoint& waypoint,
                    size_t room) {
-  const auto has_name = [&](const FlytecWaypoint& known) {
+  const auto has_name = [&](const StoredWaypoint& known) {
     return known.long_name == waypoint.long_name;
   };
   const auto known = std::find_if(memory.begin(), memory.end(), has_name);
@@ -62,22 +62,22 @@ bool StoreWaypoint(std::vector<FlytecWaypoint>& memory, const FlytecWaypoint& wa
   return true;
 }
 
-std::string WaypointListBody(const FlytecWaypoint& waypoint) {
+std::string WaypointListBody(const StoredWaypoint& waypoint) {
   char altitude[16];
   (void)std::snprintf(altitude, sizeof altitude, "%04d", waypoint.altitude_m);
   return "PBRWPS," + waypoint.position + "," + waypoint.short_name + "," + waypoint.long_name +
          "," + altitude;
 }
 
-FlytecWaypoint GenerateFlytecWaypoint(uint32_t n) {
+StoredWaypoint GenerateWaypoint(uint32_t n) {
   // Steps that share no factor with their range spread the points over it without repeating.
   char text[64];
   (void)std::snprintf(text, sizeof text, "46%02u.%03u,N,%03u%02u.%03u,E,,P%03u%-13s,%04u",
                       n * 7 % 60, n * 137 % 1000, 7 + n % 5, n * 11 % 60, n * 211 % 1000, n % 1000,
                       " made up", 500 + n * 37 % 3000);
-  FlytecWaypoint waypoint;
+  StoredWaypoint waypoint;
   (void)ReadUploadedWaypoint(text, waypoint);
   return waypoint;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -6,34 +6,34 @@
 #include <string_view>
 #include <vector>
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
-inline constexpr size_t kFlytecMaxWaypoints = 200;
+inline constexpr size_t kMaxWaypoints = 200;
 
 // One waypoint in the instrument's memory, in the texts that go over the wire.
-struct FlytecWaypoint {
+struct StoredWaypoint {
   std::string position = {};    // "4743.564,N,01121.571,E"
   std::string short_name = {};  // 6 characters, of the instrument's own making
   std::string long_name = {};   // exactly 17 characters, blanks at the end
   int altitude_m = 0;
 
-  friend bool operator==(const FlytecWaypoint&, const FlytecWaypoint&) = default;
+  friend bool operator==(const StoredWaypoint&, const StoredWaypoint&) = default;
 };
 
 // Reads the fields of an upload. Returns false when they are not a waypoint: a position that
 // exists, an empty short name, a long name of 17 characters and an altitude of at most 5. The short
 // name becomes three characters of the long one and the altitude in tens of metres.
-bool ReadUploadedWaypoint(std::string_view fields, FlytecWaypoint& waypoint);
+bool ReadUploadedWaypoint(std::string_view fields, StoredWaypoint& waypoint);
 
 // Stores a waypoint; one of the same long name is overwritten. Returns false when there is no room
 // among so many.
-bool StoreWaypoint(std::vector<FlytecWaypoint>& memory, const FlytecWaypoint& waypoint,
+bool StoreWaypoint(std::vector<StoredWaypoint>& memory, const StoredWaypoint& waypoint,
                    size_t room);
 
 // The body of a waypoint's line in the waypoint list.
-std::string WaypointListBody(const FlytecWaypoint& waypoint);
+std::string WaypointListBody(const StoredWaypoint& waypoint);
 
 // The n-th of a row of made-up waypoints with different names, all in the Alps.
-FlytecWaypoint GenerateFlytecWaypoint(uint32_t n);
+StoredWaypoint GenerateWaypoint(uint32_t n);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -10,7 +10,7 @@
 #include "protocols/sentence/checksum.h"
 #include "protocols/sentence/positions.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -121,4 +121,4 @@ std::vector<CtrLine> CtrLines(const CtrRecord& record, const std::string& name) 
   return std::move(lines.made);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -6,7 +6,7 @@
 
 #include "core/airspace.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // One sentence of an airspace on its way to the instrument.
 struct CtrLine {
@@ -25,4 +25,4 @@ std::string CtrObstacle(const CtrRecord& record);
 // are rounded to a thousandth of a minute, radii to a metre.
 std::vector<CtrLine> CtrLines(const CtrRecord& record, const std::string& name);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

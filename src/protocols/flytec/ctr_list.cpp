@@ -10,7 +10,7 @@
 #include "protocols/sentence/recogniser.h"
 #include "protocols/sentence/write_sentence.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -68,10 +68,10 @@ int ReadCtrs(Job& job) {
 
 }  // namespace
 
-int FlytecReadCtrJob(Job& job) {
-  FlytecProductData product;
+int ReadCtrJob(Job& job) {
+  ProductData product;
   const int identified = ReadProductData(job, product);
   return identified != 0 ? identified : ReadCtrs(job);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -4,7 +4,7 @@
 #include "protocols/flytec/field_text.h"
 #include "protocols/sentence/fields.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -186,4 +186,4 @@ int TakeCtrSentence(CtrReceiver& receiver, std::string_view sentence) {
                                   : ContinueCtr(receiver, total, index, rest);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -6,7 +6,7 @@
 
 #include "core/airspace.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // Why a sentence of the CTR list ends it. The driver shows the number. "Missing" means that no
 // comma ends the field where another one must follow.
@@ -60,4 +60,4 @@ struct CtrReceiver {
 // Returns 1 (the list goes on), 0 (it has ended), or -n with n a CtrError.
 int TakeCtrSentence(CtrReceiver& receiver, std::string_view sentence);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -11,7 +11,7 @@
 #include "protocols/sentence/recogniser.h"
 #include "protocols/sentence/write_sentence.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -124,8 +124,8 @@ std::vector<std::string> FieldsOf(const Job& job, const std::vector<const CtrRec
   uint32_t changed = 0;
   std::vector<std::string> fields = NameFields(names, changed);
   if (changed > 0) {
-    ShowStatus(job.operation, FormatCountMessage("% names were changed to fit % characters",
-                                                 changed, kFlytecNameWidth));
+    ShowStatus(job.operation,
+               FormatCountMessage("% names were changed to fit % characters", changed, kNameWidth));
   }
   return fields;
 }
@@ -159,12 +159,12 @@ const char* CtrAnswerText(char answer) {
   }
 }
 
-int FlytecWriteCtrJob(Job& job) {
+int WriteCtrJob(Job& job) {
   const std::vector<const CtrRecord*> records = Sendable(job);
   if (records.empty()) return -1;
-  FlytecProductData product;
+  ProductData product;
   const int identified = ReadProductData(job, product);
   return identified != 0 ? identified : SendAll(job, records);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

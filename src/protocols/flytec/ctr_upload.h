@@ -2,7 +2,7 @@
 
 #include "device/job.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // What the instrument says behind "$PBRANS," when an airspace has arrived, as the person reads it.
 // '1' is success.
@@ -15,6 +15,6 @@ const char* CtrAnswerText(char answer);
 // names the airspace (or the statuses of an abort); the last status is then "% CTR segments sent",
 // or, when the sentence that failed was the first or second of an airspace, "CTR name sent" or "CTR
 // remark sent".
-int FlytecWriteCtrJob(Job& job);
+int WriteCtrJob(Job& job);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

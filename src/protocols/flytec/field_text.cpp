@@ -4,7 +4,7 @@
 
 #include "formats/text/charset.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 std::string FieldText(std::string_view utf8, size_t width) {
   std::string text = ToAscii(utf8);
@@ -22,12 +22,12 @@ std::vector<std::string> NameFields(std::span<const std::string> utf8, uint32_t&
   changed = 0;
   for (const std::string& text : utf8) {
     std::string field = FieldText(text);
-    if (TextOfField(field, kFlytecNameWidth).empty()) field = FieldText("Unnamed");
-    bool is_changed = ToAscii(text).size() > kFlytecNameWidth;
-    const std::string base = TextOfField(field, kFlytecNameWidth);
+    if (TextOfField(field, kNameWidth).empty()) field = FieldText("Unnamed");
+    bool is_changed = ToAscii(text).size() > kNameWidth;
+    const std::string base = TextOfField(field, kNameWidth);
     for (uint32_t n = 2; !taken.insert(field).second; ++n) {
       const std::string number = std::to_string(n);
-      field = FieldText(base.substr(0, kFlytecNameWidth - number.size()) + number);
+      field = FieldText(base.substr(0, kNameWidth - number.size()) + number);
       is_changed = true;
     }
     changed += is_changed ? 1 : 0;
@@ -42,4 +42,4 @@ std::string TextOfField(std::string_view field, size_t longest) {
   return std::string(field.substr(0, last == std::string_view::npos ? 0 : last + 1));
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

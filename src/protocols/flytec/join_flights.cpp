@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -48,4 +48,4 @@ JoinResult JoinFlights(std::vector<Flight>& flights) {
   return JoinResult::kJoined;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

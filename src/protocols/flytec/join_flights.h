@@ -5,7 +5,7 @@
 
 #include "core/flight.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 inline constexpr uint32_t kLongestGap_s = 3600;
 
@@ -17,4 +17,4 @@ enum class JoinResult { kJoined, kOverlap, kGap };
 // covers it as a whole; its index is the earliest flight's.
 JoinResult JoinFlights(std::vector<Flight>& flights);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -1,10 +1,10 @@
 #include "protocols/flytec/models.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
-constexpr FlytecModel kFlytecModels[] = {
+constexpr Model kModels[] = {
     // In the order they are looked for: "COMPEO+" must be found before "COMPEO".
     {.device_name = "5020", .model_name = "5020", .track_list_above = "1.13"},
     {.device_name = "5030", .model_name = "5030", .track_list_above = "2.19"},
@@ -19,19 +19,19 @@ constexpr FlytecModel kFlytecModels[] = {
 
 }  // namespace
 
-const FlytecModel* FindFlytecModel(const std::string& device_name) {
-  for (const FlytecModel& model : kFlytecModels) {
+const Model* FindModel(const std::string& device_name) {
+  for (const Model& model : kModels) {
     if (device_name.find(model.device_name) != std::string::npos) return &model;
   }
   return nullptr;
 }
 
 bool HasTrackList(const std::string& device_name, const std::string& software) {
-  for (const FlytecModel& model : kFlytecModels) {
+  for (const Model& model : kModels) {
     if (device_name != model.device_name) continue;
     return model.track_list_above == nullptr || software > model.track_list_above;
   }
   return false;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -2,10 +2,10 @@
 
 #include <string>
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // One model of the family.
-struct FlytecModel {
+struct Model {
   const char* device_name = nullptr;  // as the instrument tells it
   const char* model_name = nullptr;   // as a person knows it
   const char* track_list_above =
@@ -13,10 +13,10 @@ struct FlytecModel {
 };
 
 // The model whose name is part of a device name, the first in the table's order; null for none.
-const FlytecModel* FindFlytecModel(const std::string& device_name);
+const Model* FindModel(const std::string& device_name);
 
 // True when an instrument with this exact device name and software version has a track list.
 // Versions are compared as text, and the named one itself has none yet.
 bool HasTrackList(const std::string& device_name, const std::string& software);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

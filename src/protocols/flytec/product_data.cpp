@@ -11,7 +11,7 @@
 #include "protocols/sentence/line_collector.h"
 #include "protocols/sentence/write_sentence.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -37,7 +37,7 @@ std::string Normalised(std::string_view text, size_t longest) {
   return result;
 }
 
-int AskOnce(Job& job, FlytecProductData& data) {
+int AskOnce(Job& job, ProductData& data) {
   if (WriteSentence(job.link, kRequestProductData) != 0) return kWriteFailed;
   LineCollector collector;
   collector.limit = kLongestLine;
@@ -64,7 +64,7 @@ void TellFailure(const Job& job, int failure) {
   }
 }
 
-int AskWithAttempts(Job& job, FlytecProductData& data) {
+int AskWithAttempts(Job& job, ProductData& data) {
   const uint32_t attempts = job.link.attempts;
   for (uint32_t used = 0; used < attempts; used += kAttemptsPerRequest) {
     ShowProgress(job.operation, FormatCountMessage("Requesting product info (%)",
@@ -79,15 +79,15 @@ int AskWithAttempts(Job& job, FlytecProductData& data) {
 }
 
 int AskOnCandidate(Job& job) {
-  FlytecProductData data;
+  ProductData data;
   const int result = AskOnce(job, data);
   if (result == kNoPilotName) TellFailure(job, result);
   return result == kWriteFailed ? kPortFailed : result;
 }
 
-void FillIdentity(Job& job, const FlytecProductData& data) {
+void FillIdentity(Job& job, const ProductData& data) {
   constexpr size_t kLongestOwner = 50;
-  const FlytecModel* model = FindFlytecModel(data.device_name);
+  const Model* model = FindModel(data.device_name);
   job.device_name = data.device_name;
   job.pilot_name = data.pilot_name;
   job.model_name = model != nullptr ? model->model_name : "Unknown";
@@ -97,7 +97,7 @@ void FillIdentity(Job& job, const FlytecProductData& data) {
 
 }  // namespace
 
-int ParseProductData(std::string_view line, FlytecProductData& data) {
+int ParseProductData(std::string_view line, ProductData& data) {
   const std::vector<std::string_view> fields = SplitFields(line, kFields);
   if (fields.size() < kFields || fields[0] != "$PBRSNP") return -1;
   const std::string_view software = fields[4].substr(0, fields[4].find('*'));
@@ -108,10 +108,10 @@ int ParseProductData(std::string_view line, FlytecProductData& data) {
   return 0;
 }
 
-int ReadProductData(Job& job, FlytecProductData& data) {
+int ReadProductData(Job& job, ProductData& data) {
   if (job.link.automatic) {
-    if (FindInstrument(job, kFlytecSettings, AskOnCandidate) != 0) return -1;
-  } else if (OpenPort(job.link, kFlytecSettings) != 0) {
+    if (FindInstrument(job, kPortSettings, AskOnCandidate) != 0) return -1;
+  } else if (OpenPort(job.link, kPortSettings) != 0) {
     return -1;
   }
   const int result = AskWithAttempts(job, data);
@@ -124,4 +124,4 @@ int ReadProductData(Job& job, FlytecProductData& data) {
   return StopRequested(job.operation) ? kAborted : 0;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -5,10 +5,10 @@
 
 #include "device/job.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // What an instrument of the family says about itself.
-struct FlytecProductData {
+struct ProductData {
   std::string device_name;    // up to 16 characters
   std::string pilot_name;     // up to 40
   std::string serial_number;  // up to 7
@@ -17,11 +17,11 @@ struct FlytecProductData {
 
 // Reads one collected line. Returns 0, or -1 when it is not a product data line. The texts lose
 // blanks at both ends, and each run of blanks inside becomes one.
-int ParseProductData(std::string_view line, FlytecProductData& data);
+int ParseProductData(std::string_view line, ProductData& data);
 
 // Opens the job's port (any candidate's when it is chosen automatically), asks the instrument who
 // it is, fills the job's identity texts, and waits for the instrument to be ready for the next
 // command. Returns 0, or a negative number after a message (or "Transfer aborted").
-int ReadProductData(Job& job, FlytecProductData& data);
+int ReadProductData(Job& job, ProductData& data);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -2,7 +2,7 @@
 
 #include "protocols/sentence/checksum.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 std::string TrackRequest(uint32_t index) {
   std::string request = "$PBRTR,";
@@ -12,4 +12,4 @@ std::string TrackRequest(uint32_t index) {
   return "\x11" + request;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -5,9 +5,9 @@
 
 #include "platform/platform.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
-inline constexpr SerialSettings kFlytecSettings = {.baud = 57600, .xon_xoff = true};
+inline constexpr SerialSettings kPortSettings = {.baud = 57600, .xon_xoff = true};
 
 // Requests, each with an XON ahead that frees an instrument which still waits for one.
 inline constexpr const char* kRequestProductData = "\x11$PBRSNP,*21\r\n";
@@ -22,4 +22,4 @@ inline constexpr uint32_t kRequestableTracks = 100;
 // The request for one track; index below kRequestableTracks.
 std::string TrackRequest(uint32_t index);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

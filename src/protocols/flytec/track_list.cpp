@@ -10,7 +10,7 @@
 #include "protocols/sentence/line_collector.h"
 #include "protocols/sentence/write_sentence.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -44,7 +44,7 @@ int ReceiveSlots(Job& job, std::vector<TrackListEntry>& slots) {
 
 }  // namespace
 
-int ReadTrackList(Job& job, const FlytecProductData& product) {
+int ReadTrackList(Job& job, const ProductData& product) {
   if (!HasTrackList(product.device_name, product.software)) return kNoTrackList;
   if (WriteSentence(job.link, kRequestTrackList) != 0) {
     ShowMessage(job.operation, "E500 COM port write error", kTitle);
@@ -61,10 +61,10 @@ int ReadTrackList(Job& job, const FlytecProductData& product) {
   return static_cast<int>(count);
 }
 
-int FlytecFlightListJob(Job& job) {
-  FlytecProductData product;
+int FlightListJob(Job& job) {
+  ProductData product;
   const int identified = ReadProductData(job, product);
   return identified != 0 ? identified : ReadTrackList(job, product);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

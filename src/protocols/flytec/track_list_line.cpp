@@ -6,7 +6,7 @@
 #include "core/time_scale.h"
 #include "protocols/sentence/fields.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -72,4 +72,4 @@ const char* ParseTrackListLine(std::string_view line, TrackListEntry& entry) {
   return nullptr;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

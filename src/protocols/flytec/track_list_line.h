@@ -4,11 +4,11 @@
 
 #include "core/shell.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // Reads one line of the instrument's track list: "$PBRTL", number of tracks, track index, date
 // dd.mm.yy (years from 2000 on), start time hh:mm:ss, duration hh:mm:ss, each of the last three in
 // UTC. Returns null, or the message that says what is wrong with it.
 const char* ParseTrackListLine(std::string_view line, TrackListEntry& entry);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -14,7 +14,7 @@
 #include "protocols/flytec/track_receiver.h"
 #include "protocols/sentence/write_sentence.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -108,7 +108,7 @@ uint32_t DurationOf(const std::vector<TrackListEntry>& list, uint32_t index) {
   return found == list.end() ? 0 : found->duration_s;
 }
 
-int DownloadChosen(Job& job, const FlytecProductData& product) {
+int DownloadChosen(Job& job, const ProductData& product) {
   const int listed = ReadTrackList(job, product);
   if (listed < 0) return listed;
   std::vector<uint32_t> chosen;
@@ -149,8 +149,8 @@ int Join(Job& job) {
 
 }  // namespace
 
-int FlytecTrackLogJob(Job& job) {
-  FlytecProductData product;
+int TrackLogJob(Job& job) {
+  ProductData product;
   const int identified = ReadProductData(job, product);
   if (identified != 0) return identified;
   const int downloaded = job.parameter < 0 ? DownloadTrack(job, kRequestCurrentIgc, 0, 0)
@@ -160,8 +160,8 @@ int FlytecTrackLogJob(Job& job) {
   return TellPoints(job);
 }
 
-int FlytecAllTracksJob(Job& job) {
-  FlytecProductData product;
+int AllTracksJob(Job& job) {
+  ProductData product;
   const int identified = ReadProductData(job, product);
   if (identified != 0) return identified;
   const int listed = ReadTrackList(job, product);
@@ -184,4 +184,4 @@ int FlytecAllTracksJob(Job& job) {
   return points;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

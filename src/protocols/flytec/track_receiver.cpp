@@ -4,7 +4,7 @@
 
 #include "core/count_message.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -58,4 +58,4 @@ std::string TrackFaultMessage(TrackFault fault, int detail) {
   return "";
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

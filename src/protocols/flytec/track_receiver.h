@@ -6,7 +6,7 @@
 
 #include "formats/igc/decode_line.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // Why a byte of a track's IGC text ends the download.
 enum class TrackFault {
@@ -39,4 +39,4 @@ TrackFault FeedTrackByte(TrackReceiver& receiver, uint8_t byte);
 // The message of a fault, as a driver of this family numbers it.
 std::string TrackFaultMessage(TrackFault fault, int detail);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -11,7 +11,7 @@
 #include "protocols/flytec/waypoint_recogniser.h"
 #include "protocols/sentence/write_sentence.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -74,10 +74,10 @@ int ReadWaypoints(Job& job) {
 
 }  // namespace
 
-int FlytecReadWaypointsJob(Job& job) {
-  FlytecProductData product;
+int ReadWaypointsJob(Job& job) {
+  ProductData product;
   const int identified = ReadProductData(job, product);
   return identified != 0 ? identified : ReadWaypoints(job);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -5,7 +5,7 @@
 #include "core/units.h"
 #include "protocols/sentence/checksum.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -238,4 +238,4 @@ int FeedWaypointByte(WaypointRecogniser& recogniser, uint8_t byte) {
   return result;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -5,7 +5,7 @@
 
 #include "core/waypoint_record.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // Why a byte of the waypoint list ends it, in the order of the fields. The driver shows the number.
 enum WaypointError : int {
@@ -90,4 +90,4 @@ struct WaypointRecogniser {
 // a WaypointError.
 int FeedWaypointByte(WaypointRecogniser& recogniser, uint8_t byte);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

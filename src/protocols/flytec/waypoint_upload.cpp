@@ -12,7 +12,7 @@
 #include "protocols/sentence/positions.h"
 #include "protocols/sentence/write_sentence.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 namespace {
 
@@ -40,8 +40,8 @@ std::vector<std::string> NamesToSend(const Job& job) {
   uint32_t changed = 0;
   std::vector<std::string> fields = NameFields(names, changed);
   if (changed > 0) {
-    ShowStatus(job.operation, FormatCountMessage("% names were changed to fit % characters",
-                                                 changed, kFlytecNameWidth));
+    ShowStatus(job.operation,
+               FormatCountMessage("% names were changed to fit % characters", changed, kNameWidth));
   }
   return fields;
 }
@@ -103,10 +103,10 @@ std::string WaypointSentence(const WaypointRecord& waypoint, const std::string& 
   return sentence;
 }
 
-int FlytecWriteWaypointsJob(Job& job) {
-  FlytecProductData product;
+int WriteWaypointsJob(Job& job) {
+  ProductData product;
   const int identified = ReadProductData(job, product);
   return identified != 0 ? identified : SendWaypoints(job);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

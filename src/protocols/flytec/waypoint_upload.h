@@ -5,7 +5,7 @@
 #include "core/waypoint_record.h"
 #include "device/job.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // Why a waypoint cannot be told to the instrument; null when it can.
 const char* WaypointObstacle(const WaypointRecord& waypoint);
@@ -21,6 +21,6 @@ std::string WaypointSentence(const WaypointRecord& waypoint, const std::string& 
 // obstacle is named in a message and passed over. Returns the number sent, which job.data.sent has
 // too, or a negative number after "% waypoints sent" with those that left before a failure or an
 // abort.
-int FlytecWriteWaypointsJob(Job& job);
+int WriteWaypointsJob(Job& job);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

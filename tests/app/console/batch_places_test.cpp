@@ -18,7 +18,7 @@ class BatchPlacesTest : public testing::Test {
  protected:
   void SetUp() override {
     simulator.pilot_name = "JIMI HENDRIX";
-    instrument = MakeFlytecInstrument(simulator, 57600);
+    instrument = flytec_simulator::MakeInstrument(simulator, 57600);
     bench.instrument = &instrument;
     bench.ports = {{.number = 1, .name = "port1"}};
     platform = BenchPlatform(bench);
@@ -46,7 +46,7 @@ class BatchPlacesTest : public testing::Test {
   }
 
   ScratchFolder folder;
-  FlytecSimulator simulator;
+  flytec_simulator::Simulator simulator;
   SimulatedInstrument instrument;
   Bench bench;
   Platform platform;
@@ -99,7 +99,8 @@ TEST_F(BatchPlacesTest, EveryWaypointArrivesUnderANameOfItsOwnOrIsNamed) {
             "\"Orbit\",,FJ,1700.000S,17900.000E,99999.6m,1,,,,\r\n");
   EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /WR_WPT=@/a.cup"), kExitFailed);
   Texts names;
-  for (const FlytecWaypoint& waypoint : simulator.waypoints) names.push_back(waypoint.long_name);
+  for (const flytec_simulator::StoredWaypoint& waypoint : simulator.waypoints)
+    names.push_back(waypoint.long_name);
   EXPECT_EQ(names, (Texts{"Fiesch           ", "Startplatz Niesen", "Startplatz Niese2",
                           "Chamonix Planpraz", "Too high         "}));
   EXPECT_TRUE(Said("5 of 7 waypoints sent")) << out;
@@ -121,14 +122,14 @@ TEST_F(BatchPlacesTest, AirspaceIsSentAndRefusalsAreTold) {
   EXPECT_TRUE(Said("CTR transfer ok"));
   EXPECT_TRUE(Said("2 of 2 airspaces sent"));
   const struct {
-    FlytecRefusal refusal;
+    flytec_simulator::Refusal refusal;
     const char* message;
   } cases[] = {
-      {FlytecRefusal::kPlausibility, "Plausibility error"},
-      {FlytecRefusal::kMemory, "No further memory"},
-      {FlytecRefusal::kProtected, "No more writing allowed"},
-      {FlytecRefusal::kSyntax, "NMEA syntax error"},
-      {FlytecRefusal::kSilent, "Missing CTR upload ack."},
+      {flytec_simulator::Refusal::kPlausibility, "Plausibility error"},
+      {flytec_simulator::Refusal::kMemory, "No further memory"},
+      {flytec_simulator::Refusal::kProtected, "No more writing allowed"},
+      {flytec_simulator::Refusal::kSyntax, "NMEA syntax error"},
+      {flytec_simulator::Refusal::kSilent, "Missing CTR upload ack."},
   };
   for (const auto& c : cases) {
     simulator.refusal = c.refusal;
@@ -157,7 +158,8 @@ TEST_F(BatchPlacesTest, TracksAreSavedInOtherFormats) {
   const std::string flight =
       "AFLY123 6030\r\nHFDTE270417\r\nB1200004743000N01121571EA0062000640\r\n"
       "B1200014743001N01121571EA0062000640\r\nG00\r\n";
-  simulator.flights = {FlightFromIgc(flight), FlightFromIgc(flight)};
+  simulator.flights = {flytec_simulator::FlightFromIgc(flight),
+                       flytec_simulator::FlightFromIgc(flight)};
   ASSERT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /KML_LOG=@/a.kml /TRACK=1,2"), kExitDone) << err;
   EXPECT_NE(ReadText(folder.File("a.kml")).find("<gx:Track>"), std::string::npos);
   ASSERT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /OZI_LOG=@/b.plt"), kExitDone) << err;

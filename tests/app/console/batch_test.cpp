@@ -28,8 +28,9 @@ class BatchTest : public testing::Test {
  protected:
   void SetUp() override {
     simulator.pilot_name = "JIMI HENDRIX";
-    simulator.flights = {FlightFromIgc(newest), FlightFromIgc(oldest)};
-    instrument = MakeFlytecInstrument(simulator, 57600);
+    simulator.flights = {flytec_simulator::FlightFromIgc(newest),
+                         flytec_simulator::FlightFromIgc(oldest)};
+    instrument = flytec_simulator::MakeInstrument(simulator, 57600);
     bench.instrument = &instrument;
     bench.ports = {{.number = 1, .name = "port1"}};
     platform = BenchPlatform(bench);
@@ -65,7 +66,7 @@ class BatchTest : public testing::Test {
   const std::string newest = Igc("12");
   const std::string oldest = Igc("11");
   ScratchFolder folder;
-  FlytecSimulator simulator;
+  flytec_simulator::Simulator simulator;
   SimulatedInstrument instrument;
   Bench bench;
   Platform platform;
@@ -147,7 +148,7 @@ TEST_F(BatchTest, AFaultAnywhereKeepsTheOldTrackOrBringsTheNewOne) {
       std::filesystem::remove_all(folder.path);
       std::filesystem::create_directory(folder.path);
       InstallTrackLog({.points = {{.time = 77}}});
-      instrument = MakeFlytecInstrument(simulator, 57600);
+      instrument = flytec_simulator::MakeInstrument(simulator, 57600);
       bench = {};
       bench.instrument = &instrument;
       bench.ports = {{.number = 1, .name = "port1"}};

@@ -5,7 +5,7 @@
 
 #include "instruments/flytec/flytec_simulator.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 
 inline void Say(SimulatedInstrument& instrument, std::string_view bytes, uint64_t now_ns = 0) {
   for (const char c : bytes) {
@@ -21,10 +21,10 @@ inline std::string Hear(SimulatedInstrument& instrument, uint64_t now_ns = kNeve
 }
 
 // All that a simulator answers.
-inline std::string AnswerTo(FlytecSimulator& simulator, std::string_view request) {
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+inline std::string AnswerTo(Simulator& simulator, std::string_view request) {
+  SimulatedInstrument instrument = MakeInstrument(simulator, 57600);
   Say(instrument, request);
   return Hear(instrument);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -5,7 +5,7 @@
 #include "instruments/flytec/airspace_memory.h"
 #include "instruments/flytec/waypoint_memory.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 namespace {
 
 using Texts = std::vector<std::string>;
@@ -16,8 +16,8 @@ const std::string kCentreLine = "005,002,X,4703.004,N,01110.400,E";
 const std::string kStartLine = "005,003,T,4703.004,N,01110.400,E,+";
 const std::string kEndLine = "005,004,Z,4710.001,N,01104.700,E,+";
 
-FlytecAirspaceUpload Take(const Texts& lines) {
-  FlytecAirspaceUpload upload;
+AirspaceUpload Take(const Texts& lines) {
+  AirspaceUpload upload;
   for (const std::string& line : lines) {
     const bool last = line == lines.back();
     EXPECT_EQ(TakeUploadLine(upload, line), last ? UploadLine::kLast : UploadLine::kMore) << line;
@@ -26,10 +26,9 @@ FlytecAirspaceUpload Take(const Texts& lines) {
 }
 
 TEST(AirspaceMemory, ListsWhatItTook) {
-  const FlytecAirspaceUpload upload =
-      Take({kNameLine, kRemarkLine, kCentreLine, kStartLine, kEndLine});
+  const AirspaceUpload upload = Take({kNameLine, kRemarkLine, kCentreLine, kStartLine, kEndLine});
   EXPECT_EQ(upload.fault, 0);
-  std::vector<FlytecAirspace> memory;
+  std::vector<StoredAirspace> memory;
   ASSERT_TRUE(StoreAirspace(memory, upload.airspace, 1));
   EXPECT_EQ(AirspaceListBodies(memory),
             (Texts{"PBRCTR," + kNameLine, "PBRCTR," + kRemarkLine, "PBRCTR," + kCentreLine,
@@ -69,7 +68,7 @@ TEST(AirspaceMemory, FindsWhatIsWrong) {
 }
 
 TEST(AirspaceMemory, ANewStartForgetsTheOldOne) {
-  FlytecAirspaceUpload upload;
+  AirspaceUpload upload;
   EXPECT_EQ(TakeUploadLine(upload, "009,005,P,broken"), UploadLine::kMore);
   EXPECT_NE(upload.fault, 0);
   EXPECT_EQ(TakeUploadLine(upload, kNameLine), UploadLine::kMore);
@@ -79,7 +78,7 @@ TEST(AirspaceMemory, ANewStartForgetsTheOldOne) {
 }
 
 TEST(AirspaceMemory, RoomEndsInsideAnAirspaceAndBetweenThem) {
-  FlytecAirspaceUpload upload;
+  AirspaceUpload upload;
   (void)TakeUploadLine(upload, "104,000,Kreisbogen       ,3440");
   (void)TakeUploadLine(upload, "104,001,Remark Kreisbogen");
   for (int line = 2; line < 102; ++line) {
@@ -90,7 +89,7 @@ TEST(AirspaceMemory, RoomEndsInsideAnAirspaceAndBetweenThem) {
   (void)TakeUploadLine(upload, "104,102,P,4710.001,N,01104.700,E");
   EXPECT_EQ(upload.fault, kAirspaceNoMemory);
 
-  std::vector<FlytecAirspace> memory;
+  std::vector<StoredAirspace> memory;
   EXPECT_TRUE(StoreAirspace(memory, {.name = "A", .number = "0001"}, 1));
   EXPECT_FALSE(StoreAirspace(memory, {.name = "B"}, 1));
   EXPECT_TRUE(StoreAirspace(memory, {.name = "A", .number = "0002"}, 1));
@@ -98,7 +97,7 @@ TEST(AirspaceMemory, RoomEndsInsideAnAirspaceAndBetweenThem) {
 }
 
 TEST(WaypointMemory, MakesTheListLineOfARealInstrument) {
-  FlytecWaypoint waypoint;
+  StoredWaypoint waypoint;
   ASSERT_TRUE(ReadUploadedWaypoint("4743.564,N,01121.571,E,,Urthaler Hof     ,0620", waypoint));
   EXPECT_EQ(WaypointListBody(waypoint),
             "PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620");
@@ -126,13 +125,13 @@ TEST(WaypointMemory, RefusesWhatIsNotAWaypoint) {
       "4743.564,N,18000.001,E,,Urthaler Hof     ,0620",
   };
   for (const char* fields : cases) {
-    FlytecWaypoint waypoint;
+    StoredWaypoint waypoint;
     EXPECT_FALSE(ReadUploadedWaypoint(fields, waypoint)) << fields;
   }
 }
 
 TEST(WaypointMemory, TheSameNameOverwritesAndRoomEnds) {
-  std::vector<FlytecWaypoint> memory;
+  std::vector<StoredWaypoint> memory;
   EXPECT_TRUE(StoreWaypoint(memory, {.long_name = "A", .altitude_m = 1}, 2));
   EXPECT_TRUE(StoreWaypoint(memory, {.long_name = "B", .altitude_m = 2}, 2));
   EXPECT_FALSE(StoreWaypoint(memory, {.long_name = "C", .altitude_m = 3}, 2));
@@ -145,15 +144,15 @@ TEST(WaypointMemory, TheSameNameOverwritesAndRoomEnds) {
 TEST(WaypointMemory, GeneratedOnesDiffer) {
   std::set<std::string> names;
   std::set<std::string> positions;
-  for (uint32_t n = 0; n < kFlytecMaxWaypoints; ++n) {
-    const FlytecWaypoint waypoint = GenerateFlytecWaypoint(n);
+  for (uint32_t n = 0; n < kMaxWaypoints; ++n) {
+    const StoredWaypoint waypoint = GenerateWaypoint(n);
     names.insert(waypoint.long_name);
     positions.insert(waypoint.position);
     EXPECT_EQ(waypoint.long_name.size(), 17U);
   }
-  EXPECT_EQ(names.size(), kFlytecMaxWaypoints);
-  EXPECT_EQ(positions.size(), kFlytecMaxWaypoints);
+  EXPECT_EQ(names.size(), kMaxWaypoints);
+  EXPECT_EQ(positions.size(), kMaxWaypoints);
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

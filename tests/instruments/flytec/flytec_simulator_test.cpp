@@ -5,7 +5,7 @@
 #include "core/time_scale.h"
 #include "tests/instruments/flytec/conversation.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 namespace {
 
 constexpr uint64_t kMillisecond_ns = 1'000'000;
@@ -19,8 +19,8 @@ std::string AllBytes() {
   return bytes;
 }
 
-FlytecSimulator Simulator() {
-  FlytecSimulator simulator{.device_name = "5030", .software = "2.00"};
+Simulator KnownSimulator() {
+  Simulator simulator{.device_name = "5030", .software = "2.00"};
   simulator.pilot_name = "JIMI HENDRIX";
   simulator.serial = "01001";
   // On 27 April 2017 at 15:29:56 and on 2 January 2009 at midnight.
@@ -34,7 +34,7 @@ constexpr const char* kFlightList =
     "\x13$PBRTL,02,00,27.04.17,15:29:56,00:04:55*79\r\n"
     "$PBRTL,02,01,02.01.09,00:00:00,12:00:34*79\r\n\x11";
 
-TEST(FlytecSimulator, AnswersWhatItUnderstands) {
+TEST(Simulator, AnswersWhatItUnderstands) {
   const std::string newest =
       "\x13"
       "AXSH\r\nB\r\n\x11";
@@ -52,41 +52,41 @@ TEST(FlytecSimulator, AnswersWhatItUnderstands) {
       {"after an endless one", "$" + std::string(500, 'x') + "\r\n$PBRTL,*74\r\n", kFlightList},
   };
   for (const auto& [name, request, answer] : cases) {
-    FlytecSimulator simulator = Simulator();
+    Simulator simulator = KnownSimulator();
     EXPECT_EQ(AnswerTo(simulator, request), answer) << name;
   }
 }
 
-TEST(FlytecSimulator, IsSilentOtherwise) {
+TEST(Simulator, IsSilentOtherwise) {
   const char* const cases[] = {"$PBRTL,*75\r\n",  "$PBRTR,00*6a\r\n", "$PBRTL,*7\r\n",
                                "$PBRTL,*740\r\n", "$PBRTL,*74\r",     "PBRTL,*74\r\n",
                                "$PBRXYZ,*37\r\n", "$PBRTR,00\r\n",    "$PBRTR,02*68\r\n",
                                "$PBRTR,0*5A\r\n", "$PBRTR,0A*1B\r\n", "$PBRTL,0*44\r\n",
                                "$\r\n",           "$*00\r\n",         "\r\n\n\r"};
   for (const char* request : cases) {
-    FlytecSimulator simulator = Simulator();
+    Simulator simulator = KnownSimulator();
     EXPECT_EQ(AnswerTo(simulator, request), "") << request;
   }
 }
 
-TEST(FlytecSimulator, ListsAFlightAsARealInstrumentDid) {
-  FlytecSimulator simulator = Simulator();
+TEST(Simulator, ListsAFlightAsARealInstrumentDid) {
+  Simulator simulator = KnownSimulator();
   simulator.flights.resize(7);
   std::swap(simulator.flights[0], simulator.flights[1]);
   const std::string list = AnswerTo(simulator, "$PBRTL,*74\r\n");
   EXPECT_NE(list.find("$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D\r\n"), std::string::npos) << list;
 }
 
-TEST(FlytecSimulator, EmptyMemoryHasAnEmptyListAndNoFlight) {
-  FlytecSimulator simulator;
+TEST(Simulator, EmptyMemoryHasAnEmptyListAndNoFlight) {
+  Simulator simulator;
   EXPECT_EQ(AnswerTo(simulator, "$PBRTL,*74\r\n$PBRTR,00*6A\r\n$PBRIGC,*21\r\n"), "\x13\x11");
 }
 
-TEST(FlytecSimulator, TakesItsTime) {
-  FlytecSimulator simulator = Simulator();
+TEST(Simulator, TakesItsTime) {
+  Simulator simulator = KnownSimulator();
   simulator.thinking_ns = 40 * kMillisecond_ns;
   simulator.line_gap_ns = 100 * kMillisecond_ns;
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+  SimulatedInstrument instrument = MakeInstrument(simulator, 57600);
   constexpr uint64_t kAsked_ns = 5 * kMillisecond_ns;
   Say(instrument, "$PBRTL,*74\r\n", kAsked_ns);
   constexpr uint64_t kXoff_ns = kAsked_ns + kXoffDelay_ns + kByte_ns;
@@ -102,9 +102,9 @@ TEST(FlytecSimulator, TakesItsTime) {
   EXPECT_EQ(Hear(instrument, kAnswer_ns + 200 * kMillisecond_ns + kByte_ns), "\x11");
 }
 
-TEST(FlytecSimulator, StopsOnXoffAndGoesOnWhereItWas) {
-  FlytecSimulator simulator = Simulator();
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+TEST(Simulator, StopsOnXoffAndGoesOnWhereItWas) {
+  Simulator simulator = KnownSimulator();
+  SimulatedInstrument instrument = MakeInstrument(simulator, 57600);
   Say(instrument, "$PBRSNP,*21\r\n");
   const uint64_t some_ns = kXoffDelay_ns + simulator.thinking_ns + 5 * kByte_ns;
   std::string heard = Hear(instrument, some_ns);
@@ -119,14 +119,14 @@ TEST(FlytecSimulator, StopsOnXoffAndGoesOnWhereItWas) {
   EXPECT_EQ(heard, kProductData);
 }
 
-TEST(FlytecSimulator, TellsWhatBecameOfASentence) {
-  FlytecSimulator simulator = Simulator();
+TEST(Simulator, TellsWhatBecameOfASentence) {
+  Simulator simulator = KnownSimulator();
   std::string told;
   simulator.log_context = &told;
   simulator.log = [](void* context, std::string_view text, uint64_t) {
     *static_cast<std::string*>(context) += std::string(text) + "\n";
   };
-  SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 0);
+  SimulatedInstrument instrument = MakeInstrument(simulator, 0);
   Say(instrument, "$PBRTL,*74\r\n$PBRTL,*75\r\n$PBRTR,05*6F\r\n");
   EXPECT_EQ(told,
             "answering $PBRTL,*74\n"
@@ -153,7 +153,7 @@ TEST(FlightFromIgc, FindsTheTimes) {
       {"", {}, 0},
   };
   for (const auto& [text, start, duration_s] : cases) {
-    const FlytecFlight flight = FlightFromIgc(text);
+    const StoredFlight flight = FlightFromIgc(text);
     EXPECT_EQ(flight.igc_text, text);
     EXPECT_EQ(CalendarFromTime(flight.start_time), start) << text;
     EXPECT_EQ(flight.duration_s, duration_s) << text;
@@ -161,7 +161,7 @@ TEST(FlightFromIgc, FindsTheTimes) {
 }
 
 TEST(FlightFromIgc, NewestComesFirst) {
-  std::vector<FlytecFlight> flights = {{.igc_text = "old", .start_time = 1},
+  std::vector<StoredFlight> flights = {{.igc_text = "old", .start_time = 1},
                                        {.igc_text = "new", .start_time = 3},
                                        {.igc_text = "middle", .start_time = 2}};
   SortNewestFirst(flights);
@@ -169,4 +169,4 @@ TEST(FlightFromIgc, NewestComesFirst) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

@@ -3,13 +3,13 @@
 #include "instruments/flytec/instrument_text.h"
 #include "tests/instruments/flytec/conversation.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec_simulator {
 namespace {
 
 const std::string kDone = "\x13\x11";
 
 // What the simulator answers to one body after the other.
-std::string Answers(FlytecSimulator& simulator, const std::vector<std::string>& bodies) {
+std::string Answers(Simulator& simulator, const std::vector<std::string>& bodies) {
   std::string request;
   for (const std::string& body : bodies) request += InstrumentSentence(body);
   return AnswerTo(simulator, request);
@@ -25,7 +25,7 @@ const std::vector<std::string> kAirspaceUpload = {"PBRCTRW,003,000,Kreisbogen   
                                                   "PBRCTRW,003,002,C,4710.001,N,01104.700,E,12345"};
 
 TEST(FlytecUpload, WhatWasTakenIsListed) {
-  FlytecSimulator simulator;
+  Simulator simulator;
   EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDone);
   EXPECT_EQ(Answers(simulator, {"PBRWPS,"}),
             "\x13$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\n\x11");
@@ -38,13 +38,13 @@ TEST(FlytecUpload, WhatWasTakenIsListed) {
 }
 
 TEST(FlytecUpload, WhatIsNotAnUploadIsNotAnswered) {
-  FlytecSimulator simulator;
+  Simulator simulator;
   EXPECT_EQ(Answers(simulator, {"PBRWPR,nonsense", "PBRWPR,", "PBRCTRW,", "PBRCTRW,3,0,A,1"}), "");
   EXPECT_TRUE(simulator.waypoints.empty());
 }
 
 TEST(FlytecUpload, FullMemoryIsToldForAirspacesOnly) {
-  FlytecSimulator simulator{.waypoint_room = 0, .airspace_room = 0};
+  Simulator simulator{.waypoint_room = 0, .airspace_room = 0};
   EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDone);
   EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDone + kDone + Answer('3'));
   EXPECT_TRUE(simulator.waypoints.empty());
@@ -52,15 +52,15 @@ TEST(FlytecUpload, FullMemoryIsToldForAirspacesOnly) {
 }
 
 TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
-  const std::tuple<FlytecRefusal, std::string, std::string> cases[] = {
-      {FlytecRefusal::kPlausibility, kDone, kDone + kDone + Answer('2')},
-      {FlytecRefusal::kMemory, kDone, kDone + kDone + Answer('3')},
-      {FlytecRefusal::kProtected, kDone, kDone + kDone + Answer('4')},
-      {FlytecRefusal::kSyntax, kDone, kDone + kDone + Answer('5')},
-      {FlytecRefusal::kSilent, "", ""},
+  const std::tuple<Refusal, std::string, std::string> cases[] = {
+      {Refusal::kPlausibility, kDone, kDone + kDone + Answer('2')},
+      {Refusal::kMemory, kDone, kDone + kDone + Answer('3')},
+      {Refusal::kProtected, kDone, kDone + kDone + Answer('4')},
+      {Refusal::kSyntax, kDone, kDone + kDone + Answer('5')},
+      {Refusal::kSilent, "", ""},
   };
   for (const auto& [refusal, waypoint_answer, airspace_answer] : cases) {
-    FlytecSimulator simulator{.refusal = refusal};
+    Simulator simulator{.refusal = refusal};
     EXPECT_EQ(Answers(simulator, {kWaypointUpload}), waypoint_answer);
     EXPECT_EQ(Answers(simulator, kAirspaceUpload), airspace_answer);
     EXPECT_TRUE(simulator.waypoints.empty() && simulator.airspaces.empty());
@@ -68,10 +68,10 @@ TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
 }
 
 TEST(FlytecUpload, AFaultyAirspaceIsAnsweredAtItsLastLineAndForgotten) {
-  FlytecSimulator simulator;
+  Simulator simulator;
   EXPECT_EQ(Answers(simulator, {kAirspaceUpload[0], kAirspaceUpload[2]}), kDone + Answer('5'));
   EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDone + kDone + Answer('1'));
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec_simulator

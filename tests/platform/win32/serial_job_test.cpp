@@ -46,9 +46,9 @@ struct InstrumentAtPort {
   InstrumentAtPort& operator=(const InstrumentAtPort&) = delete;
 
   void Run() {
-    FlytecSimulator simulator;
-    simulator.flights = {FlightFromIgc(FlightText())};
-    SimulatedInstrument instrument = MakeFlytecInstrument(simulator, 57600);
+    flytec_simulator::Simulator simulator;
+    simulator.flights = {flytec_simulator::FlightFromIgc(FlightText())};
+    SimulatedInstrument instrument = flytec_simulator::MakeInstrument(simulator, 57600);
     std::string byte;
     while (!stop && end.Read(byte, 1) >= 0) {
       if (!byte.empty()) {

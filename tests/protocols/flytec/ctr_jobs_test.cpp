@@ -8,7 +8,7 @@
 #include "tests/protocols/flytec/flytec_bench.h"
 #include "tests/support/airspace_place.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 // One point, one circle and one arc: 7 sentences.
@@ -83,7 +83,7 @@ TEST(CtrLines, WhatCannotBeToldIsSaidBeforehand) {
   for (const auto& [record, obstacle] : cases) EXPECT_EQ(CtrObstacle(record), obstacle);
   FlytecBench b;
   b.job.data.airspaces = {wide, no_outline};
-  EXPECT_LT(FlytecWriteCtrJob(b.job), 0);
+  EXPECT_LT(WriteCtrJob(b.job), 0);
   EXPECT_EQ(b.recorder.messages.size(), 2U);
   EXPECT_EQ(b.bench.written, "") << "nothing is left to send";
 }
@@ -98,7 +98,7 @@ const std::string kOneCtr = Sentence("PBRCTR,003,000,abcdefghijklmnopq,0001") +
 TEST(ReadCtrs, ReceivesUntilTheClosingSentence) {
   FlytecBench b;
   b.script.answers["$PBRCTR,"] = {"\x13" + kOneCtr + kOneCtr + kListEnd + "\x11"};
-  ASSERT_EQ(FlytecReadCtrJob(b.job), 2);
+  ASSERT_EQ(ReadCtrJob(b.job), 2);
   ASSERT_EQ(b.job.data.airspaces.size(), 2U);
   EXPECT_EQ(b.job.data.airspaces[1].segments[0].radius_m, 12345);
   EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRCTR,*29\r\n");
@@ -119,14 +119,14 @@ TEST(ReadCtrs, EachFailureHasItsMessageAndDeliversNothing) {
   for (Failure failure : cases) {
     FlytecBench b;
     failure.message.insert(0, "Read CTR list: ");
-    ExpectFailure(b, FlytecReadCtrJob, "$PBRCTR,", failure);
+    ExpectFailure(b, ReadCtrJob, "$PBRCTR,", failure);
   }
 }
 
 TEST(ReadCtrs, ASilentInstrumentIsWaitedForUntilTheAbort) {
   FlytecBench b;
   b.bench.fault = Abort(20'000);
-  EXPECT_LT(FlytecReadCtrJob(b.job), 0);
+  EXPECT_LT(ReadCtrJob(b.job), 0);
   EXPECT_EQ(b.recorder.statuses.back(), "Transfer aborted");
   EXPECT_GE(Elapsed_ms(b.bench, 0), 900'000U);
 }
@@ -144,7 +144,7 @@ struct Upload : FlytecBench {
 TEST(WriteCtrs, SendsTheSelectedOnesEachAcknowledged) {
   Upload b;
   const uint64_t start_ns = b.bench.now_ns;
-  ASSERT_EQ(FlytecWriteCtrJob(b.job), 2);
+  ASSERT_EQ(WriteCtrJob(b.job), 2);
   ASSERT_EQ(b.script.requests.size(), 15U);
   EXPECT_EQ(b.recorder.statuses,
             (Texts{"Product data read", "1 CTR segments sent", "2 CTR segments sent",
@@ -172,7 +172,7 @@ TEST(WriteCtrs, EachAnswerButOneEndsTheUpload) {
   };
   for (const auto& [answer, message] : cases) {
     Upload b({kListEnd, answer});
-    EXPECT_LT(FlytecWriteCtrJob(b.job), 0) << message;
+    EXPECT_LT(WriteCtrJob(b.job), 0) << message;
     EXPECT_EQ(b.recorder.messages,
               Texts{std::string("CTR upload acknowledge status: ") + message + "\nB"});
     EXPECT_EQ(b.job.data.sent, 1U);
@@ -184,7 +184,7 @@ TEST(WriteCtrs, EachAnswerButOneEndsTheUpload) {
 TEST(WriteCtrs, SilenceIsMeasuredFromTheLastByte) {
   const uint64_t start_ns = Bench().now_ns;
   Upload silent({""});
-  EXPECT_LT(FlytecWriteCtrJob(silent.job), 0);
+  EXPECT_LT(WriteCtrJob(silent.job), 0);
   // 1200 until identified and 1000 between sentences before the waiting begins.
   EXPECT_NEAR(static_cast<double>(Elapsed_ms(silent.bench, start_ns)), 22'220, 100);
 }
@@ -196,7 +196,7 @@ TEST(WriteCtrs, AFailedWriteTellsHowFarItCame) {
   for (size_t line = 0; line < std::size(statuses); ++line) {
     Upload b;
     b.bench.fault = FailWrite(1 + line);
-    EXPECT_LT(FlytecWriteCtrJob(b.job), 0);
+    EXPECT_LT(WriteCtrJob(b.job), 0);
     EXPECT_EQ(b.recorder.statuses.back(), statuses[line]);
     EXPECT_EQ(b.recorder.messages, Texts{"CTR upload: COM port write error"});
   }
@@ -205,10 +205,10 @@ TEST(WriteCtrs, AFailedWriteTellsHowFarItCame) {
 TEST(WriteCtrs, AReadFailureHasItsMessage) {
   Upload b;
   b.bench.fault = Unplug(50);
-  EXPECT_LT(FlytecWriteCtrJob(b.job), 0);
+  EXPECT_LT(WriteCtrJob(b.job), 0);
   EXPECT_EQ(b.recorder.messages,
             Texts{"CTR upload acknowledge status: E601 COM port read error\nA"});
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

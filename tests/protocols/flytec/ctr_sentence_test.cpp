@@ -4,7 +4,7 @@
 
 #include "tests/support/airspace_place.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 // What the last of some sentences gave; every earlier one must have asked for more.
@@ -150,4 +150,4 @@ TEST(CtrSentence, AnEndlessListRunsOutOfRoom) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

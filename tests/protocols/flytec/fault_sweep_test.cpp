@@ -11,7 +11,7 @@
 #include "protocols/flytec/track_log.h"
 #include "tests/protocols/flytec/sweep_bench.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 const std::string kFlight =
@@ -26,8 +26,8 @@ const std::string kFlight =
 
 struct Conversation : SweepBench {
   explicit Conversation(const Fault& fault = {}) {
-    simulator.flights = {FlightFromIgc(kFlight)};
-    Run(FlytecTrackLogJob, fault);
+    simulator.flights = {flytec_simulator::FlightFromIgc(kFlight)};
+    Run(TrackLogJob, fault);
   }
 };
 
@@ -134,4 +134,4 @@ TEST(FaultSweep, AnAbortAtAnyWaitEndsTheJobAtOnce) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

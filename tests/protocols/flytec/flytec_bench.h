@@ -5,7 +5,7 @@
 #include "protocols/sentence/checksum.h"
 #include "tests/support/job_bench.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 using Texts = std::vector<std::string>;
 
@@ -42,4 +42,4 @@ inline void ExpectFailure(FlytecBench& b, JobProcedure procedure, const char* re
   EXPECT_TRUE(data.flights.empty() && data.waypoints.empty() && data.airspaces.empty());
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

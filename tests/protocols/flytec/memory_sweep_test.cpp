@@ -16,7 +16,7 @@
 #include "tests/protocols/flytec/sweep_bench.h"
 #include "tests/support/airspace_place.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 constexpr uint32_t kWaypoints = 3;
@@ -37,8 +37,8 @@ std::vector<CtrRecord> Airspaces() {
                          .direction = kCounterClockwise}}}};
 }
 
-FlytecAirspace Stored(const CtrRecord& record) {
-  FlytecAirspaceUpload upload;
+flytec_simulator::StoredAirspace Stored(const CtrRecord& record) {
+  flytec_simulator::AirspaceUpload upload;
   for (const CtrLine& line : CtrLines(record, FieldText(record.name))) {
     const std::string& text = line.sentence;
     (void)TakeUploadLine(upload, text.substr(9, text.size() - 9 - 5));
@@ -47,7 +47,7 @@ FlytecAirspace Stored(const CtrRecord& record) {
 }
 
 // The record that is sent as this waypoint.
-WaypointRecord Record(const FlytecWaypoint& waypoint) {
+WaypointRecord Record(const flytec_simulator::StoredWaypoint& waypoint) {
   const std::string& text = waypoint.position;
   const auto number = [&](size_t at, size_t digits) { return std::stoi(text.substr(at, digits)); };
   WaypointRecord record;
@@ -75,27 +75,29 @@ int ReadWithPatience(void* context, SerialHandle port, uint8_t* buffer, size_t c
 
 struct Conversation : SweepBench {
   explicit Conversation(JobProcedure procedure, const Fault& fault = {}) {
-    const bool reads = procedure == FlytecReadWaypointsJob || procedure == FlytecReadCtrJob;
-    for (uint32_t n = 0; n < kWaypoints; ++n) aboard.push_back(GenerateFlytecWaypoint(n));
+    const bool reads = procedure == ReadWaypointsJob || procedure == ReadCtrJob;
+    for (uint32_t n = 0; n < kWaypoints; ++n)
+      aboard.push_back(flytec_simulator::GenerateWaypoint(n));
     if (reads) {
       simulator.waypoints = aboard;
       for (const CtrRecord& record : Airspaces()) simulator.airspaces.push_back(Stored(record));
     } else {
-      for (const FlytecWaypoint& waypoint : aboard) job.data.waypoints.push_back(Record(waypoint));
+      for (const flytec_simulator::StoredWaypoint& waypoint : aboard)
+        job.data.waypoints.push_back(Record(waypoint));
       job.data.airspaces = Airspaces();
     }
     platform.serial.read = ReadWithPatience;
     Run(procedure, fault);
   }
 
-  std::vector<FlytecWaypoint> aboard;
+  std::vector<flytec_simulator::StoredWaypoint> aboard;
 };
 
 // --- What every run must hold --------------------------------------------------------------------
 
 void ExpectDeliveredWasAboard(const Conversation& run) {
   for (const WaypointRecord& waypoint : run.job.data.waypoints) {
-    const auto is_it = [&](const FlytecWaypoint& known) {
+    const auto is_it = [&](const flytec_simulator::StoredWaypoint& known) {
       return SentAs(Record(known)) == SentAs(waypoint);
     };
     EXPECT_TRUE(std::any_of(run.aboard.begin(), run.aboard.end(), is_it));
@@ -112,11 +114,11 @@ void ExpectSane(const Conversation& run) {
   EXPECT_TRUE(run.result >= 0 || !run.recorder.messages.empty() ||
               Has(run.recorder.statuses, "Transfer aborted") ||
               run.recorder.statuses.back().ends_with("waypoints sent"));
-  for (const FlytecWaypoint& waypoint : run.simulator.waypoints) {
+  for (const flytec_simulator::StoredWaypoint& waypoint : run.simulator.waypoints) {
     EXPECT_EQ(std::count(run.aboard.begin(), run.aboard.end(), waypoint), 1);
   }
   const std::vector<CtrRecord> sent = Airspaces();
-  for (const FlytecAirspace& airspace : run.simulator.airspaces) {
+  for (const flytec_simulator::StoredAirspace& airspace : run.simulator.airspaces) {
     const auto is_it = [&](const CtrRecord& record) { return Stored(record) == airspace; };
     EXPECT_TRUE(std::any_of(sent.begin(), sent.end(), is_it));
   }
@@ -125,25 +127,23 @@ void ExpectSane(const Conversation& run) {
 // --- The sweeps ----------------------------------------------------------------------------------
 
 TEST(MemorySweep, WithoutAFaultEverythingArrives) {
-  const std::pair<JobProcedure, int> cases[] = {{FlytecWriteWaypointsJob, 3},
-                                                {FlytecReadWaypointsJob, 3},
-                                                {FlytecWriteCtrJob, 2},
-                                                {FlytecReadCtrJob, 2}};
+  const std::pair<JobProcedure, int> cases[] = {
+      {WriteWaypointsJob, 3}, {ReadWaypointsJob, 3}, {WriteCtrJob, 2}, {ReadCtrJob, 2}};
   for (const auto& [procedure, result] : cases) {
     const Conversation run(procedure);
     EXPECT_EQ(run.result, result);
     EXPECT_GT(std::max(run.bench.sent, run.bench.received), 40U);
     ExpectSane(run);
   }
-  ExpectDeliveredWasAboard(Conversation(FlytecReadWaypointsJob));
-  ExpectDeliveredWasAboard(Conversation(FlytecReadCtrJob));
-  const Conversation waypoints(FlytecWriteWaypointsJob);
+  ExpectDeliveredWasAboard(Conversation(ReadWaypointsJob));
+  ExpectDeliveredWasAboard(Conversation(ReadCtrJob));
+  const Conversation waypoints(WriteWaypointsJob);
   EXPECT_EQ(waypoints.simulator.waypoints, waypoints.aboard);
-  EXPECT_EQ(Conversation(FlytecWriteCtrJob).simulator.airspaces.size(), 2U);
+  EXPECT_EQ(Conversation(WriteCtrJob).simulator.airspaces.size(), 2U);
 }
 
 TEST(MemorySweep, WhatIsBentOnTheWayBackIsNotDelivered) {
-  for (const JobProcedure procedure : {FlytecReadWaypointsJob, FlytecReadCtrJob}) {
+  for (const JobProcedure procedure : {ReadWaypointsJob, ReadCtrJob}) {
     for (const Fault& fault : FaultsAt(kByteFaults, Conversation(procedure).bench.received)) {
       SCOPED_TRACE(Describe(fault));
       const Conversation run(procedure, fault);
@@ -151,14 +151,14 @@ TEST(MemorySweep, WhatIsBentOnTheWayBackIsNotDelivered) {
       ExpectDeliveredWasAboard(run);
       EXPECT_TRUE(run.result >= 0 ||
                   (run.job.data.waypoints.empty() && run.job.data.airspaces.empty()));
-      EXPECT_TRUE(run.result == 2 || run.result < 0 || procedure == FlytecReadWaypointsJob)
+      EXPECT_TRUE(run.result == 2 || run.result < 0 || procedure == ReadWaypointsJob)
           << "a list of airspaces is whole or refused";
     }
   }
 }
 
 TEST(MemorySweep, WhatIsBentOnTheWayToTheInstrumentIsNotKept) {
-  for (const JobProcedure procedure : {FlytecWriteWaypointsJob, FlytecWriteCtrJob}) {
+  for (const JobProcedure procedure : {WriteWaypointsJob, WriteCtrJob}) {
     for (const Fault& fault : FaultsAt(kByteFaults, Conversation(procedure).bench.sent, true)) {
       SCOPED_TRACE(Describe(fault));
       const Conversation run(procedure, fault);
@@ -172,9 +172,9 @@ TEST(MemorySweep, WhatIsBentOnTheWayToTheInstrumentIsNotKept) {
 
 // An airspace counts as taken only when the instrument has it.
 TEST(MemorySweep, AnAcknowledgedAirspaceIsInTheMemory) {
-  for (const Fault& fault : FaultsAtBytes(kByteFaults, Conversation(FlytecWriteCtrJob).bench)) {
+  for (const Fault& fault : FaultsAtBytes(kByteFaults, Conversation(WriteCtrJob).bench)) {
     SCOPED_TRACE(Describe(fault));
-    const Conversation run(FlytecWriteCtrJob, fault);
+    const Conversation run(WriteCtrJob, fault);
     const size_t kept = run.simulator.airspaces.size();
     const bool first = Has(run.recorder.progress, "CTR 1/2 taken: First");
     const bool second = Has(run.recorder.progress, "CTR 2/2 taken: Second");
@@ -187,12 +187,12 @@ TEST(MemorySweep, AnAcknowledgedAirspaceIsInTheMemory) {
 
 // Where nothing was lost on the wire, what is told is what has arrived.
 TEST(MemorySweep, AnUploadOfWaypointsThatBreaksOffSaysHowManyArrived) {
-  const Conversation whole(FlytecWriteWaypointsJob);
+  const Conversation whole(WriteWaypointsJob);
   std::vector<Fault> faults = FaultsAt({FaultKind::kFailWrite}, whole.bench.writes);
   for (size_t at = 0; at < whole.bench.waits; ++at) faults.push_back(Abort(at));
   for (const Fault& fault : faults) {
     SCOPED_TRACE(Describe(fault));
-    const Conversation run(FlytecWriteWaypointsJob, fault);
+    const Conversation run(WriteWaypointsJob, fault);
     ExpectSane(run);
     const size_t kept = run.simulator.waypoints.size();
     const bool began = Has(run.recorder.statuses, "Product data read") &&
@@ -206,12 +206,12 @@ TEST(MemorySweep, AnUploadOfWaypointsThatBreaksOffSaysHowManyArrived) {
 }
 
 TEST(MemorySweep, AnUploadOfAirspacesThatBreaksOffLeavesWholeOnes) {
-  const Conversation whole(FlytecWriteCtrJob);
+  const Conversation whole(WriteCtrJob);
   for (const FaultKind kind : {FaultKind::kFailWrite, FaultKind::kAbort}) {
     const size_t places = kind == FaultKind::kAbort ? whole.bench.waits : whole.bench.writes;
     for (const Fault& fault : FaultsAt({kind}, places)) {
       SCOPED_TRACE(Describe(fault));
-      const Conversation run(FlytecWriteCtrJob, fault);
+      const Conversation run(WriteCtrJob, fault);
       ExpectSane(run);
       const bool after_the_last = run.result == 2 && fault.at + 8 > places;
       EXPECT_TRUE(run.result < 0 || after_the_last);
@@ -224,7 +224,7 @@ TEST(MemorySweep, AnUploadOfAirspacesThatBreaksOffLeavesWholeOnes) {
 }
 
 TEST(MemorySweep, AReadThatIsAbortedDeliversNothing) {
-  for (const JobProcedure procedure : {FlytecReadWaypointsJob, FlytecReadCtrJob}) {
+  for (const JobProcedure procedure : {ReadWaypointsJob, ReadCtrJob}) {
     const Conversation whole(procedure);
     for (const Fault& fault : FaultsAt({FaultKind::kAbort}, whole.bench.waits)) {
       SCOPED_TRACE(Describe(fault));
@@ -240,7 +240,7 @@ TEST(MemorySweep, AReadThatIsAbortedDeliversNothing) {
 
 TEST(MemorySweep, UnpluggingIsTold) {
   for (const JobProcedure procedure :
-       {FlytecReadWaypointsJob, FlytecReadCtrJob, FlytecWriteWaypointsJob, FlytecWriteCtrJob}) {
+       {ReadWaypointsJob, ReadCtrJob, WriteWaypointsJob, WriteCtrJob}) {
     const Conversation whole(procedure);
     for (const Fault& fault : FaultsAtBytes({FaultKind::kUnplug}, whole.bench)) {
       SCOPED_TRACE(Describe(fault));
@@ -248,8 +248,7 @@ TEST(MemorySweep, UnpluggingIsTold) {
       ExpectSane(run);
       // Nobody reads while waypoints are sent, nor the XON after the last acknowledgement.
       const bool last = !fault.towards_instrument && fault.at + 1 == whole.bench.received;
-      const bool unnoticed =
-          run.result == whole.result && (last || procedure == FlytecWriteWaypointsJob);
+      const bool unnoticed = run.result == whole.result && (last || procedure == WriteWaypointsJob);
       EXPECT_TRUE(run.result < 0 || unnoticed);
       EXPECT_LE(run.elapsed_ms, whole.elapsed_ms + 100);
     }
@@ -257,4 +256,4 @@ TEST(MemorySweep, UnpluggingIsTold) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -3,7 +3,7 @@
 #include "protocols/flytec/models.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 TEST(ProductData, TextsAreNormalisedAndCut) {
@@ -21,7 +21,7 @@ TEST(ProductData, TextsAreNormalisedAndCut) {
       {"", -1, {}},
   };
   for (const auto& [line, result, texts] : cases) {
-    FlytecProductData data;
+    ProductData data;
     EXPECT_EQ(ParseProductData(line, data), result) << line;
     if (result != 0) continue;
     EXPECT_EQ((Texts{data.device_name, data.pilot_name, data.serial_number, data.software}), texts);
@@ -45,7 +45,7 @@ TEST(ProductData, ModelsAndTheTrackListGate) {
       {"7000", nullptr, "9.99", nullptr},
   };
   for (const auto& c : cases) {
-    const FlytecModel* model = FindFlytecModel(c.device);
+    const Model* model = FindModel(c.device);
     EXPECT_STREQ(model == nullptr ? nullptr : model->model_name, c.model) << c.device;
     EXPECT_FALSE(c.last_without != nullptr && HasTrackList(c.device, c.last_without)) << c.device;
     EXPECT_TRUE(c.first_with == nullptr || HasTrackList(c.device, c.first_with)) << c.device;
@@ -54,7 +54,7 @@ TEST(ProductData, ModelsAndTheTrackListGate) {
 
 TEST(ProductData, IsReadAndShown) {
   FlytecBench b("COMPEO+", "3.15");
-  FlytecProductData data;
+  ProductData data;
   const uint64_t start_ns = b.bench.now_ns;
   ASSERT_EQ(ReadProductData(b.job, data), 0);
   EXPECT_EQ(b.bench.settings.baud, 57600U);
@@ -94,7 +94,7 @@ TEST(ProductData, EachFailureHasItsMessage) {
     b.script.answers["$PBRSNP,"] = {c.answer};
     b.bench.fault = c.fault;
     b.job.link.attempts = c.attempts;
-    FlytecProductData data;
+    ProductData data;
     const uint64_t start_ns = b.bench.now_ns;
     EXPECT_LT(ReadProductData(b.job, data), 0) << c.message;
     EXPECT_EQ(b.recorder.messages, Texts{c.message});
@@ -107,7 +107,7 @@ TEST(ProductData, ALateOrSecondAnswerIsTaken) {
   FlytecBench b;
   const std::string good = b.script.answers["$PBRSNP,"][0];
   b.script.answers["$PBRSNP,"] = {"", "\x13garbage$PBRSNP,60\r\n" + good + "\x11"};
-  FlytecProductData data;
+  ProductData data;
   ASSERT_EQ(ReadProductData(b.job, data), 0);
   EXPECT_EQ(b.script.requests.size(), 2U);
   EXPECT_EQ(b.recorder.progress[1], "Requesting product info (14)");
@@ -118,11 +118,11 @@ TEST(ProductData, APortIsFoundAutomatically) {
   FlytecBench b;
   b.job.link.automatic = true;
   b.job.link.candidates = {"port9", "port1"};
-  FlytecProductData data;
+  ProductData data;
   EXPECT_EQ(ReadProductData(b.job, data), 0);
   EXPECT_EQ(b.bench.open_port, "port1");
   EXPECT_EQ(data.device_name, "6030");
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

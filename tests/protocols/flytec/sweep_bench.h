@@ -6,7 +6,7 @@
 #include "instruments/flytec/flytec_simulator.h"
 #include "tests/support/job_bench.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 
 // No single fault may cost more than asking for the product data 15 times over.
 constexpr uint64_t kLongestRun_ms = 45000;
@@ -14,14 +14,14 @@ constexpr uint64_t kLongestRun_ms = 45000;
 // A conversation with a simulated instrument.
 struct SweepBench : JobBench {
   void Run(JobProcedure procedure, const Fault& fault) {
-    Connect(MakeFlytecInstrument(simulator, 57600));
+    Connect(flytec_simulator::MakeInstrument(simulator, 57600));
     bench.fault = fault;
     const uint64_t start_ns = bench.now_ns;
     result = procedure(job);
     elapsed_ms = Elapsed_ms(bench, start_ns);
   }
 
-  FlytecSimulator simulator;
+  flytec_simulator::Simulator simulator;
   int result = 0;
   uint64_t elapsed_ms = 0;
 };
@@ -52,4 +52,4 @@ inline std::string Describe(const Fault& fault) {
          std::to_string(fault.at) + " mask " + std::to_string(fault.flip_mask);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

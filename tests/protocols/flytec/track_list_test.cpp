@@ -6,7 +6,7 @@
 #include "protocols/flytec/track_list_line.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 TEST(TrackListLine, EachFieldHasItsMessage) {
@@ -53,7 +53,7 @@ TEST(TrackList, IsReadUntilTheInstrumentIsSilent) {
   // The last index that is kept, one that is not, and one that comes twice.
   b.script.answers["$PBRTL,"] = {"\x13" + ListLine(3) + ListLine(254) + ListLine(255) +
                                  ListLine(0) + ListLine(3) + "\x11"};
-  EXPECT_EQ(FlytecFlightListJob(b.job), 3);
+  EXPECT_EQ(FlightListJob(b.job), 3);
   std::vector<uint32_t> indices;
   for (const TrackListEntry& entry : b.job.data.track_list) indices.push_back(entry.index);
   EXPECT_EQ(indices, (std::vector<uint32_t>{0, 3, 254}));
@@ -66,7 +66,7 @@ TEST(TrackList, EndsAfterOneSecondOfSilence) {
   FlytecBench b;
   b.script.answers["$PBRTL,"] = {""};
   const uint64_t start_ns = b.bench.now_ns;
-  EXPECT_EQ(FlytecFlightListJob(b.job), 0);
+  EXPECT_EQ(FlightListJob(b.job), 0);
   EXPECT_EQ(b.recorder.statuses.back(), "0 tracks in track list found");
   // Opening 200 ms, identification, its pause of 1000 ms, then the silence.
   EXPECT_NEAR(static_cast<double>(Elapsed_ms(b.bench, start_ns)), 2260, 60);
@@ -74,7 +74,7 @@ TEST(TrackList, EndsAfterOneSecondOfSilence) {
 
 TEST(TrackList, TheGateRefusesWithoutAWord) {
   FlytecBench b("COMPETINO", "1.13");
-  EXPECT_EQ(FlytecFlightListJob(b.job), kNoTrackList);
+  EXPECT_EQ(FlightListJob(b.job), kNoTrackList);
   EXPECT_EQ(b.script.requests.size(), 1U);
   EXPECT_TRUE(b.recorder.messages.empty());
 }
@@ -87,7 +87,7 @@ TEST(TrackList, EachFailureHasItsMessage) {
   };
   for (const Failure& failure : cases) {
     FlytecBench b;
-    ExpectFailure(b, FlytecFlightListJob, "$PBRTL,", failure);
+    ExpectFailure(b, FlightListJob, "$PBRTL,", failure);
   }
 }
 
@@ -139,4 +139,4 @@ TEST(JoinFlights, InTheOrderOfTimeWithoutOverlapOrLongGap) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -4,7 +4,7 @@
 #include "protocols/flytec/track_receiver.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 // A flight whose fixes are a second apart, with or without its G record.
@@ -40,7 +40,7 @@ TEST(TrackLogJob, DownloadsTheChosenFlightToTheByte) {
   b.newest = Igc("1230", 50);
   b.script.answers["$PBRTR,00"] = {"\x13" + b.newest + "\x11"};
   const uint64_t start_ns = b.bench.now_ns;
-  ASSERT_EQ(FlytecTrackLogJob(b.job), 50);
+  ASSERT_EQ(TrackLogJob(b.job), 50);
   ASSERT_EQ(b.job.data.flights.size(), 1U);
   const Flight& track = b.job.data.flights[0];
   EXPECT_EQ(track.instrument_igc.text, b.newest);
@@ -69,7 +69,7 @@ TEST(TrackLogJob, ShowsEveryHundredthPositionWithItsTimeAndPercentage) {
   }
   b.script.answers["$PBRTL,"] = {ListLine(0, "12:00:00", "00:06:40")};
   b.script.answers["$PBRTR,00"] = {text + "G00\r\n"};
-  ASSERT_EQ(FlytecTrackLogJob(b.job), 350);
+  ASSERT_EQ(TrackLogJob(b.job), 350);
   b.recorder.progress.erase(b.recorder.progress.begin(), b.recorder.progress.begin() + 2);
   EXPECT_EQ(b.recorder.progress,
             (Texts{"Track position 1 (0m 0s)", "Track position 101 (1m 40s)",
@@ -81,7 +81,7 @@ TEST(TrackLogJob, ShowsEveryHundredthPositionWithItsTimeAndPercentage) {
 TEST(TrackLogJob, DownloadsTheFlightSelectedOnTheInstrument) {
   TwoFlights b;
   b.job.parameter = kCurrentTrack;
-  ASSERT_EQ(FlytecTrackLogJob(b.job), 3);
+  ASSERT_EQ(TrackLogJob(b.job), 3);
   EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, b.oldest);
   EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRIGC,*21\r\n");
 }
@@ -91,7 +91,7 @@ TEST(TrackLogJob, SeveralFlightsComeOneByOneOrJoined) {
     TwoFlights b;
     b.recorder.choice = {1, 0};
     b.job.join_tracks = join;
-    ASSERT_EQ(FlytecTrackLogJob(b.job), 8);
+    ASSERT_EQ(TrackLogJob(b.job), 8);
     ASSERT_EQ(b.job.data.flights.size(), join ? 1U : 2U);
     if (!join) {
       EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, b.newest);
@@ -120,7 +120,7 @@ TEST(TrackLogJob, EachFailureHasItsMessage) {
   for (Failure failure : cases) {
     TwoFlights b;
     failure.message.insert(0, "Read GPS track log: ");
-    ExpectFailure(b, FlytecTrackLogJob, "$PBRTR,00", failure);
+    ExpectFailure(b, TrackLogJob, "$PBRTR,00", failure);
   }
 }
 
@@ -128,14 +128,14 @@ TEST(TrackLogJob, ALineOf81CharactersIsTaken) {
   TwoFlights b;
   const std::string text = "L" + std::string(80, 'x') + "\r\n" + b.newest;
   b.script.answers["$PBRTR,00"] = {text};
-  EXPECT_EQ(FlytecTrackLogJob(b.job), 5);
+  EXPECT_EQ(TrackLogJob(b.job), 5);
   EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, text);
 }
 
 TEST(TrackLogJob, AFlightWithoutSealIsKeptAndTold) {
   TwoFlights b;
   b.script.answers["$PBRTR,00"] = {Igc("1230", 5, false)};
-  EXPECT_EQ(FlytecTrackLogJob(b.job), 5);
+  EXPECT_EQ(TrackLogJob(b.job), 5);
   EXPECT_EQ(b.recorder.messages, Texts{"Read GPS track log: No G-records found"});
 }
 
@@ -143,7 +143,7 @@ TEST(TrackLogJob, TracksThatArrivedWholeSurviveTheFailureOfALaterOne) {
   TwoFlights b;
   b.recorder.choice = {0, 1};
   b.script.answers["$PBRTR,01"] = {"nonsense"};
-  EXPECT_LT(FlytecTrackLogJob(b.job), 0);
+  EXPECT_LT(TrackLogJob(b.job), 0);
   ASSERT_EQ(b.job.data.flights.size(), 1U);
   EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, b.newest);
 }
@@ -152,7 +152,7 @@ TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
   TwoFlights b;
   b.script.answers["$PBRTL,"] = {ListLine(0, "12:30:00") + ListLine(1, "12:00:00") +
                                  Sentence("PBRTL,99,120,27.04.17,11:00:00,00:00:50")};
-  ASSERT_EQ(FlytecAllTracksJob(b.job), 8);
+  ASSERT_EQ(AllTracksJob(b.job), 8);
   ASSERT_EQ(b.job.data.flights.size(), 2U);
   EXPECT_EQ(b.job.data.flights[1].instrument_igc.text, b.oldest);
   for (const char* status : {"Reading track log 1", "Analysing track log 1", "Reading track log 2",
@@ -163,7 +163,7 @@ TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
 
   TwoFlights broken;
   broken.script.answers["$PBRTR,01"] = {"nonsense"};
-  EXPECT_LT(FlytecAllTracksJob(broken.job), 0);
+  EXPECT_LT(AllTracksJob(broken.job), 0);
   EXPECT_EQ(broken.job.data.flights.size(), 1U);
 }
 
@@ -183,19 +183,19 @@ TEST(TrackLogJob, WhatCannotBeChosenOrJoinedIsTold) {
     b.recorder.choice = c.choice;
     b.job.join_tracks = true;
     b.script.answers["$PBRTR,01"] = {Igc(c.oldest_start, 3)};
-    EXPECT_LT(FlytecTrackLogJob(b.job), 0);
+    EXPECT_LT(TrackLogJob(b.job), 0);
     EXPECT_EQ(b.recorder.messages, c.messages);
     EXPECT_EQ(b.script.requests.size(), c.choice.size() == 2 ? 4U : 2U);
   }
   TwoFlights empty;
-  ExpectFailure(empty, FlytecTrackLogJob, "$PBRTL,",
+  ExpectFailure(empty, TrackLogJob, "$PBRTL,",
                 {"", {}, "Read GPS track log: The instrument holds no track logs"});
 }
 
 TEST(TrackLogJob, ClientsHearOfPositionsWhileTheyArrive) {
   TwoFlights b;
   b.job.reports = {.client = "me", .interval_s = 2};
-  ASSERT_EQ(FlytecTrackLogJob(b.job), 5);
+  ASSERT_EQ(TrackLogJob(b.job), 5);
   EXPECT_EQ(b.bench.told.size(), 3U);
   EXPECT_EQ(b.bench.told[0], "me: Pos=47.716667,11.359517,640");
 }
@@ -220,4 +220,4 @@ TEST(TrackReceiver, AnInstrumentThatDoesNotStopIsCutOff) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

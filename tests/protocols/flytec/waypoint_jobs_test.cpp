@@ -7,7 +7,7 @@
 #include "protocols/flytec/waypoint_upload.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 std::string WaypointLine(int n) {
@@ -32,7 +32,7 @@ TEST(ReadWaypoints, ReceivesUntilOneSecondOfSilence) {
   for (int n = 0; n < 45; ++n) list += WaypointLine(n);
   b.script.answers["$PBRWPS,"] = {list + "\x11"};
   const uint64_t start_ns = b.bench.now_ns;
-  ASSERT_EQ(FlytecReadWaypointsJob(b.job), 45);
+  ASSERT_EQ(ReadWaypointsJob(b.job), 45);
   ASSERT_EQ(b.job.data.waypoints.size(), 45U);
   EXPECT_STREQ(b.job.data.waypoints[44].name, "URT144");
   const ClockFunctions& clock = b.platform.clock;
@@ -61,14 +61,14 @@ TEST(ReadWaypoints, EachFailureHasItsMessageAndDeliversNothing) {
   for (Failure failure : cases) {
     FlytecBench b;
     failure.message.insert(0, "Read GPS waypoints: ");
-    ExpectFailure(b, FlytecReadWaypointsJob, "$PBRWPS,", failure);
+    ExpectFailure(b, ReadWaypointsJob, "$PBRWPS,", failure);
   }
 }
 
 TEST(ReadWaypoints, AnEmptyMemoryIsNotAFailure) {
   FlytecBench b;
   b.script.answers["$PBRWPS,"] = {"\x13\x11"};
-  EXPECT_EQ(FlytecReadWaypointsJob(b.job), 0);
+  EXPECT_EQ(ReadWaypointsJob(b.job), 0);
   EXPECT_EQ(b.recorder.statuses.back(), "0 waypoints received");
 }
 
@@ -104,7 +104,7 @@ struct Upload : FlytecBench {
 TEST(WriteWaypoints, SendsOneAfterTheOther) {
   Upload b;
   const uint64_t start_ns = b.bench.now_ns;
-  ASSERT_EQ(FlytecWriteWaypointsJob(b.job), 3);
+  ASSERT_EQ(WriteWaypointsJob(b.job), 3);
   EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n" +
                                  Sentence("PBRWPR,4700.000,N,01100.000,E,,B                ,0000") +
                                  Sentence("PBRWPR,4706.000,N,01100.000,E,,C                ,0100") +
@@ -121,7 +121,7 @@ TEST(WriteWaypoints, TellsHowManyWereSentWhenItBreaksOff) {
   for (size_t sent = 0; sent < 3; ++sent) {
     Upload b;
     b.bench.fault = FailWrite(1 + sent);
-    EXPECT_LT(FlytecWriteWaypointsJob(b.job), 0);
+    EXPECT_LT(WriteWaypointsJob(b.job), 0);
     EXPECT_EQ(b.recorder.statuses.back(), std::to_string(sent) + " waypoints sent");
     EXPECT_EQ(b.recorder.messages, Texts{"Write GPS waypoints: COM port write error"});
     EXPECT_EQ(b.script.requests.size(), 1 + sent);
@@ -129,4 +129,4 @@ TEST(WriteWaypoints, TellsHowManyWereSentWhenItBreaksOff) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec

@@ -3,7 +3,7 @@
 #include "core/units.h"
 #include "tests/protocols/flytec/flytec_bench.h"
 
-namespace skyhaul {
+namespace skyhaul::flytec {
 namespace {
 
 // What the last byte of a text gave; every earlier one must have asked for more.
@@ -99,4 +99,4 @@ TEST(WaypointRecogniser, PassesOverOtherSentences) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::flytec
