@@ -33,8 +33,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Require(std::strlen(waypoint.description) <= kWaypointLongName);
     Require(waypoint.altitude >= -9999 && waypoint.altitude <= 99999);
     Require(waypoint.lat >= -kQuarterTurn && waypoint.lat <= kQuarterTurn);
-    if (WaypointObstacle(waypoint) != nullptr) continue;
-    Require(WaypointSentence(waypoint, FieldText(waypoint.description)).size() < 80);
+    const FileWaypoint sent = {.lat = waypoint.lat,
+                               .lon = waypoint.lon,
+                               .altitude_m = static_cast<double>(waypoint.altitude),
+                               .description = waypoint.description};
+    if (!WaypointObstacle(sent).empty()) continue;
+    Require(WaypointSentence(sent, FieldText(sent.description)).size() < 80);
   }
   return 0;
 }

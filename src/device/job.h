@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/airspace.h"
+#include "core/file_waypoint.h"
 #include "core/flight.h"
 #include "core/operation.h"
 #include "core/shell.h"
@@ -36,6 +37,7 @@ struct JobData {
   std::vector<TrackListEntry> track_list;
   std::vector<Flight> flights;
   std::vector<WaypointRecord> waypoints;
+  std::vector<FileWaypoint> waypoints_to_send;  // nothing cut: the driver knows its widths
   std::vector<CtrRecord> airspaces;
   uint32_t sent = 0;  // records of an upload that have gone to the instrument
 };

@@ -68,11 +68,8 @@ int RunWriteWaypoints(Batch& batch) {
     return Finish(batch, false);
   }
   JobData data;
-  const int cut = FitWaypoints(contents.waypoints, data.waypoints);
-  if (cut > 0) {
-    ShowStatus(batch.operation, "Names cut to 6 characters: " + std::to_string(cut));
-  }
-  const size_t count = data.waypoints.size();
+  data.waypoints_to_send = std::move(contents.waypoints);
+  const size_t count = data.waypoints_to_send.size();
   const JobOutcome outcome = RunJob(batch, kWriteWaypoints, std::move(data));
   return FinishUpload(batch, outcome, count, "waypoints");
 }

@@ -2,25 +2,26 @@
 
 #include <string>
 
-#include "core/waypoint_record.h"
+#include "core/file_waypoint.h"
 #include "device/job.h"
 
 namespace skyhaul::flytec {
 
-// Why a waypoint cannot be told to the instrument; null when it can.
-const char* WaypointObstacle(const WaypointRecord& waypoint);
+// Why a waypoint cannot be sent to the instrument; empty when it can.
+std::string WaypointObstacle(const FileWaypoint& waypoint);
 
 // The sentence that puts a waypoint without an obstacle into the instrument's memory under a name
-// of 17 characters, checksum, CR and LF included. The instrument makes the short name itself. The
-// position is rounded to a thousandth of a minute.
-std::string WaypointSentence(const WaypointRecord& waypoint, const std::string& name);
+// field of 17 characters, with checksum, CR and LF. The instrument makes the short name itself. The
+// position is rounded to a thousandth of a minute, the altitude to a metre.
+std::string WaypointSentence(const FileWaypoint& waypoint, const std::string& name);
 
-// Job procedure: sends job.data.waypoints to the instrument, which acknowledges none of them. Each
-// is sent under its description, or its name when that is empty, made different from the others'
-// where it must be: a name that the instrument knows already overwrites. A waypoint with an
-// obstacle is named in a message and passed over. Returns the number sent, which job.data.sent has
-// too, or a negative number after "% waypoints sent" with those that left before a failure or an
-// abort.
+// Job procedure: sends job.data.waypoints_to_send to the instrument, which acknowledges none of
+// them. Each is sent under its description, or under its name when that is empty, in plain ASCII,
+// cut to 17 characters and numbered where two would be alike: the instrument overwrites a waypoint
+// whose name it has already. A status says how many names were cut or numbered. A waypoint with an
+// obstacle is named in a message and passed over. Returns the number sent, also in job.data.sent,
+// or a negative number when a failure or an abort ends the upload; the last status is then
+// "% waypoints sent" with those that were sent before.
 int WriteWaypointsJob(Job& job);
 
 }  // namespace skyhaul::flytec

@@ -1,4 +1,4 @@
-#include <cstdio>
+#include <cmath>
 
 #include "core/time_scale.h"
 #include "core/units.h"
@@ -15,15 +15,13 @@ std::string WaypointLine(int n) {
                   ",Urthaler Hof     ,0620");
 }
 
-WaypointRecord Waypoint(const char* name, const char* description, double lat_deg, double lon_deg,
-                        int altitude) {
-  WaypointRecord waypoint;
-  std::snprintf(waypoint.name, sizeof waypoint.name, "%s", name);
-  std::snprintf(waypoint.description, sizeof waypoint.description, "%s", description);
-  waypoint.lat = RadiansToSemicircles(lat_deg / kDegreesPerRadian);
-  waypoint.lon = RadiansToSemicircles(lon_deg / kDegreesPerRadian);
-  waypoint.altitude = altitude;
-  return waypoint;
+FileWaypoint Waypoint(const std::string& name, const std::string& description, double lat_deg,
+                      double lon_deg, double altitude_m) {
+  return {.lat = RadiansToSemicircles(lat_deg / kDegreesPerRadian),
+          .lon = RadiansToSemicircles(lon_deg / kDegreesPerRadian),
+          .altitude_m = altitude_m,
+          .name = name,
+          .description = description};
 }
 
 TEST(ReadWaypoints, ReceivesUntilOneSecondOfSilence) {
@@ -72,31 +70,78 @@ TEST(ReadWaypoints, AnEmptyMemoryIsNotAFailure) {
   EXPECT_EQ(b.recorder.statuses.back(), "0 waypoints received");
 }
 
-TEST(WaypointSentence, IsPaddedSignedAndRounded) {
-  const std::pair<WaypointRecord, const char*> cases[] = {
-      {Waypoint("URT062", "Urthaler Hof", 47.7260667, 11.3595167, 620),
+// The sentences of an upload, which the instrument has received without checksum and line end.
+Texts Sent(FlytecBench& b) {
+  Texts sentences;
+  for (const std::string& request : b.script.requests) {
+    if (request.starts_with("$PBRWPR")) sentences.push_back(request.substr(1, request.size() - 4));
+  }
+  return sentences;
+}
+
+TEST(WriteWaypoints, OneNameOf17CharactersAndAPositionGoOverTheWire) {
+  const std::pair<FileWaypoint, const char*> cases[] = {
+      {Waypoint("URT062", "Urthaler Hof", 47.7260667, 11.3595167, 619.5),
        "PBRWPR,4743.564,N,01121.571,E,,Urthaler Hof     ,0620"},
       {Waypoint("S03095", "", -4.4188333, -76.1268333, -7),
        "PBRWPR,0425.130,S,07607.610,W,,S03095           ,-007"},
-      {Waypoint("A", "Seventeen letters and more", 0, 0, 12345),
-       "PBRWPR,0000.000,N,00000.000,E,,Seventeen letters,12345"},
-      {Waypoint("A", "a,b*c$d\te", 59.9999999, 9.99999999, 0),
+      {Waypoint("A", "Seventeen letters and more", 0, 0, 99999),
+       "PBRWPR,0000.000,N,00000.000,E,,Seventeen letters,99999"},
+      {Waypoint("A", " a,b*c$d\te", 59.9999999, 9.99999999, NAN),
        "PBRWPR,6000.000,N,01000.000,E,,a-b-c-d e        ,0000"},
-      {Waypoint("A", "H\xc3\xb6rnle", 47, 11, 0),
-       "PBRWPR,4700.000,N,01100.000,E,,Hornle           ,0000"},
+      {Waypoint("H\xc3\xb6rnle und weiter", "\n", 89.99998, 179.99998, -9999),
+       "PBRWPR,8959.999,N,17959.999,E,,Hornle und weiter,-9999"},
   };
-  for (const auto& [waypoint, body] : cases)
-    EXPECT_EQ(WaypointSentence(
-                  waypoint,
-                  FieldText(waypoint.description[0] != 0 ? waypoint.description : waypoint.name)),
-              Sentence(body));
+  for (const auto& [waypoint, body] : cases) {
+    FlytecBench b;
+    b.job.data.waypoints_to_send = {waypoint};
+    EXPECT_EQ(WriteWaypointsJob(b.job), 1);
+    EXPECT_EQ(Sent(b), Texts{body});
+  }
+}
+
+TEST(WriteWaypoints, NamesAreMadeDifferentAndTheChangesCounted) {
+  const std::tuple<Texts, Texts, uint32_t> cases[] = {
+      {{"Hut", "Pass"}, {"Hut              ", "Pass             "}, 0},
+      {{"Seventeen letters and more"}, {"Seventeen letters"}, 1},
+      {{"Hut", "Hut", "Hut"}, {"Hut              ", "Hut2             ", "Hut3             "}, 2},
+      {{"Seventeen letters", "Seventeen letters"}, {"Seventeen letters", "Seventeen letter2"}, 1},
+      {{"", ""}, {"Unnamed          ", "Unnamed2         "}, 1},
+  };
+  for (const auto& [names, expected, expected_changes] : cases) {
+    uint32_t changed = 99;
+    EXPECT_EQ(NameFields(names, changed), expected);
+    EXPECT_EQ(changed, expected_changes);
+  }
+  FlytecBench b;
+  b.job.data.waypoints_to_send = {Waypoint("A", "Seventeen letters and more", 0, 0, 0)};
+  EXPECT_EQ(WriteWaypointsJob(b.job), 1);
+  EXPECT_TRUE(Has(b.recorder.statuses, "1 names were changed to fit 17 characters"));
+}
+
+TEST(WriteWaypoints, WhatCannotBeSentIsNamedAndPassedOver) {
+  constexpr const char* kPlace = " lies where the instrument knows no position";
+  constexpr const char* kAltitude = " has an altitude of more than five characters";
+  const std::pair<FileWaypoint, std::string> cases[] = {
+      {Waypoint("N", "North Pole", 90, 0, 0), std::string("North Pole") + kPlace},
+      {Waypoint("W", "", 0, -180, 0), std::string("W") + kPlace},
+      {Waypoint("Low", "", 0, 0, -9999.5), std::string("Low") + kAltitude},
+      {Waypoint("High", "", 0, 0, 99999.5), std::string("High") + kAltitude},
+  };
+  for (const auto& [waypoint, message] : cases) {
+    FlytecBench b;
+    b.job.data.waypoints_to_send = {waypoint, Waypoint("B", "", 0, 0, 0)};
+    EXPECT_EQ(WriteWaypointsJob(b.job), 1);
+    EXPECT_EQ(b.recorder.messages, Texts{"Write GPS waypoints: Waypoint " + message});
+    EXPECT_EQ(Sent(b).size(), 1U);
+  }
 }
 
 struct Upload : FlytecBench {
   Upload() {
     for (int n = 0; n < 3; ++n) {
       const std::string name(1, static_cast<char>('B' + n));
-      job.data.waypoints.push_back(Waypoint("A", name.c_str(), 47 + n * 0.1, 11, 100 * n));
+      job.data.waypoints_to_send.push_back(Waypoint("A", name, 47 + n * 0.1, 11, 100 * n));
     }
   }
 };

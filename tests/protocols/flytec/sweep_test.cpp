@@ -1,0 +1,282 @@
+// Whole conversations with the simulated instrument, once per byte, write and wait with a fault
+// there: each run ends in bounded time and says why, what is delivered was in the instrument's
+// memory, and the memory holds what was sent whole and nothing else. That the current flight stays
+// as it was is for the sweep over batch runs to show.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "formats/igc/decode_line.h"
+#include "instruments/flytec/flytec_simulator.h"
+#include "protocols/flytec/ctr_lines.h"
+#include "protocols/flytec/ctr_list.h"
+#include "protocols/flytec/ctr_upload.h"
+#include "protocols/flytec/field_text.h"
+#include "protocols/flytec/track_log.h"
+#include "protocols/flytec/waypoint_list.h"
+#include "protocols/flytec/waypoint_upload.h"
+#include "tests/support/airspace_place.h"
+#include "tests/support/job_bench.h"
+
+namespace skyhaul::flytec {
+namespace {
+
+// No single fault may cost more than asking for the product data 15 times over.
+constexpr uint64_t kLongestRun_ms = 45000;
+
+const std::string kFlight =
+    "AXSH000 6030\r\n"
+    "HFDTE270417\r\n"
+    "HFPLTPILOT: JIMI HENDRIX\r\n"
+    "B1529564743564N01121571EA0062000640\r\n"
+    "B1529574743600N01121600EA0062500645\r\n"
+    "B1529584743636N01121629EA0063000650\r\n"
+    "LXSH Skyhaul\r\n"
+    "G0123456789ABCDEF\r\n";
+
+std::vector<CtrRecord> Airspaces() {
+  return {{.name = "First",
+           .segments = {{.type = SegmentType::kPoint, .point = At(47.5, 11.25)},
+                        {.type = SegmentType::kCircle, .point = At(-47.5, 11), .radius_m = 900}}},
+          {.name = "Second",
+           .remark = "With an arc",
+           .number = 12,
+           .segments = {{.type = SegmentType::kArcByBearings,
+                         .point = At(47, -11),
+                         .radius_m = 5000,
+                         .start_bearing_deg = 10,
+                         .end_bearing_deg = 300,
+                         .direction = kCounterClockwise}}}};
+}
+
+std::vector<FileWaypoint> Waypoints() {
+  return {{.lat = 1 << 29, .lon = 1 << 27, .altitude_m = 620, .name = "One"},
+          {.lat = -(1 << 28), .lon = -(1 << 30), .altitude_m = -7, .name = "Two"},
+          {.lat = 12345678, .lon = 87654321, .altitude_m = 12345, .name = "Seventeen letters"}};
+}
+
+flytec_simulator::StoredAirspace Stored(const CtrRecord& record) {
+  flytec_simulator::AirspaceUpload upload;
+  for (const CtrLine& line : CtrLines(record, FieldText(record.name))) {
+    const std::string& text = line.sentence;
+    (void)TakeUploadLine(upload, text.substr(9, text.size() - 9 - 5));
+  }
+  return upload.airspace;
+}
+
+flytec_simulator::StoredWaypoint Stored(const FileWaypoint& waypoint) {
+  const std::string text = WaypointSentence(waypoint, FieldText(waypoint.name));
+  flytec_simulator::StoredWaypoint stored;
+  EXPECT_TRUE(flytec_simulator::ReadUploadedWaypoint(text.substr(8, text.size() - 8 - 5), stored));
+  return stored;
+}
+
+flytec_simulator::StoredWaypoint Stored(const WaypointRecord& record) {
+  return Stored(FileWaypoint{.lat = record.lat,
+                             .lon = record.lon,
+                             .altitude_m = static_cast<double>(record.altitude),
+                             .name = record.description});
+}
+
+// What an instrument stores of these records.
+template <typename Record>
+auto AllStored(const std::vector<Record>& records) {
+  std::vector<decltype(Stored(records[0]))> stored;
+  for (const Record& record : records) stored.push_back(Stored(record));
+  return stored;
+}
+
+template <typename Element>
+bool Within(const std::vector<Element>& part, const std::vector<Element>& whole) {
+  return std::all_of(part.begin(), part.end(), [&](const Element& element) {
+    return std::count(part.begin(), part.end(), element) == 1 &&
+           std::count(whole.begin(), whole.end(), element) == 1;
+  });
+}
+
+// A person who gives up after 40 seconds: the airspace list has no limit of its own.
+int ReadWithPatience(void* context, SerialHandle port, uint8_t* buffer, size_t capacity) {
+  Bench& bench = *static_cast<Bench*>(context);
+  constexpr uint64_t kPatience_ns = 40'000'000'000;
+  if (bench.now_ns > kPatience_ns) bench.abort(bench.abort_context);
+  Bench unused;
+  return BenchPlatform(unused).serial.read(context, port, buffer, capacity);
+}
+
+struct Transfer {
+  const char* name;
+  JobProcedure procedure;
+  bool writes;
+  int result;         // without a fault
+  size_t tail_waits;  // of the last read or pause, when everything has been delivered
+};
+
+struct Conversation : JobBench {
+  explicit Conversation(const Transfer& transfer, const Fault& fault = {}) {
+    simulator.flights = {flytec_simulator::FlightFromIgc(kFlight)};
+    if (transfer.writes) {
+      job.data.waypoints_to_send = Waypoints();
+      job.data.airspaces = Airspaces();
+    } else {
+      simulator.waypoints = AllStored(Waypoints());
+      simulator.airspaces = AllStored(Airspaces());
+    }
+    Connect(flytec_simulator::MakeInstrument(simulator, 57600));
+    platform.serial.read = ReadWithPatience;
+    bench.fault = fault;
+    const uint64_t start_ns = bench.now_ns;
+    result = transfer.procedure(job);
+    elapsed_ms = Elapsed_ms(bench, start_ns);
+  }
+
+  flytec_simulator::Simulator simulator;
+  int result = 0;
+  uint64_t elapsed_ms = 0;
+};
+
+// --- What every run must hold --------------------------------------------------------------------
+
+// IGC lines carry no checksum, so a changed byte inside a fix cannot be seen. The positions must be
+// exactly what the lines that arrived say.
+void ExpectDecodedFromText(const Flight& flight) {
+  IgcDecoder decoder;
+  std::string_view rest = flight.instrument_igc.text;
+  for (size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
+    std::string line(rest.substr(0, end));
+    std::erase(line, '\r');
+    EXPECT_GE(DecodeInstrumentIgcLine(decoder, line), 0);
+    rest.remove_prefix(end + 1);
+  }
+  EXPECT_EQ(flight.points, decoder.points);
+}
+
+void ExpectSound(const Transfer& transfer, const Conversation& run) {
+  const JobData& data = run.job.data;
+  EXPECT_LE(run.elapsed_ms, kLongestRun_ms);
+  for (const Flight& flight : data.flights) ExpectDecodedFromText(flight);
+  EXPECT_TRUE(Within(AllStored(data.waypoints), AllStored(Waypoints())));
+  EXPECT_TRUE(Within(run.simulator.waypoints, AllStored(Waypoints())));
+  EXPECT_TRUE(Within(run.simulator.airspaces, AllStored(Airspaces())));
+  if (transfer.procedure == WriteCtrJob) {
+    EXPECT_EQ(run.result >= 0, data.sent == 2U);
+    EXPECT_LE(data.sent, run.simulator.airspaces.size());
+    EXPECT_LE(run.simulator.airspaces.size(), data.sent + 1U) << "one acknowledgement was lost";
+  }
+  if (run.result >= 0) {
+    EXPECT_TRUE(Within(AllStored(data.airspaces), run.simulator.airspaces) || transfer.writes);
+    return;
+  }
+  EXPECT_TRUE(data.flights.empty() && data.waypoints.empty());
+  EXPECT_TRUE(data.airspaces.empty() || transfer.writes);
+  EXPECT_TRUE(!run.recorder.messages.empty() || run.result == kNoTrackList ||
+              Has(run.recorder.statuses, "Transfer aborted") ||
+              run.recorder.statuses.back().ends_with("waypoints sent"));
+}
+
+// --- The sweep -----------------------------------------------------------------------------------
+
+class Sweep : public testing::TestWithParam<Transfer> {
+ protected:
+  // Runs the transfer with a fault at each of so many places.
+  void ForEach(Fault fault, size_t places,
+               const std::function<void(const Fault&, const Conversation&)>& check) {
+    for (fault.at = 0; fault.at < places; ++fault.at) {
+      SCOPED_TRACE("fault " + std::to_string(static_cast<int>(fault.kind)) +
+                   (fault.towards_instrument ? " to" : " from") + " the instrument at " +
+                   std::to_string(fault.at) + " mask " + std::to_string(fault.flip_mask));
+      const Conversation run(transfer, fault);
+      ExpectSound(transfer, run);
+      check(fault, run);
+    }
+  }
+
+  const Transfer& transfer = GetParam();
+  const Conversation whole = Conversation(transfer);
+  const size_t to_instrument = whole.bench.sent;
+  const size_t from_instrument = whole.bench.received;
+};
+
+TEST_P(Sweep, WithoutAFaultEverythingArrives) {
+  EXPECT_EQ(whole.result, transfer.result);
+  EXPECT_TRUE(whole.recorder.messages.empty());
+  ExpectSound(transfer, whole);
+  const JobData& data = whole.job.data;
+  EXPECT_EQ(data.sent + data.waypoints.size() + data.airspaces.size() + data.flights.size(),
+            transfer.writes        ? data.sent + 2U
+            : data.flights.empty() ? transfer.result
+                                   : 1U);
+}
+
+TEST_P(Sweep, ChangedBytesAreNeitherDeliveredNorKept) {
+  for (const FaultKind kind : {FaultKind::kDrop, FaultKind::kFlip, FaultKind::kRepeat}) {
+    for (const uint8_t mask : {uint8_t{0x01}, uint8_t{0x10}, uint8_t{0x80}}) {
+      if (mask != 0x01 && kind != FaultKind::kFlip) continue;
+      const Fault back = {.kind = kind, .flip_mask = mask};
+      ForEach(back, from_instrument, [&](const Fault&, const Conversation& run) {
+        if (transfer.procedure != ReadCtrJob) return;
+        EXPECT_TRUE(run.result == transfer.result || run.result < 0) << "a part of the list";
+      });
+      const Fault there = {.kind = kind, .towards_instrument = true, .flip_mask = mask};
+      ForEach(there, to_instrument, [&](const Fault&, const Conversation& run) {
+        if (run.result < 0 || transfer.procedure == ReadWaypointsJob) return;
+        EXPECT_EQ(run.result, transfer.result);
+        if (!run.job.data.flights.empty()) {
+          EXPECT_EQ(run.job.data.flights[0].instrument_igc.text, kFlight);
+        }
+        // One byte costs no more than the one waypoint it was part of.
+        EXPECT_TRUE(transfer.procedure != WriteWaypointsJob || run.simulator.waypoints.size() >= 2);
+      });
+    }
+  }
+}
+
+// A list may end early, because a silence ends it. A flight is whole or refused.
+TEST_P(Sweep, ALateByteChangesNothingInAFlight) {
+  ForEach({.kind = FaultKind::kDelay}, from_instrument, [](const Fault&, const Conversation& run) {
+    for (const Flight& flight : run.job.data.flights) {
+      EXPECT_EQ(flight.instrument_igc.text, kFlight);
+    }
+  });
+}
+
+TEST_P(Sweep, UnpluggingAndFailedWritesAreReportedAtOnce) {
+  const auto check = [&](const Fault& fault, const Conversation& run) {
+    // Nobody reads while waypoints are sent, nor the XON after the last acknowledgement.
+    const bool last = !fault.towards_instrument && fault.at + 1 == from_instrument;
+    const bool unnoticed = fault.kind == FaultKind::kUnplug && run.result == transfer.result &&
+                           transfer.writes && (last || transfer.procedure == WriteWaypointsJob);
+    EXPECT_EQ(run.recorder.messages.size(), unnoticed ? 0U : 1U);
+    EXPECT_TRUE(run.result < 0 || unnoticed);
+    EXPECT_LE(run.elapsed_ms, whole.elapsed_ms + (transfer.writes ? 100 : 0));
+  };
+  ForEach({.kind = FaultKind::kUnplug}, from_instrument, check);
+  ForEach({.kind = FaultKind::kUnplug, .towards_instrument = true}, to_instrument, check);
+  ForEach({.kind = FaultKind::kFailWrite}, whole.bench.writes, check);
+}
+
+TEST_P(Sweep, AnAbortEndsTheJobAtOnce) {
+  ForEach({.kind = FaultKind::kAbort}, whole.bench.waits,
+          [&](const Fault& fault, const Conversation& run) {
+            const bool done = run.result == transfer.result &&
+                              fault.at + transfer.tail_waits >= whole.bench.waits;
+            EXPECT_LE(run.bench.waits, fault.at + 2);
+            EXPECT_TRUE(run.result < 0 || done);
+            EXPECT_TRUE(run.recorder.messages.empty());
+            if (transfer.procedure == WriteWaypointsJob) {
+              EXPECT_EQ(run.job.data.sent, run.simulator.waypoints.size());
+            }
+          });
+}
+
+INSTANTIATE_TEST_SUITE_P(Flytec, Sweep,
+                         testing::Values(Transfer{"Flight", TrackLogJob, false, 3, 1},
+                                         Transfer{"Waypoints", ReadWaypointsJob, false, 3, 1},
+                                         Transfer{"Airspaces", ReadCtrJob, false, 2, 1},
+                                         Transfer{"WaypointUpload", WriteWaypointsJob, true, 3, 6},
+                                         Transfer{"AirspaceUpload", WriteCtrJob, true, 2, 7}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+}  // namespace
+}  // namespace skyhaul::flytec
