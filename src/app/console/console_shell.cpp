@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "core/text/printable.h"
 #include "core/time_scale.h"
-#include "formats/igc/printable.h"
 
 namespace skyhaul {
 

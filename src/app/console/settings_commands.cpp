@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "app/console/batch.h"
-#include "formats/igc/printable.h"
+#include "core/text/printable.h"
 #include "settings/assignment.h"
 #include "settings/password.h"
 #include "settings/store.h"

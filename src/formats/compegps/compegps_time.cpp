@@ -2,11 +2,11 @@
 
 #include <iterator>
 
+#include "core/text/date_time.h"
+#include "core/text/digits.h"
+#include "core/text/letter_case.h"
+#include "core/text/scan.h"
 #include "core/time_scale.h"
-#include "formats/text/scan.h"
-#include "formats/values/iso_time.h"
-#include "formats/values/numbers.h"
-#include "formats/values/pieces.h"
 
 namespace skyhaul {
 
@@ -56,17 +56,12 @@ void AppendCompeGpsTime(std::string& text, uint32_t time) {
     return;
   }
   const CalendarTime calendar = CalendarFromTime(time);
-  const auto append = [&text](int number, char end) {
-    AppendWhole(text, static_cast<unsigned>(number), 2);
-    text += end;
-  };
-  append(calendar.day, '-');
-  text.append(kMonths[calendar.month - 1]).append("-");
+  AppendPadded(text, static_cast<uint64_t>(calendar.day), 2);
+  text.append("-").append(kMonths[calendar.month - 1]).append("-");
   const bool is_short = calendar.year >= kFirstTwoDigitYear && calendar.year < kFirstFullYear;
-  append(is_short ? calendar.year % kCentury : calendar.year, ' ');
-  append(calendar.hour, ':');
-  append(calendar.minute, ':');
-  AppendWhole(text, static_cast<unsigned>(calendar.second), 2);
+  const int year = is_short ? calendar.year % kCentury : calendar.year;
+  AppendPadded(text, static_cast<uint64_t>(year), 2);
+  text += ' ' + TimeText(calendar);
 }
 
 }  // namespace skyhaul

@@ -1,14 +1,18 @@
 #include "formats/compegps/read_compegps.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
+#include "core/text/charset.h"
+#include "core/text/digits.h"
+#include "core/text/letter_case.h"
+#include "core/text/numbers.h"
+#include "core/text/printable.h"
+#include "core/text/scan.h"
+#include "formats/common/messages.h"
+#include "formats/common/position.h"
 #include "formats/compegps/compegps_time.h"
-#include "formats/text/charset.h"
-#include "formats/text/scan.h"
-#include "formats/values/numbers.h"
-#include "formats/values/pieces.h"
-#include "formats/waypoints/position.h"
 
 namespace skyhaul {
 
@@ -22,10 +26,6 @@ struct CompeGpsReader {
   int first_bad_line = 0;    // 0: none
 };
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 // A UTM zone with its band: "32T".
 bool IsUtmZone(std::string_view word) {
   const size_t digits = std::min(word.find_first_not_of("0123456789"), word.size());
@@ -33,19 +33,18 @@ bool IsUtmZone(std::string_view word) {
          word[digits] <= 'Z';
 }
 
-// "46.1234500000ºN" in degrees; the hemispheres are "NS" or "EW".
-bool ReadAngle(std::string_view word, std::string_view hemispheres, double& angle_deg) {
-  if (word.empty() || !IsDigit(word[0])) return false;
+// "46.1234500000ºN" in degrees. The sign between them arrives in many encodings, so anything that
+// is no letter may stand there.
+std::optional<double> ReadAngle(std::string_view word, char positive, char negative) {
+  if (word.empty() || !IsDigit(word[0])) return std::nullopt;
   const size_t length = std::min(word.find_first_not_of("0123456789."), word.size());
-  if (!ReadNumber(word.substr(0, length), angle_deg)) return false;
+  const std::optional<double> angle_deg = ReadDecimal(word.substr(0, length));
   word.remove_prefix(length);
-  if (word.empty()) return false;
-  const auto is_letter = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-  if (std::any_of(word.begin(), word.end() - 1, is_letter)) return false;
-  const std::string_view last = word.substr(word.size() - 1);
-  if (EqualIgnoringCase(last, hemispheres.substr(1))) angle_deg = -angle_deg;
-  return last[0] != '\0' && (EqualIgnoringCase(last, hemispheres.substr(0, 1)) ||
-                             EqualIgnoringCase(last, hemispheres.substr(1)));
+  if (!angle_deg || word.empty()) return std::nullopt;
+  if (std::any_of(word.begin(), word.end() - 1, IsLetter)) return std::nullopt;
+  const char hemisphere = UpperLetter(word.back());
+  if (hemisphere != positive && hemisphere != negative) return std::nullopt;
+  return hemisphere == negative ? -*angle_deg : *angle_deg;
 }
 
 // Fills a waypoint from what follows the line's letter. Returns what is wrong with it; "": nothing.
@@ -53,13 +52,12 @@ std::string_view ReadWaypoint(std::string_view rest, FileWaypoint& waypoint) {
   waypoint.name = OneLine(TakeWord(rest));
   const std::string_view form = TakeWord(rest);
   if (IsUtmZone(form)) return "UTM position, skipped";
-  double lat_deg = 0;
-  double lon_deg = 0;
-  if (form != "A" || !ReadAngle(TakeWord(rest), "NS", lat_deg) ||
-      !ReadAngle(TakeWord(rest), "EW", lon_deg)) {
-    return "no position that can be read, skipped";
-  }
-  const auto position = PositionFromDegrees(lat_deg, lon_deg);
+  constexpr std::string_view kNoPosition = "no position that can be read, skipped";
+  if (form != "A") return kNoPosition;
+  const std::optional<double> lat_deg = ReadAngle(TakeWord(rest), 'N', 'S');
+  const std::optional<double> lon_deg = ReadAngle(TakeWord(rest), 'E', 'W');
+  if (!lat_deg || !lon_deg) return kNoPosition;
+  const auto position = PositionFromDegrees(*lat_deg, *lon_deg);
   if (!position) return "a position that is not on the globe, skipped";
   waypoint.lat = position->lat;
   waypoint.lon = position->lon;
@@ -67,9 +65,9 @@ std::string_view ReadWaypoint(std::string_view rest, FileWaypoint& waypoint) {
   if (!ReadCompeGpsTime(date, TakeWord(rest), waypoint.time)) {
     return "no date and time that can be read, skipped";
   }
-  if (!ReadNumber(TakeWord(rest), waypoint.altitude_m)) {
-    return "no altitude that can be read, skipped";
-  }
+  const std::optional<double> altitude_m = ReadDecimal(TakeWord(rest));
+  if (!altitude_m) return "no altitude that can be read, skipped";
+  waypoint.altitude_m = *altitude_m;
   waypoint.description = OneLine(rest);
   return {};
 }
@@ -85,10 +83,6 @@ void TakeWaypoint(CompeGpsReader& reader, std::string_view rest) {
   reader.file.notes.push_back(LineNote(reader.line_number, fault));
 }
 
-void Refuse(CompeGpsReader& reader, std::string_view why) {
-  reader.refusal = LineError(reader.line_number, why);
-}
-
 void TakeFileLine(CompeGpsReader& reader, std::string_view line) {
   ++reader.line_number;
   const std::string_view letter = TakeWord(line);
@@ -96,10 +90,10 @@ void TakeFileLine(CompeGpsReader& reader, std::string_view line) {
     TakeWaypoint(reader, line);
   } else if (letter == "G") {
     reader.has_datum = true;
-    if (IsWgs84(TrimBlanks(line))) return;
-    Refuse(reader, "the datum is \"" + OneLine(line) + "\", only WGS 84 can be read");
+    reader.refusal = DatumError(reader.line_number, line);
   } else if (letter == "U" && TrimBlanks(line) == "0") {
-    Refuse(reader, "UTM positions, only latitude and longitude (\"U  1\") can be read");
+    reader.refusal = LineError(reader.line_number,
+                               "UTM positions, only latitude and longitude (\"U  1\") can be read");
   }
 }
 

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/text/charset.h"
+#include "core/text/numbers.h"
+#include "core/text/printable.h"
 #include "core/units.h"
+#include "formats/common/position.h"
 #include "formats/compegps/compegps_time.h"
-#include "formats/text/scan.h"
-#include "formats/values/numbers.h"
-#include "formats/values/windows_1252.h"
 
 namespace skyhaul {
 

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "formats/text/scan.h"
+#include "core/text/printable.h"
+#include "core/text/scan.h"
 
 namespace skyhaul {
 

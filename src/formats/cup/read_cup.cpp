@@ -6,11 +6,15 @@
 #include <optional>
 #include <vector>
 
+#include "core/text/angles.h"
+#include "core/text/charset.h"
+#include "core/text/letter_case.h"
+#include "core/text/numbers.h"
+#include "core/text/printable.h"
+#include "core/text/scan.h"
+#include "formats/common/messages.h"
+#include "formats/common/position.h"
 #include "formats/cup/quoted_fields.h"
-#include "formats/text/charset.h"
-#include "formats/text/scan.h"
-#include "formats/values/pieces.h"
-#include "formats/waypoints/position.h"
 
 namespace skyhaul {
 
@@ -63,25 +67,19 @@ std::string_view Field(const std::vector<std::string>& fields, const Columns& co
                                                              : std::string_view();
 }
 
-// DDMM.mmm or DDDMM.mmm and a hemisphere; the ranges are left to the position.
-std::optional<double> ReadAngle(std::string_view text, std::string_view positive,
-                                std::string_view negative) {
+// "4623.456N" or "00712.345E" in degrees; the ranges are left to the position.
+std::optional<double> ReadAngle(std::string_view text, char positive, char negative) {
   if (text.empty()) return std::nullopt;
-  const std::string_view hemisphere = text.substr(text.size() - 1);
-  const bool is_negative = EqualIgnoringCase(hemisphere, negative);
-  const std::string_view digits = TrimBlanks(text.substr(0, text.size() - 1));
-  double value = 0;
-  if (!is_negative && !EqualIgnoringCase(hemisphere, positive)) return std::nullopt;
-  if (digits.starts_with('-') || ParseDecimal(digits, value) != 0) return std::nullopt;
-  const double degrees = std::floor(value / 100);
-  const double minutes = value - degrees * 100;
-  if (minutes >= 60) return std::nullopt;
-  return (is_negative ? -1 : 1) * (degrees + minutes / 60);
+  const char hemisphere = UpperLetter(text.back());
+  if (hemisphere != positive && hemisphere != negative) return std::nullopt;
+  const auto angle = ReadDegreesMinutes(TrimBlanks(text.substr(0, text.size() - 1)));
+  if (!angle || angle->minutes >= 60) return std::nullopt;
+  return (hemisphere == negative ? -1 : 1) * (angle->degrees + angle->minutes / 60);
 }
 
 std::optional<FilePosition> ReadPosition(std::string_view lat, std::string_view lon) {
-  const std::optional<double> lat_deg = ReadAngle(lat, "N", "S");
-  const std::optional<double> lon_deg = ReadAngle(lon, "E", "W");
+  const std::optional<double> lat_deg = ReadAngle(lat, 'N', 'S');
+  const std::optional<double> lon_deg = ReadAngle(lon, 'E', 'W');
   if (!lat_deg || !lon_deg) return std::nullopt;
   return PositionFromDegrees(*lat_deg, *lon_deg);
 }
@@ -90,13 +88,13 @@ std::optional<double> ReadElevation(std::string_view text) {
   if (text.empty()) return 0.0;
   const size_t unit_at = std::min(text.find_first_not_of("+-.0123456789"), text.size());
   const std::string_view unit = TrimBlanks(text.substr(unit_at));
-  double number = 0;
-  if (ParseDecimal(text.substr(0, unit_at), number) != 0) return std::nullopt;
-  if (EqualIgnoringCase(unit, "ft")) number *= kMetresPerFoot;
+  std::optional<double> number = ReadDecimal(text.substr(0, unit_at));
+  if (!number) return std::nullopt;
+  if (EqualIgnoringCase(unit, "ft")) *number *= kMetresPerFoot;
   if (!unit.empty() && !EqualIgnoringCase(unit, "m") && !EqualIgnoringCase(unit, "ft")) {
     return std::nullopt;
   }
-  if (std::fabs(number) > kHighest_m) return std::nullopt;
+  if (std::fabs(*number) > kHighest_m) return std::nullopt;
   return number;
 }
 

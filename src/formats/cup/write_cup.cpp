@@ -5,9 +5,10 @@
 #include <cstdint>
 #include <string_view>
 
+#include "core/text/digits.h"
+#include "core/text/numbers.h"
+#include "formats/common/position.h"
 #include "formats/cup/quoted_fields.h"
-#include "formats/text/scan.h"
-#include "formats/waypoints/position.h"
 
 namespace skyhaul {
 
@@ -17,9 +18,9 @@ constexpr char kOrdinaryStyle[] = "1";
 constexpr char kSolidRunwayStyle[] = "5";
 
 std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hemispheres) {
-  constexpr int32_t kMilliminutesPerDegree = 60000;
-  const int64_t milliminutes = AngleInSteps(semicircles, kMilliminutesPerDegree);
-  const int64_t minute_part = milliminutes % kMilliminutesPerDegree;
+  constexpr uint32_t kMilliminutesPerDegree = 60000;
+  const uint64_t milliminutes = AngleInSteps(semicircles, kMilliminutesPerDegree);
+  const uint64_t minute_part = milliminutes % kMilliminutesPerDegree;
   return PaddedNumber(milliminutes / kMilliminutesPerDegree, degree_digits) +
          PaddedNumber(minute_part / 1000, 2) + '.' + PaddedNumber(minute_part % 1000, 3) +
          hemispheres[semicircles < 0 ? 1 : 0];
@@ -28,9 +29,8 @@ std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hem
 std::string ElevationText(double altitude_m) {
   constexpr double kLimit_m = 1e9;
   const double clamped = std::isnan(altitude_m) ? 0 : std::clamp(altitude_m, -kLimit_m, kLimit_m);
-  const int64_t decimetres = std::llround(clamped * 10);
-  return (decimetres < 0 ? "-" : "") + std::to_string(std::abs(decimetres) / 10) + '.' +
-         std::to_string(std::abs(decimetres) % 10) + 'm';
+  // Adding zero makes a negative zero, which "-0.04" rounds to, a plain one.
+  return FixedText(std::round(clamped * 10) / 10 + 0.0, 1) + 'm';
 }
 
 }  // namespace

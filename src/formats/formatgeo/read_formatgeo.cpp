@@ -4,12 +4,16 @@
 #include <cmath>
 #include <optional>
 
-#include "core/geodesy/utm.h"
+#include "core/text/charset.h"
+#include "core/text/digits.h"
+#include "core/text/letter_case.h"
+#include "core/text/numbers.h"
+#include "core/text/printable.h"
+#include "core/text/scan.h"
+#include "formats/common/messages.h"
+#include "formats/common/position.h"
 #include "formats/formatgeo/headings.h"
-#include "formats/text/charset.h"
-#include "formats/text/scan.h"
-#include "formats/values/pieces.h"
-#include "formats/waypoints/position.h"
+#include "core/geodesy/utm.h"
 
 namespace skyhaul {
 
@@ -25,13 +29,13 @@ struct Angle {
   int fields = 0;  // degrees, minutes, seconds: how many of them were there
 };
 
-// Takes a number without sign. Returns 0, or -1 and takes nothing.
-int TakeNumber(std::string_view& rest, double& number) {
+// Takes a number without sign, or nothing.
+std::optional<double> TakeNumber(std::string_view& rest) {
   std::string_view after = rest;
   const std::string_view word = TakeWord(after);
-  if (word.starts_with('-') || ParseDecimal(word, number) != 0) return -1;
-  rest = after;
-  return 0;
+  const std::optional<double> number = word.starts_with('-') ? std::nullopt : ReadDecimal(word);
+  if (number) rest = after;
+  return number;
 }
 
 // Takes a hemisphere and up to max_fields numbers.
@@ -42,11 +46,13 @@ std::optional<Angle> TakeAngle(std::string_view& rest, char positive, char negat
   if (hemisphere[0] != positive && hemisphere[0] != negative) return std::nullopt;
   Angle angle;
   double unit = 1;
-  for (double number = 0; angle.fields < max_fields && TakeNumber(rest, number) == 0;
-       ++angle.fields) {
-    if (angle.fields > 0 && number > 60) return std::nullopt;
-    angle.degrees += number * unit;
+  while (angle.fields < max_fields) {
+    const std::optional<double> number = TakeNumber(rest);
+    if (!number) break;
+    if (angle.fields > 0 && *number > 60) return std::nullopt;
+    angle.degrees += *number * unit;
     unit /= 60;
+    ++angle.fields;
   }
   if (hemisphere[0] == negative) angle.degrees = -angle.degrees;
   return angle.fields > 0 ? std::optional(angle) : std::nullopt;
@@ -62,25 +68,28 @@ std::optional<FilePosition> TakeGeo(std::string_view& rest) {
   return PositionFromDegrees(lat->degrees, lon->degrees);
 }
 
-// Takes "32T" or "32 T".
-int TakeZone(std::string_view& rest, UtmPosition& utm) {
+// Takes "32T" or "32 T". Returns false when there is neither.
+bool TakeZone(std::string_view& rest, UtmPosition& utm) {
   std::string_view word = TakeWord(rest);
   const size_t digits = std::min(word.find_first_not_of("0123456789"), word.size());
-  double zone = 0;
-  if (digits > 2 || ParseDecimal(word.substr(0, digits), zone) != 0) return -1;
+  const int zone = ReadWholeNumber(word.substr(0, digits));
+  if (digits > 2 || zone < 0) return false;
   word.remove_prefix(digits);
   if (word.empty()) word = TakeWord(rest);
-  if (word.size() != 1) return -1;
-  utm.zone = static_cast<int>(zone);
+  if (word.size() != 1) return false;
+  utm.zone = zone;
   utm.band = word[0];
-  return 0;
+  return true;
 }
 
 std::optional<FilePosition> TakeUtm(std::string_view& rest) {
   UtmPosition utm;
-  if (TakeZone(rest, utm) != 0) return std::nullopt;
-  if (TakeNumber(rest, utm.easting_m) != 0) return std::nullopt;
-  if (TakeNumber(rest, utm.northing_m) != 0) return std::nullopt;
+  if (!TakeZone(rest, utm)) return std::nullopt;
+  const std::optional<double> easting_m = TakeNumber(rest);
+  const std::optional<double> northing_m = TakeNumber(rest);
+  if (!easting_m || !northing_m) return std::nullopt;
+  utm.easting_m = *easting_m;
+  utm.northing_m = *northing_m;
   const std::optional<UtmDegrees> degrees = DegreesFromUtm(utm);
   if (!degrees) return std::nullopt;
   return PositionFromDegrees(degrees->lat_deg, degrees->lon_deg);
@@ -102,10 +111,9 @@ std::string_view ReadLine(std::string_view line, PositionTaker& take_position,
   waypoint = {.lat = position->lat, .lon = position->lon};
   waypoint.name = TrimBlanks(line.substr(0, line.size() - from.size()));
   const std::string_view altitude = TakeWord(rest);
-  if (!altitude.empty() && ParseDecimal(altitude, waypoint.altitude_m) != 0) {
-    return "the altitude cannot be read";
-  }
-  if (std::fabs(waypoint.altitude_m) > kHighest_m) return "the altitude cannot be read";
+  const std::optional<double> altitude_m = altitude.empty() ? 0 : ReadDecimal(altitude);
+  if (!altitude_m || std::fabs(*altitude_m) > kHighest_m) return "the altitude cannot be read";
+  waypoint.altitude_m = *altitude_m;
   waypoint.description = TrimBlanks(rest);
   return {};
 }

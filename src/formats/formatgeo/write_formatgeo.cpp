@@ -5,11 +5,12 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/geodesy/utm.h"
+#include "core/text/digits.h"
+#include "core/text/printable.h"
 #include "core/units.h"
+#include "formats/common/position.h"
 #include "formats/formatgeo/headings.h"
-#include "formats/text/scan.h"
-#include "formats/waypoints/position.h"
+#include "core/geodesy/utm.h"
 
 namespace skyhaul {
 
@@ -31,10 +32,10 @@ std::string NameColumn(std::string_view name) {
 }
 
 std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hemispheres) {
-  constexpr int32_t kHundredthsPerMinute = 6000;
-  constexpr int32_t kHundredthsPerDegree = 60 * kHundredthsPerMinute;
-  const int64_t hundredths = AngleInSteps(semicircles, kHundredthsPerDegree);
-  const int64_t seconds = hundredths % kHundredthsPerMinute;
+  constexpr uint32_t kHundredthsPerMinute = 6000;
+  constexpr uint32_t kHundredthsPerDegree = 60 * kHundredthsPerMinute;
+  const uint64_t hundredths = AngleInSteps(semicircles, kHundredthsPerDegree);
+  const uint64_t seconds = hundredths % kHundredthsPerMinute;
   return std::string(1, hemispheres[semicircles < 0 ? 1 : 0]) + ' ' +
          PaddedNumber(hundredths / kHundredthsPerDegree, degree_digits) + ' ' +
          PaddedNumber(hundredths % kHundredthsPerDegree / kHundredthsPerMinute, 2) + ' ' +
@@ -73,9 +74,10 @@ std::string WriteFormatUtm(std::span<const FileWaypoint> waypoints) {
   for (const FileWaypoint& waypoint : waypoints) {
     const UtmPosition utm =
         UtmFromDegrees(SemicirclesToDegrees(waypoint.lat), SemicirclesToDegrees(waypoint.lon));
-    text += NameColumn(waypoint.name) + ' ' + PaddedNumber(utm.zone, 2) + utm.band + "   " +
-            PaddedNumber(std::llround(utm.easting_m), kMetreDigits) + "   " +
-            PaddedNumber(std::llround(utm.northing_m), kMetreDigits) +
+    text += NameColumn(waypoint.name) + ' ' + PaddedNumber(static_cast<uint64_t>(utm.zone), 2) +
+            utm.band + "   " +
+            PaddedNumber(static_cast<uint64_t>(std::llround(utm.easting_m)), kMetreDigits) + "   " +
+            PaddedNumber(static_cast<uint64_t>(std::llround(utm.northing_m)), kMetreDigits) +
             LineTail(waypoint, kAltitudeWidth);
   }
   return text;

@@ -3,15 +3,18 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <optional>
 #include <pugixml.hpp>
 #include <utility>
 
-#include "formats/text/charset.h"
-#include "formats/text/scan.h"
-#include "formats/values/iso_time.h"
-#include "formats/values/numbers.h"
-#include "formats/values/pieces.h"
-#include "formats/waypoints/position.h"
+#include "core/text/charset.h"
+#include "core/text/date_time.h"
+#include "core/text/letter_case.h"
+#include "core/text/numbers.h"
+#include "core/text/printable.h"
+#include "core/text/scan.h"
+#include "formats/common/messages.h"
+#include "formats/common/position.h"
 
 namespace skyhaul {
 
@@ -72,14 +75,13 @@ void ReadWaypoint(GpxReader& reader, const pugi::xml_node& node) {
     reader.file.notes.push_back(LineNote(LineAt(reader, node.offset_debug()), what));
   };
   FileWaypoint waypoint;
-  double lat_deg = 0;
-  double lon_deg = 0;
-  if (!ReadNumber(node.attribute("lat").value(), lat_deg) ||
-      !ReadNumber(node.attribute("lon").value(), lon_deg)) {
+  const auto lat_deg = ReadDecimal(TrimBlanks(node.attribute("lat").value()));
+  const auto lon_deg = ReadDecimal(TrimBlanks(node.attribute("lon").value()));
+  if (!lat_deg || !lon_deg) {
     note("waypoint without a position that can be read, skipped");
     return;
   }
-  const auto position = PositionFromDegrees(lat_deg, lon_deg);
+  const auto position = PositionFromDegrees(*lat_deg, *lon_deg);
   if (!position) {
     note("waypoint with a position that is not on the globe, skipped");
     return;
@@ -87,9 +89,9 @@ void ReadWaypoint(GpxReader& reader, const pugi::xml_node& node) {
   waypoint.lat = position->lat;
   waypoint.lon = position->lon;
   const std::string altitude = ChildText(node, "ele");
-  if (!altitude.empty() && !ReadNumber(altitude, waypoint.altitude_m)) {
-    note("the waypoint's altitude cannot be read");
-  }
+  const std::optional<double> altitude_m = altitude.empty() ? 0 : ReadDecimal(altitude);
+  if (!altitude_m) note("the waypoint's altitude cannot be read");
+  waypoint.altitude_m = altitude_m.value_or(0);
   const std::string time = ChildText(node, "time");
   waypoint.time = ReadIsoTime(time);
   if (!time.empty() && waypoint.time == 0) note("the waypoint's time cannot be read");

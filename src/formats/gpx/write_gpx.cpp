@@ -1,11 +1,12 @@
 #include "formats/gpx/write_gpx.h"
 
+#include "core/text/date_time.h"
+#include "core/text/numbers.h"
+#include "core/text/printable.h"
 #include "core/units.h"
+#include "formats/common/position.h"
+#include "formats/common/xml_text.h"
 #include "formats/gpx/read_gpx.h"
-#include "formats/text/scan.h"
-#include "formats/values/iso_time.h"
-#include "formats/values/numbers.h"
-#include "formats/values/xml_text.h"
 
 namespace skyhaul {
 

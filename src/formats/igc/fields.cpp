@@ -2,16 +2,16 @@
 
 #include <algorithm>
 
+#include "core/text/digits.h"
+#include "core/text/letter_case.h"
 #include "core/time_scale.h"
-#include "formats/igc/digits.h"
 
 namespace skyhaul {
 
 namespace {
 
-// Not isalnum(), whose answer depends on the locale.
 bool IsLetterOrDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+  return IsDigit(c) || IsLetter(c);
 }
 
 bool IsCode(std::string_view code) {

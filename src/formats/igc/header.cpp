@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "formats/igc/printable.h"
+#include "core/text/printable.h"
+#include "core/text/scan.h"
 
 namespace skyhaul {
 
@@ -24,19 +25,12 @@ constexpr HeaderSlot kHeaderSlots[] = {
     {.code = "CID", .text = &IgcHeader::competition_id},
 };
 
-std::string_view WithoutBlanks(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t";
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 void ReadARecord(IgcHeader& header, std::string_view line) {
   if (!header.manufacturer.empty() || line.size() < 4) return;
   header.manufacturer = PrintableText(line.substr(1, 3));
   const size_t blank = std::min(line.find(' ', 4), line.size());
   header.serial = PrintableText(line.substr(4, blank - 4));
-  header.remark = PrintableText(WithoutBlanks(line.substr(blank)));
+  header.remark = PrintableText(TrimBlanks(line.substr(blank)));
 }
 
 // "HFPLTPILOT:Name" and "HFPLTName": without a colon there is no long key before the value.
@@ -48,7 +42,7 @@ void ReadHRecord(IgcHeader& header, std::string_view line) {
   const std::string_view value = colon == rest.npos ? rest : rest.substr(colon + 1);
   for (const HeaderSlot& slot : kHeaderSlots) {
     std::string& text = header.*slot.text;
-    if (slot.code == code && text.empty()) text = PrintableText(WithoutBlanks(value));
+    if (slot.code == code && text.empty()) text = PrintableText(TrimBlanks(value));
   }
 }
 

@@ -5,9 +5,9 @@
 #include <limits>
 #include <utility>
 
+#include "core/text/digits.h"
 #include "core/time_scale.h"
 #include "core/units.h"
-#include "formats/igc/digits.h"
 #include "formats/igc/fields.h"
 
 namespace skyhaul {

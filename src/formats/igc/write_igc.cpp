@@ -5,9 +5,10 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "core/text/date_time.h"
+#include "core/text/digits.h"
 #include "core/units.h"
 #include "core/version.h"
-#include "formats/igc/digits.h"
 #include "formats/igc/fields.h"
 #include "formats/igc/security_record.h"
 
@@ -34,7 +35,7 @@ void AppendLine(std::string& igc, std::string_view key, std::string_view text) {
 }
 
 void AppendTwoDigits(std::string& igc, std::initializer_list<int> numbers) {
-  for (const int number : numbers) AppendNumber(igc, static_cast<uint32_t>(number), 2);
+  for (const int number : numbers) AppendPadded(igc, static_cast<uint64_t>(number), 2);
 }
 
 void AppendDate(std::string& igc, const CalendarTime& date) {
@@ -97,8 +98,8 @@ void AppendTask(std::string& igc, const DeclaredRoute& task) {
   AppendDate(igc, declared);
   AppendTwoDigits(igc, {declared.hour, declared.minute, declared.second});
   AppendDate(igc, CalendarFromTime(task.flight_date));
-  AppendNumber(igc, task.task_number, 4);
-  AppendNumber(igc, static_cast<uint32_t>(turnpoints), 2);
+  AppendPadded(igc, task.task_number, 4);
+  AppendPadded(igc, turnpoints, 2);
   AppendLine(igc, "", task.name);
   for (const WaypointRecord& point : task.points) AppendTurnpoint(igc, point);
 }
@@ -145,24 +146,10 @@ void AppendFix(std::string& igc, const TrackPoint& point, bool enl) {
 }
 
 void AppendLog(std::string& igc, const CalendarTime& download) {
-  igc += "LXSH Skyhaul version ";
-  AppendNumber(igc, kVersionNumber / 100);
-  igc += '.';
-  AppendNumber(igc, kVersionNumber % 100, 2);
+  igc += "LXSH Skyhaul version " + std::to_string(kVersionNumber / 100) + '.' +
+         PaddedNumber(kVersionNumber % 100, 2);
   igc += kLineEnd;
-
-  igc += "LXSH Downloaded ";
-  AppendNumber(igc, static_cast<uint32_t>(download.year));
-  igc += '-';
-  AppendTwoDigits(igc, {download.month});
-  igc += '-';
-  AppendTwoDigits(igc, {download.day});
-  igc += "  ";
-  AppendTwoDigits(igc, {download.hour});
-  igc += ':';
-  AppendTwoDigits(igc, {download.minute});
-  igc += ':';
-  AppendTwoDigits(igc, {download.second});
+  igc += "LXSH Downloaded " + DateText(download) + "  " + TimeText(download);
   igc += kLineEnd;
 }
 

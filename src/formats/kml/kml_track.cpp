@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include "core/text/date_time.h"
+#include "core/text/numbers.h"
 #include "core/units.h"
-#include "formats/values/iso_time.h"
-#include "formats/values/numbers.h"
-#include "formats/values/track_altitude.h"
-#include "formats/values/xml_text.h"
+#include "formats/common/track_altitude.h"
+#include "formats/common/xml_text.h"
 
 namespace skyhaul {
 

@@ -22,7 +22,7 @@ struct KmlTrackInfo {
 // Writes a KML 2.2 file, UTF-8, with the track as a timed gx:Track, one per segment inside a
 // gx:MultiTrack when there are several, then the take-off's and the landing's placemarks. Element
 // order is that of the KML 2.2 schema and of the gx extension's. Altitudes are above the sea: the
-// one that formats/values/track_altitude.h chooses, in metres with one decimal; positions have 7
+// one that formats/common/track_altitude.h chooses, in metres with one decimal; positions have 7
 // decimals, 1 cm; times are UTC with milliseconds where a fix has some. The extra values are left
 // out. A track without points gives a document without placemarks.
 std::string WriteKmlTrack(std::span<const TrackPoint> points, const KmlTrackInfo& info);

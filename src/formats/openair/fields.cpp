@@ -6,18 +6,15 @@
 #include <cstdint>
 #include <system_error>
 
+#include "core/text/digits.h"
+#include "core/text/letter_case.h"
+#include "core/text/printable.h"
+#include "core/text/scan.h"
 #include "core/units.h"
-#include "formats/text/scan.h"
 
 namespace skyhaul::openair {
 
 namespace {
-
-constexpr std::string_view kBlanks = " \t";
-
-bool IsDigit(char letter) {
-  return letter >= '0' && letter <= '9';
-}
 
 bool TakeCharacter(std::string_view& rest, char character) {
   if (rest.empty() || UpperLetter(rest.front()) != character) return false;
@@ -49,12 +46,6 @@ bool TakeCoordinate(std::string_view& rest, std::string_view letters, double lim
   if (!negative && !TakeCharacter(rest, letters[0])) return false;
   semicircles = DegreesToSemicircles(negative ? -degrees : degrees);
   return true;
-}
-
-void AppendPadded(std::string& text, uint64_t number, size_t width) {
-  const std::string digits = std::to_string(number);
-  if (digits.size() < width) text.append(width - digits.size(), '0');
-  text += digits;
 }
 
 struct Decimals {
@@ -98,18 +89,10 @@ void AppendCoordinate(std::string& text, int32_t semicircles, size_t degree_digi
 
 }  // namespace
 
-void SkipBlanks(std::string_view& rest) {
-  rest.remove_prefix(std::min(rest.find_first_not_of(kBlanks), rest.size()));
-}
-
 void SkipSeparator(std::string_view& rest) {
   SkipBlanks(rest);
   TakeCharacter(rest, ',');
   SkipBlanks(rest);
-}
-
-char UpperLetter(char letter) {
-  return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
 }
 
 std::string PlainText(std::string_view text) {

@@ -12,12 +12,8 @@ namespace skyhaul::openair {
 
 inline constexpr double kMetresPerNauticalMile = 1852;
 
-void SkipBlanks(std::string_view& rest);
-
 // Blanks, and at most one comma among them.
 void SkipSeparator(std::string_view& rest);
-
-char UpperLetter(char letter);
 
 // A name or text as a line can hold it: control characters and '*', which begins a comment, become
 // blanks; blanks around it are dropped.

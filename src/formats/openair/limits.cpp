@@ -2,8 +2,9 @@
 
 #include <optional>
 
+#include "core/text/letter_case.h"
+#include "core/text/scan.h"
 #include "formats/openair/fields.h"
-#include "formats/text/scan.h"
 
 namespace skyhaul::openair {
 
@@ -73,8 +74,7 @@ bool TakePart(std::string_view& rest, Parts& parts) {
 }
 
 bool TakeParts(std::string_view text, Parts& parts) {
-  std::string capitals(text.substr(0, text.find('(')));
-  for (char& letter : capitals) letter = UpperLetter(letter);
+  const std::string capitals = UpperCase(text.substr(0, text.find('(')));
   std::string_view rest = TrimBlanks(capitals);
   while (!rest.empty()) {
     if (!TakePart(rest, parts)) return false;

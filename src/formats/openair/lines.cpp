@@ -1,6 +1,8 @@
 #include "formats/openair/lines.h"
 
-#include "formats/text/scan.h"
+#include "core/text/digits.h"
+#include "core/text/letter_case.h"
+#include "core/text/scan.h"
 
 namespace skyhaul::openair {
 
@@ -13,7 +15,7 @@ constexpr std::string_view kCodes[] = {"AC", "AN", "AH", "AL", "V", "DP",
 bool EndsCode(std::string_view code, std::string_view rest) {
   if (rest.empty() || rest.front() == ' ' || rest.front() == '\t') return true;
   if (code == "V") return rest.find('=') == 1;
-  return code.front() == 'D' && rest.front() >= '0' && rest.front() <= '9';
+  return code.front() == 'D' && IsDigit(rest.front());
 }
 
 std::string_view CodeOf(std::string_view content) {

@@ -1,6 +1,6 @@
+#include "core/text/charset.h"
 #include "formats/openair/lines.h"
 #include "formats/openair/read_openair.h"
-#include "formats/text/charset.h"
 
 namespace skyhaul {
 

@@ -1,17 +1,19 @@
 #include "formats/openair/read_openair.h"
 
+#include "core/text/charset.h"
+#include "core/text/letter_case.h"
+#include "core/text/scan.h"
+#include "core/text/utf8.h"
+#include "formats/common/messages.h"
 #include "formats/openair/fields.h"
 #include "formats/openair/limits.h"
 #include "formats/openair/lines.h"
-#include "formats/text/charset.h"
-#include "formats/text/scan.h"
 
 namespace skyhaul {
 
 namespace {
 
 using openair::Line;
-using openair::SkipBlanks;
 using openair::SkipSeparator;
 using openair::TakeNumber;
 using openair::TakePosition;
@@ -39,7 +41,7 @@ CtrRecord& Airspace(Reading& reading) {
 }
 
 void Note(Reading& reading, int line, std::string_view what) {
-  reading.file.notes.push_back("Line " + std::to_string(line) + ": " + std::string(what));
+  reading.file.notes.push_back(LineNote(line, what));
 }
 
 bool AtEnd(std::string_view rest) {
@@ -123,7 +125,7 @@ const char* ReadVariable(Reading& reading, std::string_view argument) {
   const std::string_view name = TrimBlanks(argument.substr(0, equals));
   if (equals == std::string_view::npos || name.size() != 1) return "not understood";
   const std::string_view value = TrimBlanks(argument.substr(equals + 1));
-  const char variable = openair::UpperLetter(name.front());
+  const char variable = UpperLetter(name.front());
   if (variable == 'X') return ReadCentre(reading, value);
   if (variable == 'D') return ReadDirection(reading, value);
   return "not understood";
@@ -199,7 +201,7 @@ const char* ReadLine(Reading& reading, const Line& line) {
 
 int RefuseFile(int line, const char* what, AirspaceFile& file, std::string& message) {
   file = {};
-  message = "Format error on line " + std::to_string(line) + ": " + what;
+  message = LineError(line, what);
   return -1;
 }
 

@@ -3,11 +3,12 @@
 #include <cmath>
 #include <limits>
 
+#include "core/text/charset.h"
+#include "core/text/letter_case.h"
+#include "core/text/numbers.h"
+#include "core/text/printable.h"
+#include "core/text/utf8.h"
 #include "core/time_scale.h"
-#include "formats/text/charset.h"
-#include "formats/text/scan.h"
-#include "formats/values/numbers.h"
-#include "formats/values/windows_1252.h"
 
 namespace skyhaul {
 
@@ -20,7 +21,7 @@ constexpr char kCommaByte = '\xD1';
 bool HasLetterAt(std::string_view text, size_t place) {
   if (place >= text.size()) return false;
   const char c = text[place];
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c < 0;
+  return IsLetter(c) || static_cast<unsigned char>(c) >= 0x80;
 }
 
 }  // namespace

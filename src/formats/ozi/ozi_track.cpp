@@ -2,11 +2,13 @@
 
 #include <limits>
 
+#include "core/text/date_time.h"
+#include "core/text/digits.h"
+#include "core/text/numbers.h"
 #include "core/time_scale.h"
 #include "core/units.h"
+#include "formats/common/track_altitude.h"
 #include "formats/ozi/ozi_text.h"
-#include "formats/values/numbers.h"
-#include "formats/values/track_altitude.h"
 
 namespace skyhaul {
 
@@ -21,16 +23,10 @@ constexpr std::string_view kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun"
 // Fields 6 and 7, "01-May-24,12:34:56", which programs ignore and people read.
 void AppendReadableTime(std::string& text, uint32_t time) {
   const CalendarTime calendar = CalendarFromTime(time);
-  const auto append = [&text](int number) { AppendWhole(text, static_cast<unsigned>(number), 2); };
-  append(calendar.day);
+  AppendPadded(text, static_cast<uint64_t>(calendar.day), 2);
   text.append("-").append(kMonths[calendar.month - 1]).append("-");
-  append(calendar.year % 100);
-  text += ',';
-  append(calendar.hour);
-  text += ':';
-  append(calendar.minute);
-  text += ':';
-  append(calendar.second);
+  AppendPadded(text, static_cast<uint64_t>(calendar.year % 100), 2);
+  text += ',' + TimeText(calendar);
 }
 
 // Feet with one decimal; an altitude that would read "not known" is written a tenth lower.

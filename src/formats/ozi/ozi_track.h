@@ -9,7 +9,7 @@
 namespace skyhaul {
 
 // Writes an OziExplorer track file, .plt, in Windows-1252 on WGS 84, lines ended by CR LF. One
-// altitude fits, see formats/values/track_altitude.h; it is written in feet with one decimal, times
+// altitude fits, see formats/common/track_altitude.h; it is written in feet with one decimal, times
 // as spreadsheet days to 9 ms, positions to 1 cm; the extra values are left out. A track without
 // points gives the header alone. The description (UTF-8) is the name under which OziExplorer lists
 // the track.

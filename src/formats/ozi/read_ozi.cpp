@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
+#include "core/text/charset.h"
+#include "core/text/numbers.h"
+#include "core/text/printable.h"
+#include "core/text/scan.h"
+#include "formats/common/messages.h"
+#include "formats/common/position.h"
 #include "formats/ozi/ozi_text.h"
-#include "formats/text/charset.h"
-#include "formats/text/scan.h"
-#include "formats/values/numbers.h"
-#include "formats/values/pieces.h"
-#include "formats/waypoints/position.h"
 
 namespace skyhaul {
 
@@ -39,11 +41,8 @@ std::string ReadHeader(std::string_view& rest) {
   }
   line = TakeLine(rest);
   line = TrimBlanks(TakeField(line, ','));
-  if (!IsWgs84(line)) {
-    return LineError(2, "the datum is \"" + OneLine(line) + "\", only WGS 84 can be read");
-  }
   for (int i = 2; i < kHeaderLines; ++i) TakeLine(rest);
-  return {};
+  return DatumError(2, line);
 }
 
 Fields TakeFields(std::string_view line) {
@@ -53,21 +52,21 @@ Fields TakeFields(std::string_view line) {
 }
 
 bool ReadPosition(const Fields& fields, FileWaypoint& waypoint) {
-  double lat_deg = 0;
-  double lon_deg = 0;
-  if (!ReadNumber(fields[kLatitude], lat_deg) || !ReadNumber(fields[kLongitude], lon_deg)) {
-    return false;
-  }
-  const auto position = PositionFromDegrees(lat_deg, lon_deg);
+  const std::optional<double> lat_deg = ReadDecimal(TrimBlanks(fields[kLatitude]));
+  const std::optional<double> lon_deg = ReadDecimal(TrimBlanks(fields[kLongitude]));
+  if (!lat_deg || !lon_deg) return false;
+  const auto position = PositionFromDegrees(*lat_deg, *lon_deg);
   if (!position) return false;
   waypoint.lat = position->lat;
   waypoint.lon = position->lon;
   return true;
 }
 
-// Reads a number that may be missing; false when something else stands there.
-bool ReadOptional(std::string_view field, double& value) {
-  return TrimBlanks(field).empty() || ReadNumber(field, value);
+// A number that may be missing, which gives the value for it; empty when something else stands
+// there.
+std::optional<double> ReadOptional(std::string_view field, double missing) {
+  const std::string_view text = TrimBlanks(field);
+  return text.empty() ? missing : ReadDecimal(text);
 }
 
 void ReadWaypoint(std::string_view line, int line_number, WaypointFile& file) {
@@ -77,16 +76,14 @@ void ReadWaypoint(std::string_view line, int line_number, WaypointFile& file) {
     file.notes.push_back(LineNote(line_number, "no position that can be read, skipped"));
     return;
   }
-  double altitude_ft = kOziUnknownAltitude_ft;
-  if (!ReadOptional(fields[kAltitude], altitude_ft)) {
-    file.notes.push_back(LineNote(line_number, "altitude cannot be read"));
+  const auto altitude_ft = ReadOptional(fields[kAltitude], kOziUnknownAltitude_ft);
+  if (!altitude_ft) file.notes.push_back(LineNote(line_number, "altitude cannot be read"));
+  if (altitude_ft && *altitude_ft != kOziUnknownAltitude_ft) {
+    waypoint.altitude_m = *altitude_ft * kMetresPerFoot;
   }
-  if (altitude_ft != kOziUnknownAltitude_ft) waypoint.altitude_m = altitude_ft * kMetresPerFoot;
-  double day = 0;
-  if (!ReadOptional(fields[kDay], day)) {
-    file.notes.push_back(LineNote(line_number, "time cannot be read"));
-  }
-  waypoint.time = TimeFromSpreadsheetDay(day);
+  const std::optional<double> day = ReadOptional(fields[kDay], 0);
+  if (!day) file.notes.push_back(LineNote(line_number, "time cannot be read"));
+  waypoint.time = TimeFromSpreadsheetDay(day.value_or(0));
   waypoint.name = TextFromOzi(fields[kName]);
   waypoint.description = TextFromOzi(fields[kDescription]);
   file.waypoints.push_back(std::move(waypoint));

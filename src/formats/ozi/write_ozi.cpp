@@ -3,9 +3,10 @@
 #include <cmath>
 #include <limits>
 
+#include "core/text/numbers.h"
 #include "core/units.h"
+#include "formats/common/position.h"
 #include "formats/ozi/ozi_text.h"
-#include "formats/values/numbers.h"
 
 namespace skyhaul {
 

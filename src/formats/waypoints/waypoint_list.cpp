@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "formats/text/charset.h"
+#include "core/text/charset.h"
 
 namespace skyhaul {
 

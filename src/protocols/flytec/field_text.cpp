@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "formats/text/charset.h"
+#include "core/text/charset.h"
 
 namespace skyhaul::flytec {
 

@@ -4,7 +4,7 @@
 #include "formats/compegps/read_compegps.h"
 #include "formats/compegps/write_compegps.h"
 #include "tests/formats/read_text.h"
-#include "tests/formats/values/sample_waypoints.h"
+#include "tests/formats/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {

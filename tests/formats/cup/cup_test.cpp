@@ -1,11 +1,12 @@
 #include <gmock/gmock.h>
 
 #include "core/units.h"
+#include "formats/common/position.h"
 #include "formats/cup/quoted_fields.h"
 #include "formats/cup/read_cup.h"
 #include "formats/cup/write_cup.h"
 #include "tests/formats/read_text.h"
-#include "tests/formats/values/sample_waypoints.h"
+#include "tests/formats/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {

@@ -3,9 +3,9 @@
 #include <cmath>
 
 #include "core/units.h"
+#include "formats/common/position.h"
 #include "formats/formatgeo/read_formatgeo.h"
 #include "formats/formatgeo/write_formatgeo.h"
-#include "formats/waypoints/position.h"
 #include "tests/formats/read_text.h"
 
 namespace skyhaul {

@@ -7,7 +7,7 @@
 #include "formats/gpx/read_gpx.h"
 #include "formats/gpx/write_gpx.h"
 #include "tests/formats/read_text.h"
-#include "tests/formats/values/sample_waypoints.h"
+#include "tests/formats/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {

@@ -6,7 +6,7 @@
 #include <map>
 #include <pugixml.hpp>
 
-#include "tests/formats/values/sample_waypoints.h"
+#include "tests/formats/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/formats/values/sample_waypoints.h"
+#include "tests/formats/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {

@@ -4,7 +4,7 @@
 #include "formats/ozi/read_ozi.h"
 #include "formats/ozi/write_ozi.h"
 #include "tests/formats/read_text.h"
-#include "tests/formats/values/sample_waypoints.h"
+#include "tests/formats/sample_waypoints.h"
 
 namespace skyhaul {
 namespace {

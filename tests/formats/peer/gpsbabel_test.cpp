@@ -5,15 +5,15 @@
 #include <cstdlib>
 #include <pugixml.hpp>
 
+#include "core/text/date_time.h"
 #include "core/units.h"
 #include "formats/compegps/write_compegps.h"
 #include "formats/gpx/write_gpx.h"
 #include "formats/kml/kml_track.h"
 #include "formats/ozi/ozi_track.h"
 #include "formats/ozi/write_ozi.h"
-#include "formats/values/iso_time.h"
 #include "platform/file.h"
-#include "tests/formats/values/sample_waypoints.h"
+#include "tests/formats/sample_waypoints.h"
 #include "tests/support/scratch_folder.h"
 
 namespace skyhaul {

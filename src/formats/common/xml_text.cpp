@@ -1,6 +1,6 @@
-#include "formats/values/xml_text.h"
+#include "formats/common/xml_text.h"
 
-#include "formats/text/charset.h"
+#include "core/text/charset.h"
 
 namespace skyhaul {
 

@@ -1,4 +1,4 @@
-#include "formats/waypoints/position.h"
+#include "formats/common/position.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,15 +14,10 @@ std::optional<FilePosition> PositionFromDegrees(double lat_deg, double lon_deg) 
   return FilePosition{.lat = DegreesToSemicircles(lat_deg), .lon = DegreesToSemicircles(lon_deg)};
 }
 
-int64_t AngleInSteps(int32_t semicircles, int32_t steps_per_degree) {
+uint64_t AngleInSteps(int32_t semicircles, uint32_t steps_per_degree) {
   // At most 2^31 * 360,000: far from the end of 64 bits.
-  const int64_t magnitude = std::abs(int64_t{semicircles});
-  return (magnitude * 180 * steps_per_degree + (int64_t{1} << 30)) >> 31;
-}
-
-std::string PaddedNumber(int64_t number, size_t width) {
-  const std::string digits = std::to_string(number);
-  return std::string(width - std::min(width, digits.size()), '0') + digits;
+  const auto magnitude = static_cast<uint64_t>(std::abs(int64_t{semicircles}));
+  return (magnitude * 180 * steps_per_degree + (uint64_t{1} << 30)) >> 31;
 }
 
 }  // namespace skyhaul

@@ -1,17 +1,20 @@
-#include "formats/text/charset.h"
+#include "core/text/charset.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+
+#include "core/text/letter_case.h"
+#include "core/text/utf8.h"
 
 namespace skyhaul {
 
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr uint32_t kNoCharacter = 0xFFFFFFFF;
 
-// Codes 0x80 to 0x9F; the others are those of Unicode. 0 marks the five that mean nothing.
+// Unicode of the bytes 0x80 to 0x9F; 0 marks the five that are unused. Every other byte is its own
+// code in Unicode.
 constexpr uint16_t kWindows1252[32] = {
     0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -63,57 +66,6 @@ constexpr LetterPairs kLetterPairs[] = {
     {0x1ECC, 0x1EE3, 'O'}, {0x1EE4, 0x1EF1, 'U'}, {0x1EF2, 0x1EF9, 'Y'},
 };
 
-unsigned ByteAt(std::string_view text, size_t at) {
-  return static_cast<unsigned char>(text[at]);
-}
-
-// How many bytes a character takes, told by its first one; 0 when none can start so.
-size_t LengthOf(unsigned first) {
-  if (first < 0x80) return 1;
-  if (first >= 0xC2 && first <= 0xDF) return 2;
-  if (first >= 0xE0 && first <= 0xEF) return 3;
-  return first >= 0xF0 && first <= 0xF4 ? 4 : 0;
-}
-
-// Takes one character off the front of a text that is not empty. A byte that belongs to no valid
-// character, an overlong form or half of a surrogate pair among them, is taken alone and gives
-// kNoCharacter.
-uint32_t TakeCharacter(std::string_view& text) {
-  constexpr uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-  const unsigned first = ByteAt(text, 0);
-  const size_t length = LengthOf(first);
-  uint32_t code = length < 2 ? first : first & (0x7FU >> length);
-  bool good = length != 0 && length <= text.size();
-  for (size_t i = 1; good && i < length; ++i) {
-    good = (ByteAt(text, i) & 0xC0U) == 0x80;
-    code = code << 6 | (ByteAt(text, i) & 0x3FU);
-  }
-  good = good && code >= kSmallest[length] && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
-  text.remove_prefix(good ? length : 1);
-  return good ? code : kNoCharacter;
-}
-
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    if (TakeCharacter(text) == kNoCharacter) return false;
-  }
-  return true;
-}
-
-// Codes below 0x10000 only, which is what Windows-1252 reaches.
-void AppendUtf8(std::string& text, uint32_t code) {
-  if (code < 0x80) {
-    text += static_cast<char>(code);
-  } else if (code < 0x800) {
-    text += static_cast<char>(0xC0 | code >> 6);
-    text += static_cast<char>(0x80 | (code & 0x3F));
-  } else {
-    text += static_cast<char>(0xE0 | code >> 12);
-    text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
-    text += static_cast<char>(0x80 | (code & 0x3F));
-  }
-}
-
 void AppendPlain(std::string& plain, uint32_t code) {
   const auto spelled = std::ranges::lower_bound(kSpelledOut, code, {}, &SpelledOut::code);
   if (spelled != std::end(kSpelledOut) && spelled->code == code) {
@@ -133,13 +85,22 @@ void AppendPlain(std::string& plain, uint32_t code) {
   plain += '?';
 }
 
-bool IsLetter(char character) {
-  return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
-}
-
 // An accent in a character of its own, as some systems write them, is part of the letter before.
 bool IsCombiningAccent(uint32_t code) {
   return code >= 0x300 && code <= 0x36F;
+}
+
+// Unicode of a byte of Windows-1252; 0 for an unused one.
+uint32_t CodeOfByte(unsigned char byte) {
+  return byte >= 0x80 && byte <= 0x9F ? kWindows1252[byte - 0x80] : byte;
+}
+
+// The byte of Windows-1252 for a code of Unicode, or -1.
+int ByteOfCode(uint32_t code) {
+  if (code < 0x80 || (code >= 0xA0 && code <= 0xFF)) return static_cast<int>(code);
+  const auto* const place = std::ranges::find(kWindows1252, code);
+  if (place == std::end(kWindows1252)) return -1;
+  return static_cast<int>(0x80 + (place - std::begin(kWindows1252)));
 }
 
 }  // namespace
@@ -151,9 +112,8 @@ std::string ToUtf8(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size() + bytes.size() / 8);
   for (const char character : bytes) {
-    const uint32_t byte = static_cast<unsigned char>(character);
-    const uint32_t code = byte >= 0x80 && byte <= 0x9F ? kWindows1252[byte - 0x80] : byte;
-    AppendUtf8(text, code == 0 && byte != 0 ? uint32_t{'?'} : code);
+    const uint32_t code = CodeOfByte(static_cast<unsigned char>(character));
+    AppendUtf8(text, code == 0 && character != '\0' ? uint32_t{'?'} : code);
   }
   return text;
 }
@@ -164,6 +124,7 @@ std::string ToAscii(std::string_view utf8) {
   bool after_letter = false;
   while (!utf8.empty()) {
     const uint32_t code = TakeCharacter(utf8);
+    // "u" and a combining diaeresis: the letter has been written already.
     if (IsCombiningAccent(code) && after_letter) continue;
     if (code < 0x80) {
       plain += static_cast<char>(code);
@@ -175,10 +136,20 @@ std::string ToAscii(std::string_view utf8) {
   return plain;
 }
 
-std::string FirstCharacters(std::string_view utf8, size_t count) {
-  std::string_view rest = utf8;
-  for (size_t i = 0; i < count && !rest.empty(); ++i) TakeCharacter(rest);
-  return std::string(utf8.substr(0, utf8.size() - rest.size()));
+std::string ToWindows1252(std::string_view utf8) {
+  std::string bytes;
+  bytes.reserve(utf8.size());
+  while (!utf8.empty()) {
+    std::string_view rest = utf8;
+    const int byte = ByteOfCode(TakeCharacter(rest));
+    if (byte >= 0) {
+      bytes += static_cast<char>(byte);
+    } else {
+      bytes += ToAscii(utf8.substr(0, utf8.size() - rest.size()));
+    }
+    utf8 = rest;
+  }
+  return bytes;
 }
 
 }  // namespace skyhaul

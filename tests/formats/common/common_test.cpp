@@ -1,11 +1,37 @@
-#include "formats/waypoints/position.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+#include "formats/common/messages.h"
+#include "formats/common/position.h"
+#include "formats/common/xml_text.h"
+
 namespace skyhaul {
 namespace {
+
+TEST(AppendXmlText, EscapesAndKeepsWhatXmlAllows) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"a<b>&\"c\"'", "a&lt;b&gt;&amp;&quot;c&quot;'"},
+      {"Größe\t\n", "Größe\t\n"},
+      {std::string_view("a\0b\x1b\x01", 5), "a b  "},
+      {"a\xEF\xBF\xBF\xEF\xBF\xBE\xEF\xBF\xBD", "a??\xEF\xBF\xBD"},
+      {"Gruy\xE8res", "Gruyères"},
+  };
+  for (const auto& [text, expected] : cases) {
+    std::string xml;
+    AppendXmlText(xml, text);
+    EXPECT_EQ(xml, expected);
+  }
+}
+
+TEST(DatumError, KnowsTheSpellingsOfWgs84) {
+  for (const char* datum : {"WGS 84", "WGS84", "wgs-84", "WGS 1984"}) {
+    EXPECT_EQ(DatumError(2, datum), "") << datum;
+  }
+  for (const char* datum : {"", "WGS 72", "European 1979", "WGS 84 x"}) {
+    EXPECT_NE(DatumError(2, datum), "") << datum;
+  }
+}
 
 TEST(PositionFromDegrees, KeepsToTheGlobe) {
   const struct {
@@ -31,7 +57,7 @@ TEST(PositionFromDegrees, KeepsToTheGlobe) {
 }
 
 TEST(AngleInSteps, RoundsTheSizeOfTheAngle) {
-  const std::tuple<int32_t, int32_t, int64_t> cases[] = {
+  const std::tuple<int32_t, uint32_t, uint64_t> cases[] = {
       {0, 60000, 0},
       {INT32_MIN, 60000, 10800000},
       {INT32_MAX, 60000, 10800000},  // rounds up to a whole degree

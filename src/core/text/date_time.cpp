@@ -1,9 +1,10 @@
-#include "formats/values/iso_time.h"
+#include "core/text/date_time.h"
 
 #include <algorithm>
 
-#include "formats/text/scan.h"
-#include "formats/values/numbers.h"
+#include "core/text/digits.h"
+#include "core/text/letter_case.h"
+#include "core/text/scan.h"
 
 namespace skyhaul {
 
@@ -31,7 +32,41 @@ void DropFraction(std::string_view& text) {
   text.remove_prefix(std::min(text.find_first_not_of("0123456789"), text.size()));
 }
 
+// Three numbers of a date or a time, the first at least so wide, the others two digits.
+std::string ThreeNumbers(const int (&numbers)[3], size_t first_width, std::string_view separator) {
+  std::string text = PaddedNumber(static_cast<uint64_t>(numbers[0]), first_width);
+  for (const int number : {numbers[1], numbers[2]}) {
+    text += separator;
+    AppendPadded(text, static_cast<uint64_t>(number), 2);
+  }
+  return text;
+}
+
 }  // namespace
+
+std::string DateText(const CalendarTime& calendar, std::string_view separator) {
+  return ThreeNumbers({calendar.year, calendar.month, calendar.day}, 4, separator);
+}
+
+std::string TimeText(const CalendarTime& calendar, std::string_view separator) {
+  return ThreeNumbers({calendar.hour, calendar.minute, calendar.second}, 2, separator);
+}
+
+std::string DurationText(uint32_t seconds) {
+  return TimeText({.hour = static_cast<int>(seconds / 3600),
+                   .minute = static_cast<int>(seconds / 60 % 60),
+                   .second = static_cast<int>(seconds % 60)});
+}
+
+void AppendIsoTime(std::string& text, uint32_t time, uint32_t milliseconds) {
+  const CalendarTime calendar = CalendarFromTime(time);
+  text += DateText(calendar) + 'T' + TimeText(calendar);
+  if (milliseconds != 0) {
+    text += '.';
+    AppendPadded(text, std::min(milliseconds, 999U), 3);
+  }
+  text += 'Z';
+}
 
 uint32_t TimeFromFile(const CalendarTime& calendar) {
   if (calendar.year < kFirstYear || calendar.year > kLastYear) return 0;
@@ -65,21 +100,6 @@ uint32_t ReadIsoTime(std::string_view text) {
   int offset_minutes = 0;
   if (time == 0 || !ReadZone(text, offset_minutes)) return 0;
   return static_cast<uint32_t>(std::max<int64_t>(int64_t{time} - int64_t{offset_minutes} * 60, 0));
-}
-
-void AppendIsoTime(std::string& text, uint32_t time, uint32_t milliseconds) {
-  const CalendarTime calendar = CalendarFromTime(time);
-  const auto append = [&text](int number, size_t width, char end) {
-    AppendWhole(text, static_cast<unsigned>(number), width);
-    text += end;
-  };
-  append(calendar.year, 4, '-');
-  append(calendar.month, 2, '-');
-  append(calendar.day, 2, 'T');
-  append(calendar.hour, 2, ':');
-  append(calendar.minute, 2, ':');
-  append(calendar.second, 2, milliseconds == 0 ? 'Z' : '.');
-  if (milliseconds != 0) append(static_cast<int>(std::min(milliseconds, 999U)), 3, 'Z');
 }
 
 }  // namespace skyhaul

@@ -1,4 +1,4 @@
-#include "formats/values/track_altitude.h"
+#include "formats/common/track_altitude.h"
 
 #include <algorithm>
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -14,7 +13,8 @@ std::string ToUtf8(std::string_view bytes);
 // "ss"), and what has no plain form becomes '?'. Nothing is dropped.
 std::string ToAscii(std::string_view utf8);
 
-// The first so many characters of a UTF-8 text, never half of one.
-std::string FirstCharacters(std::string_view utf8, size_t count);
+// UTF-8 as Windows-1252, for the programs that know nothing else. Characters that it lacks become
+// their plain ASCII letters, or '?'; so does every byte that is not UTF-8.
+std::string ToWindows1252(std::string_view utf8);
 
 }  // namespace skyhaul

@@ -1,0 +1,23 @@
+#include "formats/common/messages.h"
+
+#include "core/text/letter_case.h"
+#include "core/text/printable.h"
+
+namespace skyhaul {
+
+std::string LineError(int line, std::string_view what) {
+  return "Format error on line " + std::to_string(line) + ": " + std::string(what);
+}
+
+std::string LineNote(int line, std::string_view what) {
+  return "Line " + std::to_string(line) + ": " + std::string(what);
+}
+
+std::string DatumError(int line, std::string_view datum) {
+  std::string letters(datum);
+  std::erase_if(letters, [](char c) { return c == ' ' || c == '\t' || c == '-' || c == '_'; });
+  if (EqualIgnoringCase(letters, "WGS84") || EqualIgnoringCase(letters, "WGS1984")) return {};
+  return LineError(line, "the datum is \"" + OneLine(datum) + "\", only WGS 84 can be read");
+}
+
+}  // namespace skyhaul
