@@ -1,7 +1,8 @@
 #include "device/position_reports.h"
 
-#include <cstdio>
+#include <string>
 
+#include "core/text/numbers.h"
 #include "core/units.h"
 
 namespace skyhaul {
@@ -11,9 +12,10 @@ void ReportPosition(const Job& job, const TrackPoint& point, uint32_t& last_time
   if (reports.client.empty() || reports.interval_s == 0) return;
   if (last_time != 0 && uint64_t{point.time} < uint64_t{last_time} + reports.interval_s) return;
   last_time = point.time;
-  char text[64];
-  std::snprintf(text, sizeof text, "Pos=%.6f,%.6f,%d", SemicirclesToDegrees(point.lat),
-                SemicirclesToDegrees(point.lon), DecimetresToMetres(point.gps_alt_dm));
+  // "Pos=46.123457,7.123456,1234"
+  const std::string text = "Pos=" + FixedText(SemicirclesToDegrees(point.lat), 6) + ',' +
+                           FixedText(SemicirclesToDegrees(point.lon), 6) + ',' +
+                           std::to_string(DecimetresToMetres(point.gps_alt_dm));
   const NotifierFunctions& notifier = job.link.platform->notifier;
   notifier.send(notifier.context, reports.client, text);
 }

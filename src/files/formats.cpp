@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "analysis/flight_times.h"
+#include "core/text/date_time.h"
+#include "core/text/letter_case.h"
 #include "core/time_scale.h"
 #include "formats/compegps/read_compegps.h"
 #include "formats/compegps/write_compegps.h"
@@ -86,10 +88,8 @@ std::string WriteIgcTrack(const FileContents& contents) {
 std::string TrackName(const FileContents& contents) {
   const std::string& pilot = contents.header.pilot;
   if (contents.points.empty()) return pilot;
-  const CalendarTime date = CalendarFromTime(contents.points.front().time);
-  char text[40];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d", date.year, date.month, date.day);
-  return pilot.empty() ? text : std::string(text) + " " + pilot;
+  const std::string date = DateText(CalendarFromTime(contents.points.front().time));
+  return pilot.empty() ? date : date + ' ' + pilot;
 }
 
 std::string WriteKml(const FileContents& contents) {
@@ -178,8 +178,7 @@ constexpr FileFormat kFormats[] = {
 
 // As the table spells it.
 std::string TableExtension(const std::string& path) {
-  std::string extension = Extension(path);
-  for (char& c : extension) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  const std::string extension = LowerCase(Extension(path));
   // Airspace files go by either extension.
   return extension == ".air" ? ".txt" : extension;
 }

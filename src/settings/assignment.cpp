@@ -1,8 +1,9 @@
 #include "settings/assignment.h"
 
 #include <algorithm>
-#include <charconv>
+#include <optional>
 
+#include "core/text/numbers.h"
 #include "settings/password.h"
 
 namespace skyhaul {
@@ -20,11 +21,9 @@ bool HasControlCharacters(const std::string& text) {
 }
 
 bool NumberBytes(const std::string& value, std::string& bytes) {
-  int32_t number = 0;
-  const char* const end = value.data() + value.size();
-  const auto parsed = std::from_chars(value.data(), end, number);
-  if (parsed.ec != std::errc() || parsed.ptr != end) return false;
-  bytes.assign(reinterpret_cast<const char*>(&number), sizeof number);
+  const std::optional<int32_t> number = ReadInteger<int32_t>(value);
+  if (!number) return false;
+  bytes.assign(reinterpret_cast<const char*>(&*number), sizeof *number);
   return true;
 }
 

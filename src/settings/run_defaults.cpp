@@ -1,9 +1,10 @@
 #include "settings/run_defaults.h"
 
-#include <charconv>
 #include <string>
 #include <string_view>
 
+#include "core/text/letter_case.h"
+#include "core/text/numbers.h"
 #include "settings/store.h"
 #include "settings/table.h"
 
@@ -15,11 +16,6 @@ constexpr std::string_view kDevicePrefix = "\\\\.\\";
 constexpr std::string_view kComPrefix = "COM";
 constexpr uint32_t kMostPortNumber = 9999;  // more than any system gives
 
-std::string UpperCase(std::string text) {
-  for (char& c : text) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  return text;
-}
-
 // The number of a port that is named by its number, 1 to kMostPortNumber, else 0.
 uint32_t NumberOfPort(const std::string& text) {
   const std::string upper = UpperCase(text);
@@ -27,10 +23,8 @@ uint32_t NumberOfPort(const std::string& text) {
   if (name.starts_with(kDevicePrefix)) name.remove_prefix(kDevicePrefix.size());
   if (!name.starts_with(kComPrefix)) return 0;
   name.remove_prefix(kComPrefix.size());
-  uint32_t number = 0;
-  const auto parsed = std::from_chars(name.data(), name.data() + name.size(), number);
-  const bool whole = parsed.ec == std::errc() && parsed.ptr == name.data() + name.size();
-  return whole && number <= kMostPortNumber ? number : 0;
+  const uint32_t number = ReadInteger<uint32_t>(name).value_or(0);
+  return number <= kMostPortNumber ? number : 0;
 }
 
 PortChoice ChoosePort(const SettingValues& values, const SettingValues& defaults,

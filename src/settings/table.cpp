@@ -4,6 +4,8 @@
 #include <array>
 #include <cstring>
 
+#include "core/text/letter_case.h"
+
 namespace skyhaul {
 
 namespace {
@@ -133,14 +135,6 @@ constexpr std::array<SettingDescriptor, kSettingCount> kSettings = {{
 }};
 // clang-format on
 
-bool SameIgnoringCase(std::string_view a, std::string_view b) {
-  const auto same = [](char x, char y) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; };
-    return lower(x) == lower(y);
-  };
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), same);
-}
-
 }  // namespace
 
 std::span<const SettingDescriptor, kSettingCount> SettingTable() {
@@ -149,7 +143,7 @@ std::span<const SettingDescriptor, kSettingCount> SettingTable() {
 
 const SettingDescriptor* FindSettingByName(std::string_view name) {
   for (const SettingDescriptor& setting : kSettings) {
-    if (SameIgnoringCase(setting.name, name)) return &setting;
+    if (EqualIgnoringCase(setting.name, name)) return &setting;
   }
   return nullptr;
 }

@@ -3,13 +3,17 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <optional>
 #include <utility>
+
+#include "core/text/letter_case.h"
+#include "core/text/numbers.h"
+#include "core/text/scan.h"
 
 namespace skyhaul {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 constexpr unsigned char kFirstPrintable = 0x20;
 constexpr unsigned char kDelete = 0x7f;
@@ -20,28 +24,13 @@ struct Escape {
 };
 constexpr Escape kEscapes[] = {{'\\', '\\'}, {'"', '"'}, {'n', '\n'}, {'r', '\r'}, {'t', '\t'}};
 
-char LowerCase(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return LowerCase(x) == LowerCase(y); });
-}
-
-std::string_view Trim(std::string_view text) {
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 bool IsControl(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return byte < kFirstPrintable || byte == kDelete;
 }
 
 bool NeedsQuotes(std::string_view value) {
-  if (value.starts_with('"') || Trim(value) != value) return true;
+  if (value.starts_with('"') || TrimBlanks(value) != value) return true;
   for (const char c : value) {
     if (IsControl(c)) return true;
   }
@@ -107,12 +96,12 @@ const char* Unquote(std::string_view text, std::string& value) {
 
 // What is wrong with a line, or null.
 const char* ParseLine(SettingsLine& line) {
-  const std::string_view text = Trim(line.text);
+  const std::string_view text = TrimBlanks(line.text);
   if (text.empty() || text.starts_with('#')) return nullptr;
   const size_t equals = text.find('=');
   if (equals == std::string_view::npos) return "it is neither Name=value nor a comment";
-  const std::string_view name = Trim(text.substr(0, equals));
-  const std::string_view value = Trim(text.substr(equals + 1));
+  const std::string_view name = TrimBlanks(text.substr(0, equals));
+  const std::string_view value = TrimBlanks(text.substr(equals + 1));
   if (name.empty()) return "there is no name before the =";
   if (text.find('\0') != std::string_view::npos) return "it holds a zero byte";
   if (!value.starts_with('"')) {
@@ -138,10 +127,9 @@ SettingsLine MakeLine(const std::string& name, const std::string& value) {
 }
 
 bool NumberFromValue(std::string_view value, std::string& bytes) {
-  int32_t number = 0;
-  const auto end = std::from_chars(value.data(), value.data() + value.size(), number);
-  if (end.ec != std::errc() || end.ptr != value.data() + value.size()) return false;
-  bytes.assign(reinterpret_cast<const char*>(&number), sizeof number);
+  const std::optional<int32_t> number = ReadInteger<int32_t>(value);
+  if (!number) return false;
+  bytes.assign(reinterpret_cast<const char*>(&*number), sizeof *number);
   return true;
 }
 
@@ -183,7 +171,7 @@ std::string FormatSettingsText(const SettingsText& settings) {
 
 ptrdiff_t FindSetting(const SettingsText& settings, std::string_view name) {
   for (size_t i = settings.lines.size(); i > 0; --i) {
-    if (SameName(settings.lines[i - 1].name, name)) return static_cast<ptrdiff_t>(i - 1);
+    if (EqualIgnoringCase(settings.lines[i - 1].name, name)) return static_cast<ptrdiff_t>(i - 1);
   }
   return -1;
 }

@@ -1,10 +1,10 @@
 #include "protocols/flytec/ctr_lines.h"
 
 #include <cmath>
-#include <cstdio>
 #include <utility>
 
 #include "analysis/airspace_outline.h"
+#include "core/text/digits.h"
 #include "core/units.h"
 #include "protocols/flytec/field_text.h"
 #include "protocols/sentence/checksum.h"
@@ -45,9 +45,8 @@ size_t LineCount(const CtrRecord& record) {
 }
 
 void AddLine(Lines& lines, const std::string& fields, uint32_t pause_ms) {
-  char start[24];
-  (void)std::snprintf(start, sizeof start, "$PBRCTRW,%03zu,%03zu,", lines.total, lines.made.size());
-  std::string sentence = start + fields;
+  std::string sentence = "$PBRCTRW," + PaddedNumber(lines.total, 3) + ',' +
+                         PaddedNumber(lines.made.size(), 3) + ',' + fields;
   AppendNmeaChecksum(sentence);
   lines.made.push_back({.sentence = std::move(sentence), .pause_ms = pause_ms});
 }
@@ -55,12 +54,6 @@ void AddLine(Lines& lines, const std::string& fields, uint32_t pause_ms) {
 std::string Position(const AirspacePosition& position) {
   return FormatLatitude(SemicirclesToRadians(position.lat), kMilliminutesPerRadian) + "," +
          FormatLongitude(SemicirclesToRadians(position.lon), kMilliminutesPerRadian);
-}
-
-std::string WithDigits(const char* format, uint32_t number) {
-  char text[16];
-  (void)std::snprintf(text, sizeof text, format, number);
-  return text;
 }
 
 void AddArc(Lines& lines, const AirspaceSegment& segment) {
@@ -74,7 +67,7 @@ void AddArc(Lines& lines, const AirspaceSegment& segment) {
 
 void AddCircle(Lines& lines, const AirspaceSegment& segment) {
   const auto radius_m = static_cast<uint32_t>(RoundHalfAwayFromZero(segment.radius_m));
-  AddLine(lines, "C," + Position(segment.point) + WithDigits(",%05u", radius_m), kAfterLine_ms);
+  AddLine(lines, "C," + Position(segment.point) + "," + PaddedNumber(radius_m, 5), kAfterLine_ms);
 }
 
 void AddSegment(Lines& lines, const AirspaceSegment& segment) {
@@ -115,7 +108,7 @@ std::string CtrObstacle(const CtrRecord& record) {
 std::vector<CtrLine> CtrLines(const CtrRecord& record, const std::string& name) {
   Lines lines;
   lines.total = LineCount(record);
-  AddLine(lines, name + WithDigits(",%04u", record.number), kAfterLine_ms);
+  AddLine(lines, name + "," + PaddedNumber(record.number, 4), kAfterLine_ms);
   AddLine(lines, FieldText(record.remark), kAfterLine_ms);
   for (const AirspaceSegment& segment : record.segments) AddSegment(lines, segment);
   return std::move(lines.made);

@@ -1,5 +1,9 @@
 #include "protocols/flytec/ctr_sentence.h"
 
+#include <algorithm>
+#include <optional>
+
+#include "core/text/angles.h"
 #include "core/units.h"
 #include "protocols/flytec/field_text.h"
 #include "protocols/sentence/fields.h"
@@ -30,26 +34,17 @@ constexpr int kBadFraction = 3;
 constexpr int kHemisphereMissing = 4;
 constexpr int kBadHemisphere = 5;
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-// "DDMM.mmm" into minutes. Returns 0 or -n.
+// Reads "4623.456" into minutes. Returns 0, or -n for the first fault from the left.
 int ParseMinutes(std::string_view text, const CoordinateTerms& terms, double& minutes) {
-  size_t i = 0;
-  uint32_t whole = 0;
-  for (; i < text.size() && IsDigit(text[i]); ++i) {
-    whole = whole * 10 + static_cast<uint32_t>(text[i] - '0');
-    if (whole >= terms.limit) return -(terms.missing + kTooLarge);
-  }
-  if (i == 0 || i == text.size() || text[i] != '.') return -(terms.missing + kNoPoint);
-  const uint32_t whole_minutes = whole / 100 * 60 + whole % 100;
-  minutes = whole_minutes;
-  double weight = 0.1;
-  for (++i; i < text.size() && IsDigit(text[i]); ++i, weight /= 10) {
-    minutes += weight * (text[i] - '0');
-  }
-  return i == text.size() ? 0 : -(terms.missing + kBadFraction);
+  const size_t point = std::min(text.find_first_not_of("0123456789"), text.size());
+  const std::optional<DegreesMinutes> whole = ReadDegreesMinutes(text.substr(0, point));
+  const bool too_large = !whole || whole->degrees * 100 + whole->minutes >= terms.limit;
+  if (point > 0 && too_large) return -(terms.missing + kTooLarge);
+  if (point == 0 || !text.substr(point).starts_with('.')) return -(terms.missing + kNoPoint);
+  const std::optional<DegreesMinutes> angle = ReadDegreesMinutes(text);
+  if (!angle) return -(terms.missing + kBadFraction);
+  minutes = angle->degrees * 60 + angle->minutes;
+  return 0;
 }
 
 // Takes a coordinate and its hemisphere off the front of rest; the last one takes all of it.

@@ -1,5 +1,7 @@
 #include "protocols/sentence/fields.h"
 
+#include "core/text/digits.h"
+
 namespace skyhaul {
 
 bool SplitField(std::string_view& rest, std::string_view& field) {
@@ -23,7 +25,7 @@ int ParseUintField(std::string_view text, uint32_t& value) {
   size_t i = 0;
   while (i < text.size() && text[i] == ' ') ++i;
   uint32_t number = 0;
-  for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
+  for (; i < text.size() && IsDigit(text[i]); ++i) {
     if (number > kLargestToExtend) return -1;
     number = number * 10 + static_cast<uint32_t>(text[i] - '0');
   }

@@ -1,7 +1,10 @@
 #include "protocols/sentence/positions.h"
 
 #include <cmath>
-#include <cstdio>
+#include <optional>
+
+#include "core/text/angles.h"
+#include "core/text/digits.h"
 
 namespace skyhaul {
 
@@ -9,10 +12,9 @@ namespace {
 
 constexpr double kRadiansPerMinute = 0.0002908882086657;  // pi / 10800
 
-// A digit is refused once the degrees and minutes read so far have reached the limit, so that they
-// stay at or below 8959 and 17959.
-constexpr uint32_t kLatitudeLimit = 896;
-constexpr uint32_t kLongitudeLimit = 1796;
+// Degrees and minutes, written as one number, stay below these. Sixty minutes and more are taken.
+constexpr double kLatitudeLimit = 8960;
+constexpr double kLongitudeLimit = 17960;
 
 SentenceCoordinate Split(double value, double per_unit, const char* hemispheres) {
   const auto n = static_cast<uint64_t>(std::floor(std::fabs(value) * per_unit + 0.5));
@@ -22,43 +24,21 @@ SentenceCoordinate Split(double value, double per_unit, const char* hemispheres)
           .hemisphere = hemispheres[value < 0 ? 1 : 0]};
 }
 
-std::string Format(const char* format, const SentenceCoordinate& coordinate) {
-  char text[48];
-  std::snprintf(text, sizeof text, format, coordinate.degrees, coordinate.minutes,
-                coordinate.thousandths, coordinate.hemisphere);
-  return text;
+// "4623.456,N": degrees to a width, two digits of minutes, three of thousandths.
+std::string Format(const SentenceCoordinate& coordinate, size_t degree_digits) {
+  return PaddedNumber(coordinate.degrees, degree_digits) + PaddedNumber(coordinate.minutes, 2) +
+         '.' + PaddedNumber(coordinate.thousandths, 3) + ',' + coordinate.hemisphere;
 }
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-int ParseMinutes(std::string_view digits, uint32_t limit, double& minutes) {
-  size_t i = 0;
-  uint32_t whole = 0;
-  for (; i < digits.size() && IsDigit(digits[i]); ++i) {
-    if (whole >= limit) return -1;
-    whole = whole * 10 + static_cast<uint32_t>(digits[i] - '0');
-  }
-  if (i == 0) return -1;
-  const uint32_t whole_minutes = whole / 100 * 60 + whole % 100;
-  minutes = whole_minutes;
-  if (i < digits.size() && digits[i] == '.') ++i;
-  double weight = 0.1;
-  for (; i < digits.size() && IsDigit(digits[i]); ++i, weight /= 10) {
-    minutes += weight * (digits[i] - '0');
-  }
-  return i == digits.size() ? 0 : -1;
-}
-
-int ParseCoordinate(std::string_view digits, std::string_view hemisphere, uint32_t limit,
+int ParseCoordinate(std::string_view digits, std::string_view hemisphere, double limit,
                     const char* hemispheres, double& radians) {
   if (hemisphere.size() > 1) return -1;
   const char letter = hemisphere.empty() ? hemispheres[0] : hemisphere[0];
   if (letter != hemispheres[0] && letter != hemispheres[1]) return -1;
-  double minutes = 0;
-  if (ParseMinutes(digits, limit, minutes) != 0) return -1;
-  radians = minutes * kRadiansPerMinute;
+  // "4623.456", or "00712.345"
+  const std::optional<DegreesMinutes> angle = ReadDegreesMinutes(digits);
+  if (!angle || angle->degrees * 100 + angle->minutes >= limit) return -1;
+  radians = (angle->degrees * 60 + angle->minutes) * kRadiansPerMinute;
   if (letter == hemispheres[1]) radians = -radians;
   return 0;
 }
@@ -74,11 +54,11 @@ SentenceCoordinate SplitLongitude(double longitude, double per_unit) {
 }
 
 std::string FormatLatitude(double latitude, double per_unit) {
-  return Format("%02u%02u.%03u,%c", SplitLatitude(latitude, per_unit));
+  return Format(SplitLatitude(latitude, per_unit), 2);
 }
 
 std::string FormatLongitude(double longitude, double per_unit) {
-  return Format("%03u%02u.%03u,%c", SplitLongitude(longitude, per_unit));
+  return Format(SplitLongitude(longitude, per_unit), 3);
 }
 
 int ParseLatitude(std::string_view digits, std::string_view hemisphere, double& latitude_rad) {
