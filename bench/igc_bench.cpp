@@ -39,7 +39,7 @@ std::vector<skyhaul::TrackPoint> MakeFlight() {
 
 std::string MakeText() {
   std::string text;
-  skyhaul::WriteIgc(MakeFlight(), {.pilot = "Pilot"}, {.serial = "000"}, text);
+  skyhaul::igc::Write(MakeFlight(), {.pilot = "Pilot"}, {.serial = "000"}, text);
   return text;
 }
 
@@ -72,7 +72,7 @@ void ParseIgc(benchmark::State& state) {
   while (state.KeepRunning()) {
     std::vector<skyhaul::TrackPoint> points;
     std::string message;
-    if (skyhaul::ParseIgc(text, points, message) != kFixes) state.SkipWithError(message.c_str());
+    if (skyhaul::igc::Read(text, points, message) != kFixes) state.SkipWithError(message.c_str());
     benchmark::DoNotOptimize(points.data());
   }
   CountWork(state, text.size());
@@ -82,11 +82,11 @@ BENCHMARK(ParseIgc);
 void DecodeInstrumentIgcLine(benchmark::State& state) {
   const std::string text = MakeText();
   while (state.KeepRunning()) {
-    skyhaul::IgcDecoder decoder;
+    skyhaul::igc::Decoder decoder;
     std::string_view rest = text;
     while (!rest.empty()) {
       const std::string_view line = NextLine(rest);
-      skyhaul::DecodeInstrumentIgcLine(decoder, line.substr(0, line.find('\r')));
+      skyhaul::igc::DecodeLine(decoder, line.substr(0, line.find('\r')));
     }
     if (decoder.points.size() != kFixes) state.SkipWithError("fixes are missing");
   }
@@ -99,7 +99,7 @@ void WriteIgc(benchmark::State& state) {
   const bool sign = state.range(0) != 0;
   std::string text;
   while (state.KeepRunning()) {
-    if (skyhaul::WriteIgc(points, {}, {.sign = sign, .may_be_signed = true}, text) < 0) {
+    if (skyhaul::igc::Write(points, {}, {.sign = sign, .may_be_signed = true}, text) < 0) {
       state.SkipWithError("nothing written");
     }
     benchmark::DoNotOptimize(text.data());

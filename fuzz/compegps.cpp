@@ -21,14 +21,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   skyhaul::WaypointFile file;
   std::string message;
-  const int count = skyhaul::ReadCompeGps(text, file, message);
+  const int count = skyhaul::compegps::Read(text, file, message);
   if (count < 0) {
     Require(count == -1 && file.waypoints.empty() && file.notes.empty() && !message.empty());
     return 0;
   }
   Require(message.empty());
   skyhaul::WaypointFile again;
-  Require(skyhaul::ReadCompeGps(skyhaul::WriteCompeGps(file.waypoints), again, message) == count);
+  Require(skyhaul::compegps::Read(skyhaul::compegps::Write(file.waypoints), again, message) ==
+          count);
   Require(again.notes.empty());
   for (size_t i = 0; i < file.waypoints.size(); ++i) {
     Require(again.waypoints[i].lat == file.waypoints[i].lat);

@@ -30,7 +30,7 @@ void RequireWrittenBack(const std::vector<FileWaypoint>& waypoints) {
   constexpr int64_t kHalfMilliminute = 100;  // in semicircles
   WaypointFile file;
   std::string message;
-  const int count = skyhaul::ReadCup(skyhaul::WriteCup(waypoints), file, message);
+  const int count = skyhaul::cup::Read(skyhaul::cup::Write(waypoints), file, message);
   Require(count == static_cast<int>(waypoints.size()) && file.notes.empty());
   for (size_t i = 0; i < waypoints.size(); ++i) {
     const FileWaypoint& before = waypoints[i];
@@ -50,8 +50,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   WaypointFile file = {.waypoints = {{}}, .notes = {}};
   std::string message;
-  const int count = skyhaul::ReadCup(text, file, message);
-  Require(count == -1 || skyhaul::LooksLikeCup(text));
+  const int count = skyhaul::cup::Read(text, file, message);
+  Require(count == -1 || skyhaul::cup::LooksLike(text));
   if (count < 0) {
     Require(file.waypoints.empty() && file.notes.empty() && !message.empty());
     return 0;

@@ -17,15 +17,17 @@ using skyhaul::FileWaypoint;
 using skyhaul::WaypointFile;
 
 struct Form {
-  decltype(skyhaul::LooksLikeFormatGeo)& looks_like;
-  decltype(skyhaul::ReadFormatGeo)& read;
-  decltype(skyhaul::WriteFormatGeo)& write;
+  decltype(skyhaul::formatgeo::LooksLikeGeo)& looks_like;
+  decltype(skyhaul::formatgeo::ReadGeo)& read;
+  decltype(skyhaul::formatgeo::WriteGeo)& write;
   int64_t lat_tolerance;  // semicircles
 };
 
 constexpr Form kForms[] = {
-    {skyhaul::LooksLikeFormatGeo, skyhaul::ReadFormatGeo, skyhaul::WriteFormatGeo, 18},
-    {skyhaul::LooksLikeFormatUtm, skyhaul::ReadFormatUtm, skyhaul::WriteFormatUtm, 80},
+    {skyhaul::formatgeo::LooksLikeGeo, skyhaul::formatgeo::ReadGeo, skyhaul::formatgeo::WriteGeo,
+     18},
+    {skyhaul::formatgeo::LooksLikeUtm, skyhaul::formatgeo::ReadUtm, skyhaul::formatgeo::WriteUtm,
+     80},
 };
 
 void Require(bool holds) {

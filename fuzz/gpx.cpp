@@ -29,17 +29,17 @@ void RequireSameText(const std::string& read, const std::string& again) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  skyhaul::LooksLikeGpx(text);
+  skyhaul::gpx::LooksLike(text);
   skyhaul::WaypointFile file;
   std::string message;
-  const int count = skyhaul::ReadGpx(text, file, message);
+  const int count = skyhaul::gpx::Read(text, file, message);
   if (count < 0) {
     Require(count == -1 && file.waypoints.empty() && file.notes.empty() && !message.empty());
     return 0;
   }
   Require(message.empty());
   skyhaul::WaypointFile again;
-  Require(skyhaul::ReadGpx(skyhaul::WriteGpx(file.waypoints), again, message) == count);
+  Require(skyhaul::gpx::Read(skyhaul::gpx::Write(file.waypoints), again, message) == count);
   Require(again.notes.empty());
   for (size_t i = 0; i < file.waypoints.size(); ++i) {
     const skyhaul::FileWaypoint& read = file.waypoints[i];

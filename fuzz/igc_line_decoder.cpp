@@ -10,14 +10,13 @@
 
 namespace {
 
-using skyhaul::IgcDecoder;
 using skyhaul::TrackPoint;
 
 void Require(bool holds) {
   if (!holds) __builtin_trap();
 }
 
-void RequireGoodFix(const IgcDecoder& decoder) {
+void RequireGoodFix(const skyhaul::igc::Decoder& decoder) {
   // 89 degrees and 99.999 minutes.
   constexpr int32_t kMaxLatitude = 1'081'700'000;
   const TrackPoint& point = decoder.points.back();
@@ -35,10 +34,10 @@ void RequireGoodFix(const IgcDecoder& decoder) {
   }
 }
 
-void FeedLine(IgcDecoder& decoder, std::string_view line) {
-  const IgcDecoder before = decoder;
-  const int result = skyhaul::DecodeInstrumentIgcLine(decoder, line);
-  Require(result >= -skyhaul::kIgcBadGpsAltitude && result <= 1);
+void FeedLine(skyhaul::igc::Decoder& decoder, std::string_view line) {
+  const skyhaul::igc::Decoder before = decoder;
+  const int result = skyhaul::igc::DecodeLine(decoder, line);
+  Require(result >= -skyhaul::igc::kBadGpsAltitude && result <= 1);
   Require(decoder.points.size() == before.points.size() + (result == 1 ? 1 : 0));
   Require(std::equal(before.points.begin(), before.points.end(), decoder.points.begin()));
   if (result == 1) RequireGoodFix(decoder);
@@ -54,7 +53,7 @@ void FeedLine(IgcDecoder& decoder, std::string_view line) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string_view text(reinterpret_cast<const char*>(data), size);
-  IgcDecoder decoder;
+  skyhaul::igc::Decoder decoder;
   while (!text.empty()) {
     const size_t line_end = std::min(text.find('\n'), text.size());
     FeedLine(decoder, text.substr(0, line_end));

@@ -47,16 +47,16 @@ bool IsReadBack(const TrackPoint& point) {
 
 void RequireWrittenBack(const std::vector<TrackPoint>& points, std::string_view free_text) {
   std::string text;
-  const int length = skyhaul::WriteIgc(points, {.pilot = std::string(free_text)},
-                                       {.sign = true, .may_be_signed = true}, text);
+  const int length = skyhaul::igc::Write(points, {.pilot = std::string(free_text)},
+                                         {.sign = true, .may_be_signed = true}, text);
   Require(length == static_cast<int>(text.size()));
-  Require(skyhaul::CheckSecurityRecord(text) == skyhaul::SecurityCheck::kPassed);
+  Require(skyhaul::igc::CheckSecurityRecord(text) == skyhaul::igc::SecurityCheck::kPassed);
   for (const TrackPoint& point : points) {
     if (!IsReadBack(point)) return;
   }
   std::vector<TrackPoint> again;
   std::string message;
-  Require(skyhaul::ParseIgc(text, again, message) == static_cast<int>(points.size()));
+  Require(skyhaul::igc::Read(text, again, message) == static_cast<int>(points.size()));
   for (size_t i = 0; i < points.size(); ++i) {
     Require(again[i].time == points[i].time);
     Require(again[i].lat == points[i].lat && again[i].lon == points[i].lon);
@@ -70,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   std::vector<TrackPoint> points(1);
   std::string message;
-  const int count = skyhaul::ParseIgc(text, points, message);
+  const int count = skyhaul::igc::Read(text, points, message);
   if (count < 0) {
     Require(count == -1 && points.empty() && !message.empty());
   } else {
@@ -79,8 +79,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     RequireWrittenBack(points, text.substr(0, 200));
   }
 
-  const skyhaul::IgcHeader header = skyhaul::ReadIgcHeader(text);
+  const skyhaul::igc::Header header = skyhaul::igc::ReadHeader(text);
   Require(header.pilot.find_first_of(std::string_view("\r\n\0\x1b", 4)) == std::string::npos);
-  skyhaul::CheckSecurityRecord(text);
+  skyhaul::igc::CheckSecurityRecord(text);
   return 0;
 }

@@ -14,7 +14,6 @@
 
 namespace {
 
-using skyhaul::AirspaceFile;
 using skyhaul::AirspaceLimit;
 using skyhaul::AirspaceSegment;
 using skyhaul::CtrRecord;
@@ -68,17 +67,17 @@ void RequireSame(const CtrRecord& left, const CtrRecord& right) {
   }
 }
 
-void RequireWrittenBack(const AirspaceFile& file) {
+void RequireWrittenBack(const skyhaul::openair::AirspaceFile& file) {
   for (const CtrRecord& airspace : file.airspaces) {
     for (const AirspaceSegment& segment : airspace.segments) {
       if (!CanBeWritten(segment)) return;
     }
   }
-  const std::string text = skyhaul::WriteOpenAir(file.airspaces);
-  Require(skyhaul::LooksLikeOpenAir(text));
-  AirspaceFile again;
+  const std::string text = skyhaul::openair::Write(file.airspaces);
+  Require(skyhaul::openair::LooksLike(text));
+  skyhaul::openair::AirspaceFile again;
   std::string message;
-  const int count = skyhaul::ReadOpenAir(text, again, message);
+  const int count = skyhaul::openair::Read(text, again, message);
   Require(count == static_cast<int>(file.airspaces.size()));
   for (size_t i = 0; i < file.airspaces.size(); ++i) {
     RequireSame(file.airspaces[i], again.airspaces[i]);
@@ -89,15 +88,15 @@ void RequireWrittenBack(const AirspaceFile& file) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  AirspaceFile file;
+  skyhaul::openair::AirspaceFile file;
   std::string message;
-  const int count = skyhaul::ReadOpenAir(text, file, message);
+  const int count = skyhaul::openair::Read(text, file, message);
   if (count < 0) {
     Require(count == -1 && file.airspaces.empty() && file.notes.empty() && !message.empty());
     return 0;
   }
   Require(count > 0 && file.airspaces.size() == static_cast<size_t>(count) && message.empty());
-  Require(skyhaul::LooksLikeOpenAir(text));
+  Require(skyhaul::openair::LooksLike(text));
   for (const CtrRecord& airspace : file.airspaces) {
     Require(!airspace.segments.empty() && airspace.remark.empty() && airspace.number == 0);
     for (const AirspaceSegment& segment : airspace.segments) RequireGoodSegment(segment);

@@ -21,15 +21,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   skyhaul::WaypointFile file;
   std::string message;
-  const int count = skyhaul::ReadOziWaypoints(text, file, message);
+  const int count = skyhaul::ozi::ReadWaypoints(text, file, message);
   if (count < 0) {
     Require(count == -1 && file.waypoints.empty() && file.notes.empty() && !message.empty());
     return 0;
   }
-  Require(message.empty() && skyhaul::LooksLikeOziWaypoints(text));
+  Require(message.empty() && skyhaul::ozi::LooksLikeWaypoints(text));
   skyhaul::WaypointFile again;
-  Require(skyhaul::ReadOziWaypoints(skyhaul::WriteOziWaypoints(file.waypoints), again, message) ==
-          count);
+  Require(skyhaul::ozi::ReadWaypoints(skyhaul::ozi::WriteWaypoints(file.waypoints), again,
+                                      message) == count);
   for (size_t i = 0; i < file.waypoints.size(); ++i) {
     Require(again.waypoints[i].lat == file.waypoints[i].lat);
     Require(again.waypoints[i].lon == file.waypoints[i].lon);

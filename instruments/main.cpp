@@ -39,17 +39,17 @@ flytec_simulator::StoredFlight MakeFlight(uint32_t n, const std::string& pilot) 
                       .start_time = last_day - n * kSecondsPerDay + time_of_day_s,
                       .triangle_km = kind.triangle_km,
                       .interval_s = kind.interval_s});
-  IgcHeaderTexts header;
+  igc::HeaderTexts header;
   header.pilot = pilot;
   header.glider_type = "Simulated glider";
-  IgcWriteOptions options;
+  igc::WriteOptions options;
   options.sign = true;
   options.may_be_signed = true;
   options.serial = "000";
   options.free_text = "Simulated instrument";
   options.download_time = CalendarFromTime(flight.points.back().time);
   std::string text;
-  (void)WriteIgc(flight.points, header, options, text);
+  (void)igc::Write(flight.points, header, options, text);
   return flytec_simulator::FlightFromIgc(text);
 }
 

@@ -69,7 +69,7 @@ StoredFlight FlightFromIgc(const std::string& igc_text) {
   std::vector<TrackPoint> points;
   std::string message;
   StoredFlight flight;
-  if (ParseIgc(igc_text, points, message) > 0) {
+  if (igc::Read(igc_text, points, message) > 0) {
     flight.start_time = points.front().time;
     flight.duration_s = points.back().time - points.front().time;
   } else {

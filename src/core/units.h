@@ -11,6 +11,8 @@ inline constexpr double kDegreesPerRadian = 180 / kPi;
 inline constexpr double kRadiansPerSemicircle = kPi / 2147483648;
 inline constexpr double kDegreesPerSemicircle = 180.0 / 2147483648;  // exact: a power of 2 divides
 
+inline constexpr double kMetresPerFoot = 0.3048;
+
 // Rounds to the nearest integer, halves away from zero (-0.5 gives -1). The value must fit.
 int32_t RoundHalfAwayFromZero(double value);
 

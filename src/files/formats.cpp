@@ -44,15 +44,15 @@ std::string WriteWaypoints(const FileContents& contents) {
 }
 
 int ReadAirspaces(std::string_view text, FileContents& contents, std::string& message) {
-  AirspaceFile file;
-  const int count = ReadOpenAir(text, file, message);
+  openair::AirspaceFile file;
+  const int count = openair::Read(text, file, message);
   contents.airspaces = std::move(file.airspaces);
   contents.notes = std::move(file.notes);
   return count;
 }
 
 std::string WriteAirspaces(const FileContents& contents) {
-  return WriteOpenAir(contents.airspaces);
+  return openair::Write(contents.airspaces);
 }
 
 bool LooksLikeIgc(std::string_view text) {
@@ -60,28 +60,29 @@ bool LooksLikeIgc(std::string_view text) {
 }
 
 int ReadIgcTrack(std::string_view text, FileContents& contents, std::string& message) {
-  const int count = ParseIgc(text, contents.points, message);
-  contents.header = ReadIgcHeader(text);
+  const int count = igc::Read(text, contents.points, message);
+  contents.header = igc::ReadHeader(text);
   return count;
 }
 
 // A converted track is not what a recorder signed, so it gets no security record, and the recorder
 // it came from is named in the A record's text.
 std::string WriteIgcTrack(const FileContents& contents) {
-  const IgcHeader& from = contents.header;
-  const IgcHeaderTexts header = {.pilot = from.pilot,
-                                 .glider_type = from.glider_type,
-                                 .glider_id = from.glider_id,
-                                 .competition_class = from.competition_class,
-                                 .site = from.site,
-                                 .competition_id = from.competition_id};
-  IgcWriteOptions options;
+  const igc::Header& from = contents.header;
+  const igc::HeaderTexts header = {.pilot = from.pilot,
+                                   .glider_type = from.glider_type,
+                                   .glider_id = from.glider_id,
+                                   .competition_class = from.competition_class,
+                                   .site = from.site,
+                                   .competition_id = from.competition_id};
+  igc::WriteOptions options;
   options.serial = "000";
   if (!from.manufacturer.empty()) {
     options.free_text = "converted from " + from.manufacturer + from.serial;
   }
   std::string text;
-  (void)WriteIgc(contents.points, header, options, text);  // fails for a track without points only
+  (void)igc::Write(contents.points, header, options,
+                   text);  // fails for a track without points only
   return text;
 }
 
@@ -93,18 +94,18 @@ std::string TrackName(const FileContents& contents) {
 }
 
 std::string WriteKml(const FileContents& contents) {
-  KmlTrackInfo info;
+  kml::TrackInfo info;
   info.name = TrackName(contents);
   if (!contents.points.empty()) {
     const FlightTimes times = FindFlightTimes(contents.points);
     info.take_off = times.take_off;
     info.landing = times.landing;
   }
-  return WriteKmlTrack(contents.points, info);
+  return kml::WriteTrack(contents.points, info);
 }
 
 std::string WriteOzi(const FileContents& contents) {
-  return WriteOziTrack(contents.points, TrackName(contents));
+  return ozi::WriteTrack(contents.points, TrackName(contents));
 }
 
 constexpr FileFormat kFormats[] = {
@@ -112,49 +113,49 @@ constexpr FileFormat kFormats[] = {
      .name = "SeeYou CUP file",
      .extension = ".cup",
      .kind = FileKind::kWaypoints,
-     .looks_like = LooksLikeCup,
-     .read = ReadWaypoints<ReadCup>,
-     .write = WriteWaypoints<WriteCup>},
+     .looks_like = cup::LooksLike,
+     .read = ReadWaypoints<cup::Read>,
+     .write = WriteWaypoints<cup::Write>},
     {.keyword = "ozi",
      .name = "OziExplorer waypoint file",
      .extension = ".wpt",
      .kind = FileKind::kWaypoints,
-     .looks_like = LooksLikeOziWaypoints,
-     .read = ReadWaypoints<ReadOziWaypoints>,
-     .write = WriteWaypoints<WriteOziWaypoints>},
+     .looks_like = ozi::LooksLikeWaypoints,
+     .read = ReadWaypoints<ozi::ReadWaypoints>,
+     .write = WriteWaypoints<ozi::WriteWaypoints>},
     {.keyword = "compegps",
      .name = "CompeGPS waypoint file",
      .extension = ".wpt",
      .kind = FileKind::kWaypoints,
-     .looks_like = LooksLikeCompeGps,
-     .read = ReadWaypoints<ReadCompeGps>,
-     .write = WriteWaypoints<WriteCompeGps>},
+     .looks_like = compegps::LooksLike,
+     .read = ReadWaypoints<compegps::Read>,
+     .write = WriteWaypoints<compegps::Write>},
     {.keyword = "geo",
      .name = "$FormatGEO waypoint list",
      .extension = ".wpt",
      .kind = FileKind::kWaypoints,
-     .looks_like = LooksLikeFormatGeo,
-     .read = ReadWaypoints<ReadFormatGeo>,
-     .write = WriteWaypoints<WriteFormatGeo>},
+     .looks_like = formatgeo::LooksLikeGeo,
+     .read = ReadWaypoints<formatgeo::ReadGeo>,
+     .write = WriteWaypoints<formatgeo::WriteGeo>},
     {.keyword = "utm",
      .name = "$FormatUTM waypoint list",
      .extension = ".wpt",
      .kind = FileKind::kWaypoints,
-     .looks_like = LooksLikeFormatUtm,
-     .read = ReadWaypoints<ReadFormatUtm>,
-     .write = WriteWaypoints<WriteFormatUtm>},
+     .looks_like = formatgeo::LooksLikeUtm,
+     .read = ReadWaypoints<formatgeo::ReadUtm>,
+     .write = WriteWaypoints<formatgeo::WriteUtm>},
     {.keyword = "gpx",
      .name = "GPX file",
      .extension = ".gpx",
      .kind = FileKind::kWaypoints,
-     .looks_like = LooksLikeGpx,
-     .read = ReadWaypoints<ReadGpx>,
-     .write = WriteWaypoints<WriteGpx>},
+     .looks_like = gpx::LooksLike,
+     .read = ReadWaypoints<gpx::Read>,
+     .write = WriteWaypoints<gpx::Write>},
     {.keyword = "openair",
      .name = "OpenAir airspace file",
      .extension = ".txt",
      .kind = FileKind::kAirspace,
-     .looks_like = LooksLikeOpenAir,
+     .looks_like = openair::LooksLike,
      .read = ReadAirspaces,
      .write = WriteAirspaces},
     {.keyword = "igc",
@@ -184,7 +185,7 @@ std::string TableExtension(const std::string& path) {
 }
 
 // Texts have no extension of their own: what is in them says what they are.
-bool SaysNothing(std::string_view extension) {
+bool IsTextExtension(std::string_view extension) {
   return extension.empty() || extension == ".txt";
 }
 
@@ -250,7 +251,7 @@ std::string Extension(const std::string& path) {
   return dot == path.npos || dot <= name ? "" : path.substr(dot);
 }
 
-bool MeansNothing(const std::string& path) {
+bool HasUnknownExtension(const std::string& path) {
   return !IsKnown(TableExtension(path));
 }
 
@@ -258,7 +259,7 @@ const FileFormat* FormatToRead(const std::string& path, std::string_view text,
                                std::string& message) {
   const std::string extension = TableExtension(path);
   const FileFormat* by_content = FormatByContent(text, "");
-  if (SaysNothing(extension) || !IsKnown(extension)) {
+  if (IsTextExtension(extension) || !IsKnown(extension)) {
     if (by_content == nullptr) message = path + " is no file that can be read" + Readable();
     return by_content;
   }

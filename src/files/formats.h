@@ -20,7 +20,7 @@ struct FileContents {
   std::vector<FileWaypoint> waypoints;
   std::vector<CtrRecord> airspaces;
   std::vector<TrackPoint> points;
-  IgcHeader header;                // of a track
+  igc::Header header;              // of a track
   std::vector<std::string> notes;  // what was skipped, with its line
 };
 
@@ -40,7 +40,7 @@ struct FileFormat {
 std::string Extension(const std::string& path);
 
 // True when a path's extension belongs to no format, so that a default may be taken.
-bool MeansNothing(const std::string& path);
+bool HasUnknownExtension(const std::string& path);
 
 // The format of a file that is to be read, chosen by its extension and confirmed by its content; an
 // unknown extension leaves it to the content. Null with a message that says what the file looks

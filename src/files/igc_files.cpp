@@ -41,7 +41,7 @@ const char* IgcText(const TrackLog& log, const IgcSave& save, std::string& text)
   }
   std::vector<TrackPoint> points;
   if (SelectedTrackPoints(log, points) != 0) return "No gaps in selected points allowed";
-  return WriteIgc(points, save.header, save.options, text) < 0 ? "No positions" : nullptr;
+  return igc::Write(points, save.header, save.options, text) < 0 ? "No positions" : nullptr;
 }
 
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {
@@ -73,8 +73,8 @@ int SaveUnderFreeNumber(const Operation& operation, const TrackLog& log, const I
   const bool own = log.flight.instrument_igc.expected;
   const std::string manufacturer = own ? "xxx" : "xsh";
   const std::string serial = own ? log.flight.instrument_igc.serial : "000";
-  for (int number = 1; number <= kMaxFlightNumber; ++number) {
-    path = folder + IgcLongName(log.flight.points.front().time, manufacturer, serial, number);
+  for (int number = 1; number <= igc::kMaxFlightNumber; ++number) {
+    path = folder + igc::LongName(log.flight.points.front().time, manufacturer, serial, number);
     if (PathLength(path) > kMaxWrittenPath)
       return Fail(operation, "Too long file name", kSaveTitle, path);
     const FileResult result = WriteUnder(save, path, text);
@@ -104,7 +104,7 @@ int LoadIgcFile(const Operation& operation, const std::string& path, std::string
   }
   if (text.empty()) return Fail(operation, "File is empty", kReadTitle, path);
   std::string message;
-  const int count = ParseIgc(text, points, message);
+  const int count = igc::Read(text, points, message);
   return count < 0 ? Fail(operation, message, kReadTitle, path) : count;
 }
 
@@ -119,7 +119,7 @@ int ReadIgcFile(const Operation& operation, const std::string& base_path) {
 int SaveIgcAuto(const Operation& operation, const TrackLog& log, const IgcSave& save,
                 std::string& written) {
   if (log.flight.points.empty()) return Fail(operation, "No positions", kSaveTitle);
-  std::string path = ExpandNameTemplate(save.path, log.flight.points.front().time);
+  std::string path = igc::ExpandNameTemplate(save.path, log.flight.points.front().time);
   if (PathLength(path) > kMaxWrittenPath) {
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }

@@ -21,8 +21,8 @@ int ReadIgcFile(const Operation& operation, const std::string& base_path);
 struct IgcSave {
   std::string path;  // may hold $date and $time; a folder's gets the standard file name
   bool overwrite = false;
-  IgcHeaderTexts header;
-  IgcWriteOptions options;            // for logs that did not come as IGC text
+  igc::HeaderTexts header;
+  igc::WriteOptions options;          // for logs that did not come as IGC text
   std::vector<std::string> not_over;  // files that are kept even when overwriting
 };
 

@@ -30,7 +30,7 @@ uint32_t Duration_s(const FlightSummary& summary) {
   return std::max(summary.landing_time, summary.take_off_time) - summary.take_off_time;
 }
 
-std::string Instrument(const IgcHeader& header) {
+std::string Instrument(const igc::Header& header) {
   if (!header.recorder.empty()) return header.recorder;
   const std::string code = header.manufacturer + " " + header.serial;
   return header.remark.empty() ? code : code + " (" + header.remark + ")";
@@ -46,13 +46,13 @@ std::string Iso8601(uint32_t time) {
   return Date(time) + "T" + TimeOfDay(time % 86400) + "Z";
 }
 
-const char* SecurityWord(SecurityCheck check) {
+const char* SecurityWord(igc::SecurityCheck check) {
   switch (check) {
-    case SecurityCheck::kPassed:
+    case igc::SecurityCheck::kPassed:
       return "passed";
-    case SecurityCheck::kFailed:
+    case igc::SecurityCheck::kFailed:
       return "failed";
-    case SecurityCheck::kNoRecord:
+    case igc::SecurityCheck::kNoRecord:
       break;
   }
   return "none";
@@ -68,7 +68,7 @@ FlightSummary SummariseFlight(const std::string& file, std::string_view text,
     return a.pressure_alt < b.pressure_alt;
   };
   return {.file = file,
-          .header = ReadIgcHeader(text),
+          .header = igc::ReadHeader(text),
           .fixes = static_cast<uint32_t>(points.size()),
           .take_off_time = points[times.take_off].time,
           .landing_time = points[times.landing].time,
@@ -77,7 +77,7 @@ FlightSummary SummariseFlight(const std::string& file, std::string_view text,
               std::max_element(points.begin(), points.end(), by_gps)->gps_alt_dm),
           .highest_pressure_m =
               std::max_element(points.begin(), points.end(), by_pressure)->pressure_alt,
-          .security = CheckSecurityRecord(text)};
+          .security = igc::CheckSecurityRecord(text)};
 }
 
 std::string SummaryText(const FlightSummary& summary) {
@@ -91,7 +91,7 @@ std::string SummaryText(const FlightSummary& summary) {
          Line(last, TimeOfDay(summary.landing_time % 86400) + " UTC") +
          Line("Duration", TimeOfDay(Duration_s(summary))) +
          Line("Fixes", std::to_string(summary.fixes)) + Line("Highest point", highest) +
-         Line("Security", SecurityCheckText(summary.security));
+         Line("Security", igc::SecurityCheckText(summary.security));
 }
 
 std::string SummariesJson(std::span<const FlightSummary> summaries) {

@@ -14,14 +14,14 @@ namespace skyhaul {
 // What a pilot wants to read about a flight.
 struct FlightSummary {
   std::string file;
-  IgcHeader header;
+  igc::Header header;
   uint32_t fixes = 0;
   uint32_t take_off_time = 0;  // seconds since 1989-12-31 00:00:00 UTC
   uint32_t landing_time = 0;
   bool flown = false;  // false: nothing moves like a flight; the times are the first and last fix's
   int32_t highest_gps_m = 0;
   int32_t highest_pressure_m = 0;
-  SecurityCheck security = SecurityCheck::kNoRecord;
+  igc::SecurityCheck security = igc::SecurityCheck::kNoRecord;
 };
 
 // points must not be empty; text is the file they were read from.

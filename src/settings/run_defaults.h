@@ -16,7 +16,7 @@ inline constexpr int32_t kMostGap_m = 1'000'000;
 // What a run works with where its request leaves something open.
 struct RunDefaults {
   PortChoice port = {.automatic = true, .configured = {}};
-  IgcHeaderTexts igc_header;
+  igc::HeaderTexts igc_header;
   bool igc_enl = false;             // write each fix's extra value into IGC files
   bool fai_rule = true;             // the greatest distance follows the FAI's rules
   int32_t loop_gap_m = 800;         // how far apart start and finish of a closed course may be

@@ -343,7 +343,7 @@ TEST(OptimiseExact, IsNeverBelowTheCoarseSearchOnRealFlights) {
     SCOPED_TRACE(path.filename().string());
     std::vector<TrackPoint> points;
     std::string message;
-    if (ParseIgc(ReadText(path.string()), points, message) <= 0) continue;
+    if (igc::Read(ReadText(path.string()), points, message) <= 0) continue;
     ++compared;
     OptimiseResult coarse;
     OptimiseResult exact;

@@ -171,7 +171,7 @@ TEST_P(OptimiseRealFlights, LikeTheReference) {
   for (size_t i = GetParam(); i < paths.size(); i += kRuns) {
     std::vector<TrackPoint> points;
     std::string message;
-    if (ParseIgc(ReadText(paths[i].string()), points, message) < 0) continue;
+    if (igc::Read(ReadText(paths[i].string()), points, message) < 0) continue;
     const OptimiseSettings settings = {.gap_m = i % 3 == 0 ? 20000 : 3000, .fai_rule = i % 2 == 0};
     ExpectLikeReference(points, settings, paths[i].filename().string());
     ++compared;

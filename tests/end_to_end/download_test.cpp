@@ -20,8 +20,8 @@ std::string FlightText(size_t fixes) {
   const GeneratedFlight flight =
       GenerateFlight({.start_time = 1'200'000'000, .max_fixes = static_cast<uint32_t>(fixes)});
   std::string text;
-  WriteIgc(flight.points, {.pilot = "ANNA MUSTER"},
-           {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"}, text);
+  igc::Write(flight.points, {.pilot = "ANNA MUSTER"},
+             {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"}, text);
   return text;
 }
 
@@ -209,7 +209,7 @@ std::string LapsText() {
     points[i].lon = 100'000'000 + static_cast<int32_t>(1e6 * std::sin(angle_rad));
   }
   std::string text;
-  WriteIgc(points, {}, {}, text);
+  igc::Write(points, {}, {}, text);
   return text;
 }
 

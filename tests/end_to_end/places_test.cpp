@@ -53,8 +53,8 @@ TEST(Places, TwoHundredWaypointsGoUpAndComeDownEqual) {
   WaypointFile up;
   WaypointFile down;
   std::string message;
-  ASSERT_EQ(ReadCup(ManyWaypoints(), up, message), kWaypoints) << message;
-  ASSERT_EQ(ReadGpx(ReadText(folder.File("b.gpx")), down, message), kWaypoints) << message;
+  ASSERT_EQ(cup::Read(ManyWaypoints(), up, message), kWaypoints) << message;
+  ASSERT_EQ(gpx::Read(ReadText(folder.File("b.gpx")), down, message), kWaypoints) << message;
   for (size_t i = 0; i < kWaypoints; ++i) {
     const FileWaypoint& sent = up.waypoints[i];
     const FileWaypoint& back = down.waypoints[i];
@@ -111,9 +111,9 @@ TEST(Places, AirspaceGoesUpAndComesDownWithTheSameOutline) {
                                "/WR_CTR=" + folder.File("a.txt"), "/EXIT"}),
             0)
       << program.Err();
-  AirspaceFile sent;
+  openair::AirspaceFile sent;
   std::string message;
-  ASSERT_EQ(ReadOpenAir(kAirspaces, sent, message), 3) << message;
+  ASSERT_EQ(openair::Read(kAirspaces, sent, message), 3) << message;
   const std::vector<CtrRecord> back = ListAirspaces(instrument.port);
   ASSERT_EQ(back.size(), 3U);
   const double tolerances_m[] = {1, 1, 1.2};  // half a thousandth of a minute both ways

@@ -49,7 +49,7 @@ std::string Position(const TrackPoint& point) {
 bool HasSameFixes(const Flight& flight, const std::string& saved) {
   std::vector<TrackPoint> points;
   std::string message;
-  if (ParseIgc(saved, points, message) < 0) return false;
+  if (igc::Read(saved, points, message) < 0) return false;
   std::vector<std::string> read;
   for (const TrackPoint& point : points) read.push_back(Position(point));
   std::vector<std::string> delivered;

@@ -83,7 +83,7 @@ TEST_F(SettingsProgramTest, ABatchRunUsesThemAndWritesNothing) {
   ASSERT_EQ(Run(download), 0) << program.Err();
   EXPECT_NE(program.Err().find("settings: Line 5: it is neither Name=value nor a comment"),
             std::string::npos);
-  IgcHeader header = ReadIgcHeader(ReadText(program.folder.File("flight.igc")));
+  igc::Header header = igc::ReadHeader(ReadText(program.folder.File("flight.igc")));
   EXPECT_EQ(header.glider_type, "Omega");
   EXPECT_EQ(header.pilot, "ANNA MUSTER");
   EXPECT_EQ(header.site, "");
@@ -101,7 +101,7 @@ TEST_F(SettingsProgramTest, ABatchRunUsesThemAndWritesNothing) {
   Texts more = download;
   more.insert(more.end(), {"/COM=" + instrument.port, "/PILOT=Me"});
   ASSERT_EQ(Run(more), 0) << program.Err();
-  header = ReadIgcHeader(ReadText(program.folder.File("flight.igc")));
+  header = igc::ReadHeader(ReadText(program.folder.File("flight.igc")));
   EXPECT_EQ(header.pilot, "Me");
   EXPECT_EQ(header.glider_type, "");
 }

@@ -99,7 +99,7 @@ TEST_F(IgcFilesTest, OtherLogsAreWrittenAndSigned) {
   ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
   EXPECT_EQ(folder.Names(), Texts{"2026-05-14-xsh-000-01.igc"});
   const std::string text = ReadText(written);
-  EXPECT_EQ(CheckSecurityRecord(text), SecurityCheck::kPassed);
+  EXPECT_EQ(igc::CheckSecurityRecord(text), igc::SecurityCheck::kPassed);
   std::vector<TrackPoint> points;
   std::string again;
   EXPECT_EQ(LoadIgcFile(operation, written, again, points), 3);

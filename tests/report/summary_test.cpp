@@ -22,9 +22,9 @@ Flight SomeFlight() {
       GenerateFlight(
           {.start_time = TimeFromCalendar({.year = 2026, .month = 5, .day = 14, .hour = 23})})
           .points;
-  WriteIgc(flight.points, {.pilot = "Jos\xe9 \"Pepe\""},
-           {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"},
-           flight.text);
+  igc::Write(flight.points, {.pilot = "Jos\xe9 \"Pepe\""},
+             {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"},
+             flight.text);
   return flight;
 }
 
@@ -39,7 +39,7 @@ TEST(Summary, FindsTheFlightBetweenTheWaits) {
   EXPECT_GE(waited_after, 10U);
   EXPECT_LE(waited_after, 180U);
   EXPECT_EQ(summary.fixes, flight.points.size());
-  EXPECT_EQ(summary.security, SecurityCheck::kPassed);
+  EXPECT_EQ(summary.security, igc::SecurityCheck::kPassed);
   EXPECT_GT(summary.highest_gps_m, 1700);
 }
 

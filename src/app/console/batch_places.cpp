@@ -15,7 +15,7 @@ namespace {
 // OziExplorer's where that means nothing.
 const char* WaypointKeyword(const CommandLineBlock& block) {
   if (block.command == Command::kDownloadGeographicWaypoints) return "geo";
-  return MeansNothing(block.file) ? "ozi" : "";
+  return HasUnknownExtension(block.file) ? "ozi" : "";
 }
 
 int LoadKind(const Batch& batch, const std::string& path, FileKind kind, FileContents& contents) {

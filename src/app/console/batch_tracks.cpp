@@ -24,8 +24,8 @@ CalendarTime Now(const Platform& platform) {
 }
 
 // The pilot is the one of the command line, else the instrument's, else the one in the settings.
-IgcHeaderTexts Header(const Batch& batch, const JobOutcome& outcome) {
-  IgcHeaderTexts header = batch.run->settings->igc_header;
+igc::HeaderTexts Header(const Batch& batch, const JobOutcome& outcome) {
+  igc::HeaderTexts header = batch.run->settings->igc_header;
   if (!outcome.pilot_name.empty()) header.pilot = outcome.pilot_name;
   if (!batch.block->pilot.empty()) header.pilot = batch.block->pilot;
   return header;
@@ -63,7 +63,7 @@ std::string NumberedPath(const std::string& path, size_t number) {
 // means nothing.
 const char* TrackKeyword(const CommandLineBlock& block) {
   if (block.command == Command::kTrackLogToKml) return "kml";
-  return MeansNothing(block.file) ? "plt" : "";
+  return HasUnknownExtension(block.file) ? "plt" : "";
 }
 
 int SaveAsTrackFile(Batch& batch, const JobOutcome& outcome, const TrackLog& log, size_t number,
@@ -72,7 +72,7 @@ int SaveAsTrackFile(Batch& batch, const JobOutcome& outcome, const TrackLog& log
   FileContents contents;
   contents.kind = FileKind::kTrack;
   contents.points = log.flight.points;
-  const IgcHeaderTexts header = Header(batch, outcome);
+  const igc::HeaderTexts header = Header(batch, outcome);
   contents.header.pilot = header.pilot;
   contents.header.glider_type = header.glider_type;
   contents.header.glider_id = header.glider_id;

@@ -72,14 +72,14 @@ bool CheckFile(const Operation& operation, const std::string& file) {
     ShowMessage(operation, "Error opening file\n" + file + ": " + read.reason, "Security check");
     return false;
   }
-  const SecurityCheck check = CheckSecurityRecord(text);
-  std::printf("%s: %s\n", file.c_str(), SecurityCheckText(check));
-  const std::string manufacturer = ReadIgcHeader(text).manufacturer;
-  if (check == SecurityCheck::kFailed && manufacturer != kOurManufacturer) {
+  const igc::SecurityCheck check = igc::CheckSecurityRecord(text);
+  std::printf("%s: %s\n", file.c_str(), igc::SecurityCheckText(check));
+  const std::string manufacturer = igc::ReadHeader(text).manufacturer;
+  if (check == igc::SecurityCheck::kFailed && manufacturer != kOurManufacturer) {
     std::printf("  signed by \"%s\", whose records only its maker can check\n",
                 manufacturer.c_str());
   }
-  return check == SecurityCheck::kPassed;
+  return check == igc::SecurityCheck::kPassed;
 }
 
 int PrintChecks(const Operation& operation, const LongOptions& options) {

@@ -8,14 +8,14 @@
 #include "core/text/scan.h"
 #include "core/time_scale.h"
 
-namespace skyhaul {
+namespace skyhaul::compegps {
 
 namespace {
 
 constexpr std::string_view kMonths[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
                                         "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
-constexpr int kFirstTwoDigitYear = 1990;
-constexpr int kFirstFullYear = 2062;  // the year of kCompeGpsNoDate
+constexpr int kFirstTwoDigitYear = 1990;  // nothing in the time scale is older
+constexpr int kFirstFullYear = 2062;      // the year of kNoDate
 constexpr int kCentury = 100;
 
 // 1..12, or 0.
@@ -34,9 +34,9 @@ int FullYear(std::string_view text) {
 
 }  // namespace
 
-bool ReadCompeGpsTime(std::string_view date_text, std::string_view time_text, uint32_t& time) {
+bool ReadTime(std::string_view date_text, std::string_view time_text, uint32_t& time) {
   time = 0;
-  if (EqualIgnoringCase(date_text, kCompeGpsNoDate) && time_text == kCompeGpsNoTime) return true;
+  if (EqualIgnoringCase(date_text, kNoDate) && time_text == kNoTime) return true;
   CalendarTime calendar;
   calendar.day = ReadWholeNumber(TakeField(date_text, '-'));
   calendar.month = MonthNumber(TakeField(date_text, '-'));
@@ -50,9 +50,9 @@ bool ReadCompeGpsTime(std::string_view date_text, std::string_view time_text, ui
   return true;
 }
 
-void AppendCompeGpsTime(std::string& text, uint32_t time) {
+void AppendTime(std::string& text, uint32_t time) {
   if (time == 0) {
-    text.append(kCompeGpsNoDate).append(" ").append(kCompeGpsNoTime);
+    text.append(kNoDate).append(" ").append(kNoTime);
     return;
   }
   const CalendarTime calendar = CalendarFromTime(time);
@@ -64,4 +64,4 @@ void AppendCompeGpsTime(std::string& text, uint32_t time) {
   text += ' ' + TimeText(calendar);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::compegps

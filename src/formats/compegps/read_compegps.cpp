@@ -14,11 +14,11 @@
 #include "formats/common/position.h"
 #include "formats/compegps/compegps_time.h"
 
-namespace skyhaul {
+namespace skyhaul::compegps {
 
 namespace {
 
-struct CompeGpsReader {
+struct Reader {
   WaypointFile& file;
   int line_number = 0;
   bool has_datum = false;
@@ -47,6 +47,7 @@ std::optional<double> ReadAngle(std::string_view word, char positive, char negat
   return hemisphere == negative ? -*angle_deg : *angle_deg;
 }
 
+// "W  FIESCH A 46.1234500000ºN 7.1234500000ºE 01-MAY-24 12:34:56 2345.000000 Take-off"
 // Fills a waypoint from what follows the line's letter. Returns what is wrong with it; "": nothing.
 std::string_view ReadWaypoint(std::string_view rest, FileWaypoint& waypoint) {
   waypoint.name = OneLine(TakeWord(rest));
@@ -62,7 +63,7 @@ std::string_view ReadWaypoint(std::string_view rest, FileWaypoint& waypoint) {
   waypoint.lat = position->lat;
   waypoint.lon = position->lon;
   const std::string_view date = TakeWord(rest);
-  if (!ReadCompeGpsTime(date, TakeWord(rest), waypoint.time)) {
+  if (!ReadTime(date, TakeWord(rest), waypoint.time)) {
     return "no date and time that can be read, skipped";
   }
   const std::optional<double> altitude_m = ReadDecimal(TakeWord(rest));
@@ -72,7 +73,7 @@ std::string_view ReadWaypoint(std::string_view rest, FileWaypoint& waypoint) {
   return {};
 }
 
-void TakeWaypoint(CompeGpsReader& reader, std::string_view rest) {
+void TakeWaypoint(Reader& reader, std::string_view rest) {
   FileWaypoint waypoint;
   const std::string_view fault = ReadWaypoint(rest, waypoint);
   if (fault.empty()) {
@@ -83,7 +84,7 @@ void TakeWaypoint(CompeGpsReader& reader, std::string_view rest) {
   reader.file.notes.push_back(LineNote(reader.line_number, fault));
 }
 
-void TakeFileLine(CompeGpsReader& reader, std::string_view line) {
+void TakeFileLine(Reader& reader, std::string_view line) {
   ++reader.line_number;
   const std::string_view letter = TakeWord(line);
   if (letter == "W") {
@@ -99,7 +100,7 @@ void TakeFileLine(CompeGpsReader& reader, std::string_view line) {
 
 }  // namespace
 
-bool LooksLikeCompeGps(std::string_view text) {
+bool LooksLike(std::string_view text) {
   bool has_datum = false;
   bool has_form = false;
   while (!text.empty()) {
@@ -116,13 +117,13 @@ bool LooksLikeCompeGps(std::string_view text) {
   return has_datum && has_form;
 }
 
-int ReadCompeGps(std::string_view text, WaypointFile& file, std::string& message) {
+int Read(std::string_view text, WaypointFile& file, std::string& message) {
   file = {};
   message.clear();
   const std::string utf8 = ToUtf8(text);
   std::string_view rest = utf8;
-  CompeGpsReader reader = {.file = file};
-  if (!LooksLikeCompeGps(utf8)) reader.refusal = LineError(1, "not a CompeGPS waypoint file");
+  Reader reader = {.file = file};
+  if (!LooksLike(utf8)) reader.refusal = LineError(1, "not a CompeGPS waypoint file");
   while (reader.refusal.empty() && !rest.empty()) TakeFileLine(reader, TakeLine(rest));
   if (reader.refusal.empty() && file.waypoints.empty() && reader.first_bad_line != 0) {
     reader.refusal = LineError(reader.first_bad_line, "none of the waypoints can be read");
@@ -136,4 +137,4 @@ int ReadCompeGps(std::string_view text, WaypointFile& file, std::string& message
   return static_cast<int>(file.waypoints.size());
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::compegps

@@ -5,7 +5,7 @@
 
 #include "formats/waypoints/waypoint_list.h"
 
-namespace skyhaul {
+namespace skyhaul::compegps {
 
 // CompeGPS waypoint files, .wpt: the letter that begins a line says what it holds.
 //
@@ -28,12 +28,12 @@ namespace skyhaul {
 
 // Whether the text has CompeGPS waypoint lines, in degrees or UTM, or the header of a file without
 // any.
-bool LooksLikeCompeGps(std::string_view text);
+bool LooksLike(std::string_view text);
 
 // Reads a CompeGPS waypoint file, UTF-8 or Windows-1252, in degrees on WGS 84; a file that does not
 // name its datum is taken to be so, with a note. Waypoint lines that cannot be read are skipped
 // with a note. Returns the number of waypoints, or -1 with a message and an empty file: the wrong
 // kind, UTM, another datum, or no readable line among the waypoint lines.
-int ReadCompeGps(std::string_view text, WaypointFile& file, std::string& message);
+int Read(std::string_view text, WaypointFile& file, std::string& message);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::compegps

@@ -10,7 +10,7 @@
 #include "formats/common/position.h"
 #include "formats/compegps/compegps_time.h"
 
-namespace skyhaul {
+namespace skyhaul::compegps {
 
 namespace {
 
@@ -36,7 +36,7 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   text += "W  " + NameWord(waypoint.name) + " A ";
   AppendAngle(text, waypoint.lat, "NS");
   AppendAngle(text, waypoint.lon, "EW");
-  AppendCompeGpsTime(text, waypoint.time);
+  AppendTime(text, waypoint.time);
   text += ' ';
   AppendFixed(text, waypoint.altitude_m, kAltitudeDecimals);
   text += ' ';
@@ -46,10 +46,10 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
 
 }  // namespace
 
-std::string WriteCompeGps(std::span<const FileWaypoint> waypoints) {
+std::string Write(std::span<const FileWaypoint> waypoints) {
   std::string text = "G  WGS 84\r\nU  1\r\n";
   for (const FileWaypoint& waypoint : waypoints) AppendWaypoint(text, waypoint);
   return text;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::compegps

@@ -5,10 +5,10 @@
 
 #include "formats/waypoints/waypoint_list.h"
 
-namespace skyhaul {
+namespace skyhaul::compegps {
 
 // Writes a CompeGPS waypoint file in Windows-1252, in degrees on WGS 84, lines ended by CR LF. What
 // it keeps stands in formats/compegps/read_compegps.h.
-std::string WriteCompeGps(std::span<const FileWaypoint> waypoints);
+std::string Write(std::span<const FileWaypoint> waypoints);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::compegps

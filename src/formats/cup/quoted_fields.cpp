@@ -5,7 +5,7 @@
 #include "core/text/printable.h"
 #include "core/text/scan.h"
 
-namespace skyhaul {
+namespace skyhaul::cup {
 
 namespace {
 
@@ -64,4 +64,4 @@ std::string QuoteField(std::string_view text) {
   return quoted + '"';
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::cup

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace skyhaul {
+namespace skyhaul::cup {
 
 // Takes the next record off the front of a text of comma-separated fields: a line, or several where
 // a quoted field has line ends in it. Inside quotes a doubled quote is one quote; a quote inside an
@@ -23,4 +23,4 @@ int TakeQuotedRecord(std::string_view& rest, QuotedRecord& record);
 // A text as one quoted field, quotes doubled, on one line.
 std::string QuoteField(std::string_view text);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::cup

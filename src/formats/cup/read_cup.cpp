@@ -12,16 +12,16 @@
 #include "core/text/numbers.h"
 #include "core/text/printable.h"
 #include "core/text/scan.h"
+#include "core/units.h"
 #include "formats/common/messages.h"
 #include "formats/common/position.h"
 #include "formats/cup/quoted_fields.h"
 
-namespace skyhaul {
+namespace skyhaul::cup {
 
 namespace {
 
-constexpr double kMetresPerFoot = 0.3048;
-constexpr double kHighest_m = 100000;
+constexpr double kHighest_m = 100000;  // a slip of the pen beyond that, not a place
 constexpr std::string_view kTasks = "-----";
 constexpr std::string_view kAirfieldStyles[] = {"2", "4", "5"};
 
@@ -84,6 +84,7 @@ std::optional<FilePosition> ReadPosition(std::string_view lat, std::string_view 
   return PositionFromDegrees(*lat_deg, *lon_deg);
 }
 
+// "504.0m", "1654ft", or a number of metres.
 std::optional<double> ReadElevation(std::string_view text) {
   if (text.empty()) return 0.0;
   const size_t unit_at = std::min(text.find_first_not_of("+-.0123456789"), text.size());
@@ -101,6 +102,7 @@ std::optional<double> ReadElevation(std::string_view text) {
 // What is wrong with a waypoint that is used nevertheless.
 constexpr std::string_view kNoElevation = "the elevation cannot be read and is taken for 0";
 
+// "Lesce-Bled","LJBL",SI,4621.666N,01410.332E,504.0m,5,130,1130m,123.500,"Home field"
 // Returns an empty text, or what is wrong with the record.
 std::string_view ReadWaypoint(const QuotedRecord& record, const Columns& columns,
                               FileWaypoint& waypoint) {
@@ -114,7 +116,8 @@ std::string_view ReadWaypoint(const QuotedRecord& record, const Columns& columns
   const std::string name = OneLine(field(kName));
   waypoint.name = code.empty() ? name : code;
   if (name != waypoint.name) waypoint.description = name;
-  waypoint.comment = OneLine(field(kDesc));
+  std::string& remark = waypoint.description.empty() ? waypoint.description : waypoint.comment;
+  remark = OneLine(field(kDesc));
   const bool airfield =
       std::ranges::find(kAirfieldStyles, field(kStyle)) != std::end(kAirfieldStyles);
   waypoint.type = airfield ? kWaypointAirfield : 0;
@@ -156,14 +159,14 @@ int TakeHeading(Lines& lines, Columns& columns) {
 
 }  // namespace
 
-bool LooksLikeCup(std::string_view text) {
+bool LooksLike(std::string_view text) {
   const std::string utf8 = ToUtf8(text);
   Lines lines = {.rest = utf8};
   Columns columns;
   return TakeHeading(lines, columns) == 0;
 }
 
-int ReadCup(std::string_view text, WaypointFile& file, std::string& message) {
+int Read(std::string_view text, WaypointFile& file, std::string& message) {
   file = {};
   message.clear();
   const std::string utf8 = ToUtf8(text);
@@ -197,4 +200,4 @@ int ReadCup(std::string_view text, WaypointFile& file, std::string& message) {
   return static_cast<int>(file.waypoints.size());
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::cup

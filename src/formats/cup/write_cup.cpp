@@ -10,7 +10,7 @@
 #include "formats/common/position.h"
 #include "formats/cup/quoted_fields.h"
 
-namespace skyhaul {
+namespace skyhaul::cup {
 
 namespace {
 
@@ -35,9 +35,10 @@ std::string ElevationText(double altitude_m) {
 
 }  // namespace
 
-std::string WriteCup(std::span<const FileWaypoint> waypoints) {
+std::string Write(std::span<const FileWaypoint> waypoints) {
   std::string text = "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\r\n";
   for (const FileWaypoint& waypoint : waypoints) {
+    // Readers show the name and instruments the code, so that both are filled.
     const std::string description = QuoteField(waypoint.description);
     const std::string code = QuoteField(waypoint.name);
     text += (waypoint.description.empty() ? code : description) + ',' + code + ",,";
@@ -49,4 +50,4 @@ std::string WriteCup(std::span<const FileWaypoint> waypoints) {
   return text;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::cup

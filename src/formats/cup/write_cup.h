@@ -5,10 +5,10 @@
 
 #include "formats/waypoints/waypoint_list.h"
 
-namespace skyhaul {
+namespace skyhaul::cup {
 
-// Writes waypoints as a SeeYou CUP file, UTF-8, lines ended by CR LF, without tasks. What survives
-// is told in read_cup.h.
-std::string WriteCup(std::span<const FileWaypoint> waypoints);
+// Writes waypoints as a SeeYou CUP file, UTF-8, lines ended by CR LF, without tasks.
+// docs/file-formats.md says what is kept.
+std::string Write(std::span<const FileWaypoint> waypoints);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::cup

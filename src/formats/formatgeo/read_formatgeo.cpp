@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "core/geodesy/utm.h"
 #include "core/text/charset.h"
 #include "core/text/digits.h"
 #include "core/text/letter_case.h"
@@ -13,9 +14,8 @@
 #include "formats/common/messages.h"
 #include "formats/common/position.h"
 #include "formats/formatgeo/headings.h"
-#include "core/geodesy/utm.h"
 
-namespace skyhaul {
+namespace skyhaul::formatgeo {
 
 namespace {
 
@@ -49,6 +49,7 @@ std::optional<Angle> TakeAngle(std::string_view& rest, char positive, char negat
   while (angle.fields < max_fields) {
     const std::optional<double> number = TakeNumber(rest);
     if (!number) break;
+    // Sixty itself is what rounding programs write.
     if (angle.fields > 0 && *number > 60) return std::nullopt;
     angle.degrees += *number * unit;
     unit /= 60;
@@ -58,11 +59,12 @@ std::optional<Angle> TakeAngle(std::string_view& rest, char positive, char negat
   return angle.fields > 0 ? std::optional(angle) : std::nullopt;
 }
 
+// "N 46 12 34.56    E 007 08 09.12", "N 46 12.576 E 7 8.152" or "N 46.2096 E 7.1359"
 std::optional<FilePosition> TakeGeo(std::string_view& rest) {
   constexpr int kAllFields = 3;
   const std::optional<Angle> lat = TakeAngle(rest, 'N', 'S', kAllFields);
   if (!lat) return std::nullopt;
-  // As many fields as the latitude has: the altitude behind them is a number as well.
+  // As many fields as the latitude has: the altitude after them is a number as well.
   const std::optional<Angle> lon = TakeAngle(rest, 'E', 'W', lat->fields);
   if (!lon || lon->fields != lat->fields) return std::nullopt;
   return PositionFromDegrees(lat->degrees, lon->degrees);
@@ -82,6 +84,7 @@ bool TakeZone(std::string_view& rest, UtmPosition& utm) {
   return true;
 }
 
+// "32T   0356321   5119241"
 std::optional<FilePosition> TakeUtm(std::string_view& rest) {
   UtmPosition utm;
   if (!TakeZone(rest, utm)) return std::nullopt;
@@ -95,7 +98,9 @@ std::optional<FilePosition> TakeUtm(std::string_view& rest) {
   return PositionFromDegrees(degrees->lat_deg, degrees->lon_deg);
 }
 
-// Returns an empty text, or what is wrong with the line.
+// "B07001    N 46 12 34.56    E 007 08 09.12  1234  Cabane du Mont". A name may have blanks in it,
+// so the position is looked for from every word on. Returns an empty text, or what is wrong with
+// the line.
 std::string_view ReadLine(std::string_view line, PositionTaker& take_position,
                           FileWaypoint& waypoint) {
   std::optional<FilePosition> position;
@@ -170,20 +175,20 @@ bool StartsWithHeading(std::string_view text, std::string_view heading) {
 
 }  // namespace
 
-bool LooksLikeFormatGeo(std::string_view text) {
+bool LooksLikeGeo(std::string_view text) {
   return StartsWithHeading(text, kGeoHeading);
 }
 
-bool LooksLikeFormatUtm(std::string_view text) {
+bool LooksLikeUtm(std::string_view text) {
   return StartsWithHeading(text, kUtmHeading);
 }
 
-int ReadFormatGeo(std::string_view text, WaypointFile& file, std::string& message) {
+int ReadGeo(std::string_view text, WaypointFile& file, std::string& message) {
   return ReadList(text, kGeoHeading, TakeGeo, file, message);
 }
 
-int ReadFormatUtm(std::string_view text, WaypointFile& file, std::string& message) {
+int ReadUtm(std::string_view text, WaypointFile& file, std::string& message) {
   return ReadList(text, kUtmHeading, TakeUtm, file, message);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::formatgeo

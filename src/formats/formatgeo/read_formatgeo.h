@@ -5,7 +5,7 @@
 
 #include "formats/waypoints/waypoint_list.h"
 
-namespace skyhaul {
+namespace skyhaul::formatgeo {
 
 // The two plain waypoint lists of competition scoring: a heading, then a waypoint a line, in
 // columns that are filled up with blanks. A short name may have blanks in it.
@@ -16,17 +16,11 @@ namespace skyhaul {
 //   B07001   32T   0356321   5119241   1234  Cabane du Mont
 //
 // Name, position in degrees, minutes and seconds or in the UTM grid, altitude in metres,
-// description. What a waypoint keeps on its way into a file and back:
-//
-//   position     GEO: to half a hundredth of a second, 0.16 m; UTM: to half a metre each way
-//   altitude_m   to 0.5 m
-//   name         all; but the line of one that holds a position itself is misread
-//   description  all
-//   type, time   lost
+// description. docs/file-formats.md says what a waypoint keeps on its way into a file and back.
 
 // Whether the first line that is not blank is the heading of the one or the other.
-bool LooksLikeFormatGeo(std::string_view text);
-bool LooksLikeFormatUtm(std::string_view text);
+bool LooksLikeGeo(std::string_view text);
+bool LooksLikeUtm(std::string_view text);
 
 // Read UTF-8 or Windows-1252. Columns need not be kept: any number of blanks and tabs separates the
 // fields, and what stands before the position is the name. GEO positions may also be degrees and
@@ -34,7 +28,7 @@ bool LooksLikeFormatUtm(std::string_view text);
 // line may end after the position; the altitude is 0 then. A line that is no waypoint is skipped
 // with a note. Return the number of waypoints, or -1 with a message that names the line: another
 // heading, or lines but not one waypoint among them; then the file is empty.
-int ReadFormatGeo(std::string_view text, WaypointFile& file, std::string& message);
-int ReadFormatUtm(std::string_view text, WaypointFile& file, std::string& message);
+int ReadGeo(std::string_view text, WaypointFile& file, std::string& message);
+int ReadUtm(std::string_view text, WaypointFile& file, std::string& message);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::formatgeo

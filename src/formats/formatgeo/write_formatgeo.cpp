@@ -5,29 +5,29 @@
 #include <cstdint>
 #include <string_view>
 
+#include "core/geodesy/utm.h"
+#include "core/text/charset.h"
 #include "core/text/digits.h"
 #include "core/text/printable.h"
 #include "core/units.h"
 #include "formats/common/position.h"
 #include "formats/formatgeo/headings.h"
-#include "core/geodesy/utm.h"
 
-namespace skyhaul {
+namespace skyhaul::formatgeo {
 
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr size_t kNameWidth = 8;
 
-// Counts characters, not bytes: those that UTF-8 continues a character with have no width.
-size_t Width(std::string_view utf8) {
-  return static_cast<size_t>(std::ranges::count_if(
-      utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; }));
-}
-
+// Readers of these lists split a line at its blanks, and some take a quote for the beginning of a
+// quoted text: a name is one word of plain letters, and never missing.
 std::string NameColumn(std::string_view name) {
-  std::string column = OneLine(name);
-  column.append(kNameWidth - std::min(kNameWidth, Width(column)), ' ');
+  std::string column = ToAscii(OneLine(name));
+  std::erase_if(column, [](char c) { return c == '"' || c == '\''; });
+  std::ranges::replace(column, ' ', '_');
+  if (column.empty()) column = "_";
+  if (column.size() < kNameWidth) column.resize(kNameWidth, ' ');
   return column;
 }
 
@@ -50,14 +50,14 @@ std::string LineTail(const FileWaypoint& waypoint, size_t altitude_width) {
       std::to_string(std::lround(std::clamp(altitude_m, -kLimit_m, kLimit_m)));
   std::string tail(altitude_width - std::min(altitude_width, altitude.size() + 1), ' ');
   tail += ' ' + altitude;
-  const std::string description = OneLine(waypoint.description);
+  const std::string description = ToAscii(OneLine(waypoint.description));
   if (!description.empty()) tail += "  " + description;
   return tail.append(kLineEnd);
 }
 
 }  // namespace
 
-std::string WriteFormatGeo(std::span<const FileWaypoint> waypoints) {
+std::string WriteGeo(std::span<const FileWaypoint> waypoints) {
   constexpr size_t kAltitudeWidth = 6;
   std::string text = std::string(kGeoHeading).append(kLineEnd);
   for (const FileWaypoint& waypoint : waypoints) {
@@ -67,7 +67,7 @@ std::string WriteFormatGeo(std::span<const FileWaypoint> waypoints) {
   return text;
 }
 
-std::string WriteFormatUtm(std::span<const FileWaypoint> waypoints) {
+std::string WriteUtm(std::span<const FileWaypoint> waypoints) {
   constexpr size_t kAltitudeWidth = 7;
   constexpr size_t kMetreDigits = 7;
   std::string text = std::string(kUtmHeading).append(kLineEnd);
@@ -83,4 +83,4 @@ std::string WriteFormatUtm(std::span<const FileWaypoint> waypoints) {
   return text;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::formatgeo

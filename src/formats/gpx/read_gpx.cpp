@@ -16,15 +16,15 @@
 #include "formats/common/messages.h"
 #include "formats/common/position.h"
 
-namespace skyhaul {
+namespace skyhaul::gpx {
 
 namespace {
 
-constexpr std::string_view kAirfields[] = {kGpxAirfield,       "Airfield",        "Aerodrome",
+constexpr std::string_view kAirfields[] = {kAirfield,          "Airfield",        "Aerodrome",
                                            "Gliding airfield", "Glider airfield", "Airstrip"};
 
-struct GpxReader {
-  std::string_view text;  // as it was parsed, to tell lines
+struct Reader {
+  std::string_view text;  // as it was parsed, for counting lines
   size_t bytes_per_unit;  // of the text; the parser counts in units
   WaypointFile& file;
   bool has_other = false;  // routes or tracks
@@ -35,7 +35,7 @@ bool IsUtf16(std::string_view text) {
          text.substr(0, 4).find('\0') != std::string_view::npos;
 }
 
-int LineAt(const GpxReader& reader, ptrdiff_t offset) {
+int LineAt(const Reader& reader, ptrdiff_t offset) {
   const size_t length =
       std::min(static_cast<size_t>(std::max<ptrdiff_t>(offset, 0)) * reader.bytes_per_unit,
                reader.text.size());
@@ -70,7 +70,9 @@ bool IsAirfield(std::string_view kind) {
                      [kind](std::string_view name) { return EqualIgnoringCase(kind, name); });
 }
 
-void ReadWaypoint(GpxReader& reader, const pugi::xml_node& node) {
+// <wpt lat="46.12"
+// lon="7.12"><ele>2345</ele><time>2024-05-01T12:34:56Z</time><name>FIESCH</name></wpt>
+void ReadWaypoint(Reader& reader, const pugi::xml_node& node) {
   const auto note = [&reader, &node](std::string_view what) {
     reader.file.notes.push_back(LineNote(LineAt(reader, node.offset_debug()), what));
   };
@@ -107,7 +109,7 @@ void ReadWaypoint(GpxReader& reader, const pugi::xml_node& node) {
 }
 
 // Returns why the file cannot be used; empty: it can.
-std::string ReadRoot(GpxReader& reader, const pugi::xml_node& root) {
+std::string ReadRoot(Reader& reader, const pugi::xml_node& root) {
   if (LocalName(root) != "gpx") {
     return LineError(LineAt(reader, root.offset_debug()),
                      "the file is <" + OneLine(root.name()) + ">, not <gpx>");
@@ -124,7 +126,7 @@ std::string ReadRoot(GpxReader& reader, const pugi::xml_node& root) {
   return {};
 }
 
-std::string ReadDocument(GpxReader& reader) {
+std::string ReadDocument(Reader& reader) {
   const bool is_utf16 = reader.bytes_per_unit == 2;
   pugi::xml_document document;
   const pugi::xml_parse_result result =
@@ -137,7 +139,7 @@ std::string ReadDocument(GpxReader& reader) {
 
 }  // namespace
 
-bool LooksLikeGpx(std::string_view text) {
+bool LooksLike(std::string_view text) {
   constexpr size_t kLongestPrologue = 4096;
   std::string start(text.substr(0, kLongestPrologue));
   std::erase(start, '\0');
@@ -156,11 +158,11 @@ bool LooksLikeGpx(std::string_view text) {
   return false;
 }
 
-int ReadGpx(std::string_view text, WaypointFile& file, std::string& message) {
+int Read(std::string_view text, WaypointFile& file, std::string& message) {
   file = {};
   const bool is_utf16 = IsUtf16(text);
   const std::string utf8 = is_utf16 ? std::string() : ToUtf8(text);
-  GpxReader reader = {
+  Reader reader = {
       .text = is_utf16 ? text : utf8, .bytes_per_unit = is_utf16 ? size_t{2} : 1, .file = file};
   message = ReadDocument(reader);
   if (message.empty()) return static_cast<int>(file.waypoints.size());
@@ -168,4 +170,4 @@ int ReadGpx(std::string_view text, WaypointFile& file, std::string& message) {
   return -1;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::gpx

@@ -8,7 +8,7 @@
 #include "formats/common/xml_text.h"
 #include "formats/gpx/read_gpx.h"
 
-namespace skyhaul {
+namespace skyhaul::gpx {
 
 namespace {
 
@@ -46,19 +46,19 @@ void AppendWaypoint(std::string& xml, const FileWaypoint& waypoint) {
   AppendText(xml, "cmt", waypoint.comment.empty() ? waypoint.description : waypoint.comment);
   AppendText(xml, "desc", waypoint.description);
   if (waypoint.type == kWaypointAirfield) {
-    AppendText(xml, "sym", kGpxAirfield);
-    AppendText(xml, "type", kGpxAirfield);
+    AppendText(xml, "sym", kAirfield);
+    AppendText(xml, "type", kAirfield);
   }
   xml += "</wpt>\n";
 }
 
 }  // namespace
 
-std::string WriteGpx(std::span<const FileWaypoint> waypoints) {
+std::string Write(std::span<const FileWaypoint> waypoints) {
   std::string xml(kHead);
   for (const FileWaypoint& waypoint : waypoints) AppendWaypoint(xml, waypoint);
   xml += kTail;
   return xml;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::gpx

@@ -7,7 +7,7 @@
 #include "core/units.h"
 #include "formats/igc/fields.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 namespace {
 
@@ -19,14 +19,15 @@ constexpr double kRadiansPerDegree = kPi / 180;
 constexpr double kRadiansPerMinute = kPi / 180 / 60;
 constexpr double kRadiansPerMilliminute = kPi / 180 / 60000;
 
-int DecodeARecord(IgcDecoder& decoder, std::string_view line) {
-  if (line.size() < kARecordLength) return -kIgcBadARecord;
+// "AXSH000 free text"
+int DecodeARecord(Decoder& decoder, std::string_view line) {
+  if (line.size() < kARecordLength) return -kBadARecord;
   RecorderId id;
   switch (ReadRecorderId(line, id)) {
     case RecorderIdFault::kManufacturer:
-      return -kIgcBadManufacturer;
+      return -kBadManufacturer;
     case RecorderIdFault::kSerial:
-      return -kIgcBadSerial;
+      return -kBadSerial;
     case RecorderIdFault::kNone:
       break;
   }
@@ -35,17 +36,19 @@ int DecodeARecord(IgcDecoder& decoder, std::string_view line) {
   return 0;
 }
 
-int DecodeHRecord(IgcDecoder& decoder, std::string_view line) {
+// "HFDTE140526" or "HFDTEDATE:140526,01"
+int DecodeHRecord(Decoder& decoder, std::string_view line) {
   if (!line.starts_with("HFDTE")) return 0;
   line.remove_prefix(5);
   if (line.starts_with("DATE:")) line.remove_prefix(5);
   const uint32_t date = ReadDate(line);
-  if (date == 0) return -kIgcBadDate;
+  if (date == 0) return -kBadDate;
   // An instrument that repeats the date after midnight must not count that midnight twice.
   if (decoder.points.empty()) decoder.date = date;
   return 0;
 }
 
+// Minutes of 60 and more are carried into the degrees: some recorders round that way.
 int32_t SemicirclesFromWritten(const WrittenAngle& angle) {
   const int minutes = angle.milliminutes / 1000;
   const int thousandths = angle.milliminutes % 1000;
@@ -58,31 +61,31 @@ int32_t SemicirclesFromWritten(const WrittenAngle& angle) {
 int DecodePlace(std::string_view line, TrackPoint& point) {
   WrittenAngle angle;
   if (!ReadLatitude(line, angle) || angle.degrees >= kLatitudeLimitDegrees) {
-    return -kIgcBadLatitude;
+    return -kBadLatitude;
   }
   point.lat = SemicirclesFromWritten(angle);
   if (!ReadLongitude(line, angle) || angle.degrees >= kLongitudeLimitDegrees) {
-    return -kIgcBadLongitude;
+    return -kBadLongitude;
   }
   point.lon = SemicirclesFromWritten(angle);
   int32_t gps_alt_m = 0;
   if (!ReadAltitude(line, kPressureAltitudeColumn, point.pressure_alt)) {
-    return -kIgcBadPressureAltitude;
+    return -kBadPressureAltitude;
   }
-  if (!ReadAltitude(line, kGpsAltitudeColumn, gps_alt_m)) return -kIgcBadGpsAltitude;
+  if (!ReadAltitude(line, kGpsAltitudeColumn, gps_alt_m)) return -kBadGpsAltitude;
   point.gps_alt_dm = gps_alt_m * 10;
   return 0;
 }
 
 // Puts a fix on the time line. Returns 1, or -n when the days run past the end of the time scale.
-int StoreFix(IgcDecoder& decoder, uint32_t time_of_day_s, TrackPoint& point) {
+int StoreFix(Decoder& decoder, uint32_t time_of_day_s, TrackPoint& point) {
   uint32_t day_offset_s = decoder.day_offset_s;
   const bool first = decoder.points.empty();
   if (!first && IsPastMidnight(time_of_day_s, decoder.last_time_of_day_s)) {
     day_offset_s += kSecondsPerDay;
   }
   const uint64_t time = uint64_t{decoder.date} + day_offset_s + time_of_day_s;
-  if (time > std::numeric_limits<uint32_t>::max()) return -kIgcBadTimeOfDay;
+  if (time > std::numeric_limits<uint32_t>::max()) return -kBadTimeOfDay;
 
   point.time = static_cast<uint32_t>(time);
   point.segment_start = first ? 1 : 0;
@@ -93,11 +96,12 @@ int StoreFix(IgcDecoder& decoder, uint32_t time_of_day_s, TrackPoint& point) {
   return 1;
 }
 
-int DecodeBRecord(IgcDecoder& decoder, std::string_view line) {
-  if (line.size() < kBRecordLength) return -kIgcShortBRecord;
-  if (decoder.date == 0) return -kIgcNoDate;
+// "B1200004707500N01130001EA0012300456"; the columns stand in formats/igc/fields.h
+int DecodeBRecord(Decoder& decoder, std::string_view line) {
+  if (line.size() < kBRecordLength) return -kShortBRecord;
+  if (decoder.date == 0) return -kNoDate;
   const int time_of_day_s = ReadTimeOfDay(line);
-  if (time_of_day_s < 0) return -kIgcBadTimeOfDay;
+  if (time_of_day_s < 0) return -kBadTimeOfDay;
   TrackPoint point;
   const int fault = DecodePlace(line, point);
   if (fault < 0) return fault;
@@ -106,7 +110,7 @@ int DecodeBRecord(IgcDecoder& decoder, std::string_view line) {
 
 }  // namespace
 
-int DecodeInstrumentIgcLine(IgcDecoder& decoder, std::string_view line) {
+int DecodeLine(Decoder& decoder, std::string_view line) {
   switch (line.empty() ? '\0' : line.front()) {
     case 'A':
       return DecodeARecord(decoder, line);
@@ -122,4 +126,4 @@ int DecodeInstrumentIgcLine(IgcDecoder& decoder, std::string_view line) {
   }
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

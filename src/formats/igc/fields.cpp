@@ -6,7 +6,7 @@
 #include "core/text/letter_case.h"
 #include "core/time_scale.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 namespace {
 
@@ -72,4 +72,4 @@ bool ReadAltitude(std::string_view b_record, size_t column, int32_t& altitude_m)
   return magnitude_m >= 0;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 // The fields that the file reader and the instrument line decoder read alike. Where the two differ,
 // in what they think of a number that can be read, the caller has the limits.
@@ -63,4 +63,4 @@ bool ReadLongitude(std::string_view b_record, WrittenAngle& longitude);
 // Reads an altitude at a column of a B record, metres: five digits, or "-" and four digits.
 bool ReadAltitude(std::string_view b_record, size_t column, int32_t& altitude_m);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

@@ -6,26 +6,26 @@
 #include "core/text/printable.h"
 #include "core/text/scan.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 namespace {
 
 // Which text a header record fills, by its three-letter code.
 struct HeaderSlot {
   std::string_view code;
-  std::string IgcHeader::*text;
+  std::string Header::*text;
 };
 constexpr HeaderSlot kHeaderSlots[] = {
-    {.code = "FTY", .text = &IgcHeader::recorder},
-    {.code = "PLT", .text = &IgcHeader::pilot},
-    {.code = "GTY", .text = &IgcHeader::glider_type},
-    {.code = "GID", .text = &IgcHeader::glider_id},
-    {.code = "SIT", .text = &IgcHeader::site},
-    {.code = "CCL", .text = &IgcHeader::competition_class},
-    {.code = "CID", .text = &IgcHeader::competition_id},
+    {.code = "FTY", .text = &Header::recorder},
+    {.code = "PLT", .text = &Header::pilot},
+    {.code = "GTY", .text = &Header::glider_type},
+    {.code = "GID", .text = &Header::glider_id},
+    {.code = "SIT", .text = &Header::site},
+    {.code = "CCL", .text = &Header::competition_class},
+    {.code = "CID", .text = &Header::competition_id},
 };
 
-void ReadARecord(IgcHeader& header, std::string_view line) {
+void ReadARecord(Header& header, std::string_view line) {
   if (!header.manufacturer.empty() || line.size() < 4) return;
   header.manufacturer = PrintableText(line.substr(1, 3));
   const size_t blank = std::min(line.find(' ', 4), line.size());
@@ -33,8 +33,8 @@ void ReadARecord(IgcHeader& header, std::string_view line) {
   header.remark = PrintableText(TrimBlanks(line.substr(blank)));
 }
 
-// "HFPLTPILOT:Name" and "HFPLTName": without a colon there is no long key before the value.
-void ReadHRecord(IgcHeader& header, std::string_view line) {
+// "HFPLTPILOTINCHARGE:Name" and "HFPLTName": without a colon there is no long key before the value.
+void ReadHRecord(Header& header, std::string_view line) {
   if (line.size() < 5) return;
   const std::string_view code = line.substr(2, 3);
   const std::string_view rest = line.substr(5);
@@ -48,8 +48,8 @@ void ReadHRecord(IgcHeader& header, std::string_view line) {
 
 }  // namespace
 
-IgcHeader ReadIgcHeader(std::string_view text) {
-  IgcHeader header;
+Header ReadHeader(std::string_view text) {
+  Header header;
   while (!text.empty()) {
     const size_t line_end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, line_end);
@@ -61,4 +61,4 @@ IgcHeader ReadIgcHeader(std::string_view text) {
   return header;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

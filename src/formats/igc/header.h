@@ -3,11 +3,11 @@
 #include <string>
 #include <string_view>
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 // What a person wants to know from an IGC file's header; texts are empty where the file says
 // nothing.
-struct IgcHeader {
+struct Header {
   std::string manufacturer;  // 3 characters of the A record
   std::string serial;        // what follows them, up to the first blank
   std::string remark;        // of the A record: what follows the first blank
@@ -24,6 +24,6 @@ struct IgcHeader {
 // be long or short ("HFPLTPILOT:", "HFPLTPILOTINCHARGE:", "HFPLT"), blanks around values are
 // dropped, and lines may have any length. Of several records with one code the first that says
 // something counts. UTF-8 and ISO 8859-1 both come out as UTF-8; what does not print becomes '?'.
-IgcHeader ReadIgcHeader(std::string_view text);
+Header ReadHeader(std::string_view text);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

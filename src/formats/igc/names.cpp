@@ -6,7 +6,7 @@
 #include "core/text/digits.h"
 #include "core/time_scale.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 namespace {
 
@@ -27,10 +27,11 @@ std::string ExpandNameTemplate(const std::string& path, uint32_t first_fix_time)
   return expanded;
 }
 
-std::string IgcLongName(uint32_t first_fix_time, const std::string& manufacturer,
-                        const std::string& serial, int flight_number) {
-  return DateText(CalendarFromTime(first_fix_time)) + '-' + manufacturer + '-' + serial + '-' +
+std::string LongName(uint32_t first_fix_time, const std::string& manufacturer,
+                     const std::string& serial, int flight_number) {
+  return DateText(CalendarFromTime(first_fix_time)) + '-' + manufacturer + '-' +
+         (serial.empty() ? "000" : serial) + '-' +
          PaddedNumber(static_cast<uint64_t>(flight_number), 2) + ".igc";
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

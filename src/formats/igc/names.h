@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 inline constexpr int kMaxFlightNumber = 35;
 
@@ -12,9 +12,10 @@ inline constexpr int kMaxFlightNumber = 35;
 std::string ExpandNameTemplate(const std::string& path, uint32_t first_fix_time);
 
 // The long file name of the flight-recorder rules: "2026-05-14-xsh-000-01.igc". Manufacturer and
-// serial are 3 characters each and stand in the name as they are given; the flight number of the
-// day is 1..kMaxFlightNumber.
-std::string IgcLongName(uint32_t first_fix_time, const std::string& manufacturer,
-                        const std::string& serial, int flight_number);
+// serial are 3 characters each and stand in the name as they are given, but an empty serial, as of
+// an instrument that sends no A record, becomes "000"; the flight number of the day
+// is 1..kMaxFlightNumber.
+std::string LongName(uint32_t first_fix_time, const std::string& manufacturer,
+                     const std::string& serial, int flight_number);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

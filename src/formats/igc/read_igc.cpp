@@ -10,7 +10,7 @@
 #include "core/units.h"
 #include "formats/igc/fields.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 namespace {
 
@@ -30,7 +30,7 @@ struct ExtensionColumns {
   size_t end = 0;
 };
 
-struct IgcReader {
+struct Reader {
   std::vector<TrackPoint>& points;
   const char* fault = nullptr;  // a message of its own; null: "Format error on line %d"
   bool has_a_record = false;
@@ -40,19 +40,21 @@ struct IgcReader {
   ExtensionColumns fraction = {};  // of the second: code TDS
 };
 
-bool Refuse(IgcReader& reader, const char* fault) {
+bool Refuse(Reader& reader, const char* fault) {
   reader.fault = fault;
   return false;
 }
 
-bool ReadARecord(IgcReader& reader, std::string_view line) {
+// "AXSH000 free text"
+bool ReadARecord(Reader& reader, std::string_view line) {
   if (reader.has_a_record) return Refuse(reader, "Multiple A-records");
   reader.has_a_record = true;
   RecorderId id;
   return ReadRecorderId(line, id) == RecorderIdFault::kNone;
 }
 
-bool ReadHRecord(IgcReader& reader, std::string_view line) {
+// "HFDTE140526", or "HFDTEDATE: 140526,01" of later recorders. Other H records are for ReadHeader.
+bool ReadHRecord(Reader& reader, std::string_view line) {
   if (!line.starts_with("HFDTE")) return true;
   if (reader.date != 0) return Refuse(reader, "Multiple HFDTE-records");
   std::string_view value = line.substr(5);
@@ -68,7 +70,7 @@ bool ReadHRecord(IgcReader& reader, std::string_view line) {
 }
 
 // One entry of an I record: "ssee" and a three-letter code, for example "3638FXA".
-bool ReadExtension(IgcReader& reader, std::string_view entry) {
+bool ReadExtension(Reader& reader, std::string_view entry) {
   const int start = ReadDigits(entry, 0, 2);
   const int end = ReadDigits(entry, 2, 2);
   const std::string_view code = entry.substr(4);
@@ -82,7 +84,8 @@ bool ReadExtension(IgcReader& reader, std::string_view entry) {
   return true;
 }
 
-bool ReadIRecord(IgcReader& reader, std::string_view line) {
+// "I023638FXA3940TDS": a count and so many entries
+bool ReadIRecord(Reader& reader, std::string_view line) {
   constexpr size_t kEntryLength = 7;
   if (reader.has_i_record) return Refuse(reader, "Multiple I-records");
   reader.has_i_record = true;
@@ -138,7 +141,7 @@ bool ReadAltitudes(std::string_view line, TrackPoint& point) {
 
 // Puts a fix on the time line. A fix that repeats the second before it is dropped: receivers that
 // report twice a second would else give speeds between equal times.
-bool StoreFix(IgcReader& reader, uint32_t time_of_day_s, TrackPoint& point) {
+bool StoreFix(Reader& reader, uint32_t time_of_day_s, TrackPoint& point) {
   if (reader.points.empty()) {
     point.segment_start = 1;
   } else {
@@ -153,7 +156,8 @@ bool StoreFix(IgcReader& reader, uint32_t time_of_day_s, TrackPoint& point) {
   return true;
 }
 
-bool ReadBRecord(IgcReader& reader, std::string_view line) {
+// "B1200004707500N01130001EA0012300456" and the extensions that the I record names
+bool ReadBRecord(Reader& reader, std::string_view line) {
   if (reader.date == 0 || line.size() < kBRecordLength) return false;
   TrackPoint point;
   const int time_of_day_s = ReadTimeOfDay(line);
@@ -163,7 +167,7 @@ bool ReadBRecord(IgcReader& reader, std::string_view line) {
   return StoreFix(reader, static_cast<uint32_t>(time_of_day_s), point);
 }
 
-bool ReadLine(IgcReader& reader, std::string_view line) {
+bool ReadLine(Reader& reader, std::string_view line) {
   const char letter = line.empty() ? '\0' : line.front();
   if (!reader.has_a_record && letter != 'A') return Refuse(reader, "Missing A-record");
   switch (letter) {
@@ -193,10 +197,10 @@ int Fail(std::vector<TrackPoint>& points, std::string& message, std::string text
 
 }  // namespace
 
-int ParseIgc(std::string_view text, std::vector<TrackPoint>& points, std::string& message) {
+int Read(std::string_view text, std::vector<TrackPoint>& points, std::string& message) {
   points.clear();
   points.reserve(text.size() / kShortestBLine);
-  IgcReader reader{.points = points};
+  Reader reader{.points = points};
   for (int line_number = 1; !text.empty(); ++line_number) {
     const size_t line_end = std::min(text.find('\n'), text.size());
     if (!ReadLine(reader, UsefulContent(text.substr(0, line_end)))) {
@@ -211,4 +215,4 @@ int ParseIgc(std::string_view text, std::vector<TrackPoint>& points, std::string
   return static_cast<int>(points.size());
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

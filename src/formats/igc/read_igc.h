@@ -6,15 +6,15 @@
 
 #include "core/track_point.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 // Reads the fixes of an IGC file's text. A line ends at LF, a CR ends its useful content, and at
 // most 80 characters of it are looked at. A file is held to the format more strictly than an
-// instrument is: one bad field refuses the file, because a flight that is bent is worse than one
-// that is not read. Fixes that repeat the second before them are dropped; only the first keeps its
-// milliseconds. Times never decrease by an hour or more: a time of day that does is the next day's.
-// Returns the number of fixes, or -1 with a message such as "Format error on line 12"; then points
-// is empty.
-int ParseIgc(std::string_view text, std::vector<TrackPoint>& points, std::string& message);
+// instrument is: one bad field refuses the file, because a flight with a wrong fix is worse than
+// one that is not read. Fixes that repeat the second before them are dropped; only the first keeps
+// its milliseconds. Times never decrease by an hour or more: a time of day that does is the next
+// day's. Returns the number of fixes, or -1 with a message such as "Format error on line 12"; then
+// points is empty.
+int Read(std::string_view text, std::vector<TrackPoint>& points, std::string& message);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 namespace {
 
@@ -25,7 +25,7 @@ constexpr std::array<uint32_t, 256> RemainderTable() {
 constexpr std::array<uint32_t, 256> kRemainders = RemainderTable();
 
 // Mixed into the digest so that the plain check value of the text is not its record. Everyone who
-// has the program has the secret, and 32 bits can be searched: the record is a seal against
+// has the program has the secret, and 32 bits can be searched: the record protects against
 // accidental change (a transfer that lost a line, an editor that changed the line ends), not a
 // proof of origin.
 constexpr uint64_t kSecret = 0x9d1f6b3ac27e5408;
@@ -89,4 +89,4 @@ const char* SecurityCheckText(SecurityCheck check) {
   return "No security record";
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

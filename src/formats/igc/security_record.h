@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 // The running digest over the lines of an IGC file: a table-driven 32-bit cyclic redundancy check
 // (reflected polynomial 0xEDB88320, as in IEEE 802.3), seeded with all ones. docs/igc.md says what
@@ -30,4 +30,4 @@ SecurityCheck CheckSecurityRecord(std::string_view text);
 // "Security check PASSED", "Security check FAILED" or "No security record".
 const char* SecurityCheckText(SecurityCheck check);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

@@ -12,7 +12,7 @@
 #include "formats/igc/fields.h"
 #include "formats/igc/security_record.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 namespace {
 
@@ -42,13 +42,13 @@ void AppendDate(std::string& igc, const CalendarTime& date) {
   AppendTwoDigits(igc, {date.day, date.month, date.year % 100});
 }
 
-void AppendIdentification(std::string& igc, const IgcWriteOptions& options) {
+void AppendIdentification(std::string& igc, const WriteOptions& options) {
   igc += "AXSH";
   AppendText(igc, options.serial);
   AppendLine(igc, " ", options.free_text);
 }
 
-void AppendHeader(std::string& igc, const IgcHeaderTexts& header, uint32_t first_fix_time) {
+void AppendHeader(std::string& igc, const HeaderTexts& header, uint32_t first_fix_time) {
   igc += "HFDTEDATE:";
   AppendDate(igc, CalendarFromTime(first_fix_time));
   AppendLine(igc, ",01", "");
@@ -155,8 +155,8 @@ void AppendLog(std::string& igc, const CalendarTime& download) {
 
 }  // namespace
 
-int WriteIgc(std::span<const TrackPoint> points, const IgcHeaderTexts& header,
-             const IgcWriteOptions& options, std::string& text) {
+int Write(std::span<const TrackPoint> points, const HeaderTexts& header,
+          const WriteOptions& options, std::string& text) {
   text.clear();
   if (points.empty()) return -1;
   text.reserve(kHeaderReserve + points.size() * (kBRecordLength + kEnlDigits + kLineEnd.size()));
@@ -174,4 +174,4 @@ int WriteIgc(std::span<const TrackPoint> points, const IgcHeaderTexts& header,
   return static_cast<int>(text.size());
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

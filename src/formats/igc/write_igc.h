@@ -7,10 +7,10 @@
 #include "core/track_point.h"
 #include "core/waypoint_record.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 
 // What the header of an IGC file says about the flight; empty texts leave their headers empty.
-struct IgcHeaderTexts {
+struct HeaderTexts {
   std::string pilot = {};
   std::string glider_type = {};
   std::string glider_id = {};
@@ -19,7 +19,7 @@ struct IgcHeaderTexts {
   std::string competition_id = {};
 };
 
-struct IgcWriteOptions {
+struct WriteOptions {
   bool sign = false;
   bool may_be_signed = false;  // the track came from an instrument or a checked file, unchanged
   std::string serial = {};     // after the manufacturer code in the A record
@@ -34,7 +34,7 @@ struct IgcWriteOptions {
 // do not fit three digits are written as the nearest value that does; docs/igc.md has the limits.
 // Line ends and NULs inside texts become blanks, so that a pilot's name cannot forge a record.
 // Returns the length of text, or -1 when there are no points.
-int WriteIgc(std::span<const TrackPoint> points, const IgcHeaderTexts& header,
-             const IgcWriteOptions& options, std::string& text);
+int Write(std::span<const TrackPoint> points, const HeaderTexts& header,
+          const WriteOptions& options, std::string& text);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

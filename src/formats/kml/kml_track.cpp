@@ -8,7 +8,7 @@
 #include "formats/common/track_altitude.h"
 #include "formats/common/xml_text.h"
 
-namespace skyhaul {
+namespace skyhaul::kml {
 
 namespace {
 
@@ -89,7 +89,7 @@ void AppendPlacemark(std::string& xml, std::string_view name, const TrackPoint& 
 
 }  // namespace
 
-std::string WriteKmlTrack(std::span<const TrackPoint> points, const KmlTrackInfo& info) {
+std::string WriteTrack(std::span<const TrackPoint> points, const TrackInfo& info) {
   std::string xml(kHead);
   xml.reserve(xml.size() + (points.size() + 10) * kRoughPointLength);
   AppendXmlElement(xml, "name", info.name);
@@ -105,4 +105,4 @@ std::string WriteKmlTrack(std::span<const TrackPoint> points, const KmlTrackInfo
   return xml;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::kml

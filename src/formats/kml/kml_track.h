@@ -7,12 +7,12 @@
 
 #include "core/track_point.h"
 
-namespace skyhaul {
+namespace skyhaul::kml {
 
 inline constexpr size_t kNoFix = std::numeric_limits<size_t>::max();
 
 // What a KML file says about a track besides its fixes.
-struct KmlTrackInfo {
+struct TrackInfo {
   std::string name = {};         // of the document; UTF-8
   std::string description = {};  // left out when empty; UTF-8
   size_t take_off = kNoFix;      // indices of fixes; none beyond the track gets a placemark
@@ -25,6 +25,6 @@ struct KmlTrackInfo {
 // one that formats/common/track_altitude.h chooses, in metres with one decimal; positions have 7
 // decimals, 1 cm; times are UTC with milliseconds where a fix has some. The extra values are left
 // out. A track without points gives a document without placemarks.
-std::string WriteKmlTrack(std::span<const TrackPoint> points, const KmlTrackInfo& info);
+std::string WriteTrack(std::span<const TrackPoint> points, const TrackInfo& info);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::kml

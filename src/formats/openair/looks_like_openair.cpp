@@ -2,18 +2,18 @@
 #include "formats/openair/lines.h"
 #include "formats/openair/read_openair.h"
 
-namespace skyhaul {
+namespace skyhaul::openair {
 
-bool LooksLikeOpenAir(std::string_view text) {
+bool LooksLike(std::string_view text) {
   const std::string utf8 = ToUtf8(text);
   std::string_view rest = utf8;
   bool in_airspace = false;
-  openair::Line line;
-  while (openair::TakeLine(rest, line)) {
+  Line line;
+  while (TakeLine(rest, line)) {
     if (line.code == "AC") in_airspace = true;
-    if (in_airspace && openair::IsOutlineCode(line.code)) return true;
+    if (in_airspace && IsOutlineCode(line.code)) return true;
   }
   return false;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::openair

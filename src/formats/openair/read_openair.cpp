@@ -9,14 +9,9 @@
 #include "formats/openair/limits.h"
 #include "formats/openair/lines.h"
 
-namespace skyhaul {
+namespace skyhaul::openair {
 
 namespace {
-
-using openair::Line;
-using openair::SkipSeparator;
-using openair::TakeNumber;
-using openair::TakePosition;
 
 // Where the reader stands.
 struct Reading {
@@ -54,7 +49,7 @@ bool TakeRadius(std::string_view& rest, double& radius_m) {
   double radius_nm = 0;
   if (!TakeNumber(rest, radius_nm) || radius_nm <= 0 || radius_nm > kWidestNauticalMiles)
     return false;
-  radius_m = radius_nm * openair::kMetresPerNauticalMile;
+  radius_m = radius_nm * kMetresPerNauticalMile;
   return true;
 }
 
@@ -78,7 +73,7 @@ const char* ReadClass(Reading& reading, std::string_view argument) {
   if (reading.first_airspace_line == 0) reading.first_airspace_line = reading.line;
   reading.has_centre = false;
   reading.direction = kClockwise;
-  reading.file.airspaces.push_back({.airspace_class = openair::PlainText(argument)});
+  reading.file.airspaces.push_back({.airspace_class = PlainText(argument)});
   return nullptr;
 }
 
@@ -90,13 +85,13 @@ const char* ReadTerrain(Reading& reading, std::string_view) {
 const char* ReadName(Reading& reading, std::string_view argument) {
   std::string& name = Airspace(reading).name;
   const bool repeated = !name.empty();
-  name = openair::PlainText(argument);
+  name = PlainText(argument);
   return repeated ? "replaces the name before it" : nullptr;
 }
 
 const char* ReadLimit(AirspaceLimit& limit, std::string_view argument) {
   const bool repeated = !limit.text.empty();
-  if (openair::ParseLimit(argument, limit) != 0) return "altitude kept as text only";
+  if (ParseLimit(argument, limit) != 0) return "altitude kept as text only";
   return repeated ? "replaces the altitude before it" : nullptr;
 }
 
@@ -207,7 +202,7 @@ int RefuseFile(int line, const char* what, AirspaceFile& file, std::string& mess
 
 }  // namespace
 
-int ReadOpenAir(std::string_view text, AirspaceFile& file, std::string& message) {
+int Read(std::string_view text, AirspaceFile& file, std::string& message) {
   constexpr size_t kQuoted = 60;  // characters of a line in a note
   file = {};
   message.clear();
@@ -215,13 +210,13 @@ int ReadOpenAir(std::string_view text, AirspaceFile& file, std::string& message)
   Reading reading = {.file = file};
   std::string_view rest = utf8;
   Line line;
-  while (openair::TakeLine(rest, line)) {
+  while (TakeLine(rest, line)) {
     ++reading.line;
     if (line.content.empty()) continue;
     const char* wrong = ReadLine(reading, line);
     if (wrong == nullptr) continue;
     Note(reading, reading.line,
-         std::string(wrong) + ": " + openair::PlainText(FirstCharacters(line.content, kQuoted)));
+         std::string(wrong) + ": " + PlainText(FirstCharacters(line.content, kQuoted)));
   }
   LeaveAirspace(reading);
   if (reading.first_airspace_line == 0) {
@@ -233,4 +228,4 @@ int ReadOpenAir(std::string_view text, AirspaceFile& file, std::string& message)
   return static_cast<int>(file.airspaces.size());
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::openair

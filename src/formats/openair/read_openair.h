@@ -6,7 +6,7 @@
 
 #include "core/airspace.h"
 
-namespace skyhaul {
+namespace skyhaul::openair {
 
 // What a reader of an airspace file found. Notes name lines that were skipped and why.
 struct AirspaceFile {
@@ -32,9 +32,9 @@ struct AirspaceFile {
 // is left out. The remark stays empty and the number 0. TO and TC begin terrain, which is skipped
 // up to the next AC. Returns the number of airspaces, or -1 when there are none with a message that
 // names the line; then the file is empty.
-int ReadOpenAir(std::string_view text, AirspaceFile& file, std::string& message);
+int Read(std::string_view text, AirspaceFile& file, std::string& message);
 
 // Whether the text has an AC line and some outline after it.
-bool LooksLikeOpenAir(std::string_view text);
+bool LooksLike(std::string_view text);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::openair

@@ -6,13 +6,9 @@
 #include "formats/openair/fields.h"
 #include "formats/openair/limits.h"
 
-namespace skyhaul {
+namespace skyhaul::openair {
 
 namespace {
-
-using openair::AppendPosition;
-using openair::AppendScaled;
-using openair::kMetresPerNauticalMile;
 
 constexpr std::string_view kLineEnd = "\r\n";
 
@@ -84,15 +80,15 @@ void AppendSegment(std::string& text, Variables& variables, const AirspaceSegmen
 
 }  // namespace
 
-std::string WriteOpenAir(std::span<const CtrRecord> airspaces) {
+std::string Write(std::span<const CtrRecord> airspaces) {
   std::string text;
   for (const CtrRecord& airspace : airspaces) {
     if (!text.empty()) text += kLineEnd;
-    const std::string airspace_class = openair::PlainText(airspace.airspace_class);
+    const std::string airspace_class = PlainText(airspace.airspace_class);
     AppendLine(text, "AC", airspace_class.empty() ? "UNCLASSIFIED" : airspace_class);
-    AppendLine(text, "AN", openair::PlainText(airspace.name));
-    AppendLine(text, "AH", openair::LimitText(airspace.ceiling));
-    AppendLine(text, "AL", openair::LimitText(airspace.floor));
+    AppendLine(text, "AN", PlainText(airspace.name));
+    AppendLine(text, "AH", LimitText(airspace.ceiling));
+    AppendLine(text, "AL", LimitText(airspace.floor));
     Variables variables;
     for (const AirspaceSegment& segment : airspace.segments) {
       AppendSegment(text, variables, segment);
@@ -101,4 +97,4 @@ std::string WriteOpenAir(std::span<const CtrRecord> airspaces) {
   return text;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::openair

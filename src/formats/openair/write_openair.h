@@ -5,7 +5,7 @@
 
 #include "core/airspace.h"
 
-namespace skyhaul {
+namespace skyhaul::openair {
 
 // Writes airspaces as an OpenAir file, UTF-8 with CR LF line ends. What its reader gives back:
 //
@@ -21,6 +21,6 @@ namespace skyhaul {
 //   remark, number        lost
 //   selected              lost: reads as true
 //   without an outline    the airspace is lost: readers leave it out
-std::string WriteOpenAir(std::span<const CtrRecord> airspaces);
+std::string Write(std::span<const CtrRecord> airspaces);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::openair

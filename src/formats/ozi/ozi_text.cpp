@@ -10,7 +10,7 @@
 #include "core/text/utf8.h"
 #include "core/time_scale.h"
 
-namespace skyhaul {
+namespace skyhaul::ozi {
 
 namespace {
 
@@ -26,7 +26,7 @@ bool HasLetterAt(std::string_view text, size_t place) {
 
 }  // namespace
 
-std::string TextFromOzi(std::string_view field) {
+std::string TextFromField(std::string_view field) {
   std::string text;
   const std::string line = OneLine(field);
   const std::string_view rest = line;
@@ -41,7 +41,7 @@ std::string TextFromOzi(std::string_view field) {
   return text;
 }
 
-std::string TextToOzi(std::string_view text, size_t count) {
+std::string TextToField(std::string_view text, size_t count) {
   const std::string bytes = ToWindows1252(FirstCharacters(OneLine(text), count));
   std::string field;
   for (size_t i = 0; i < bytes.size(); ++i) {
@@ -68,4 +68,4 @@ void AppendSpreadsheetDay(std::string& text, uint32_t time, uint32_t millisecond
   AppendFixed(text, day + kHalfADecimal, 7);
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::ozi

@@ -10,7 +10,7 @@
 #include "formats/common/track_altitude.h"
 #include "formats/ozi/ozi_text.h"
 
-namespace skyhaul {
+namespace skyhaul::ozi {
 
 namespace {
 
@@ -51,16 +51,16 @@ void AppendPoint(std::string& text, const TrackPoint& point, AltitudeSource sour
 
 }  // namespace
 
-std::string WriteOziTrack(std::span<const TrackPoint> points, std::string_view description) {
+std::string WriteTrack(std::span<const TrackPoint> points, std::string_view description) {
   std::string text =
       "OziExplorer Track Point File Version 2.1\r\nWGS 84\r\nAltitude is in Feet\r\nReserved 3\r\n";
   text.reserve(text.size() + points.size() * kRoughLineLength);
   // A red line, two pixels wide, no point left out.
-  text += "0,2,255," + TextToOzi(description, std::numeric_limits<size_t>::max()) +
+  text += "0,2,255," + TextToField(description, std::numeric_limits<size_t>::max()) +
           ",0,0,2,8421376\r\n" + std::to_string(points.size()) + "\r\n";
   const AltitudeSource source = ChooseAltitude(points);
   for (const TrackPoint& point : points) AppendPoint(text, point, source);
   return text;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::ozi

@@ -9,11 +9,12 @@
 #include "core/text/numbers.h"
 #include "core/text/printable.h"
 #include "core/text/scan.h"
+#include "core/units.h"
 #include "formats/common/messages.h"
 #include "formats/common/position.h"
 #include "formats/ozi/ozi_text.h"
 
-namespace skyhaul {
+namespace skyhaul::ozi {
 
 namespace {
 
@@ -69,6 +70,7 @@ std::optional<double> ReadOptional(std::string_view field, double missing) {
   return text.empty() ? missing : ReadDecimal(text);
 }
 
+// "-1,FIESCH,46.12345000,7.12345000,45413.5242593,0,1,3,0,65535,Take-off,0,0,0,7694,6,0,17"
 void ReadWaypoint(std::string_view line, int line_number, WaypointFile& file) {
   const Fields fields = TakeFields(line);
   FileWaypoint waypoint;
@@ -76,28 +78,28 @@ void ReadWaypoint(std::string_view line, int line_number, WaypointFile& file) {
     file.notes.push_back(LineNote(line_number, "no position that can be read, skipped"));
     return;
   }
-  const auto altitude_ft = ReadOptional(fields[kAltitude], kOziUnknownAltitude_ft);
+  const auto altitude_ft = ReadOptional(fields[kAltitude], kUnknownAltitude_ft);
   if (!altitude_ft) file.notes.push_back(LineNote(line_number, "altitude cannot be read"));
-  if (altitude_ft && *altitude_ft != kOziUnknownAltitude_ft) {
+  if (altitude_ft && *altitude_ft != kUnknownAltitude_ft) {
     waypoint.altitude_m = *altitude_ft * kMetresPerFoot;
   }
   const std::optional<double> day = ReadOptional(fields[kDay], 0);
   if (!day) file.notes.push_back(LineNote(line_number, "time cannot be read"));
   waypoint.time = TimeFromSpreadsheetDay(day.value_or(0));
-  waypoint.name = TextFromOzi(fields[kName]);
-  waypoint.description = TextFromOzi(fields[kDescription]);
+  waypoint.name = TextFromField(fields[kName]);
+  waypoint.description = TextFromField(fields[kDescription]);
   file.waypoints.push_back(std::move(waypoint));
 }
 
 }  // namespace
 
-bool LooksLikeOziWaypoints(std::string_view text) {
+bool LooksLikeWaypoints(std::string_view text) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   return text.substr(std::min(text.find_first_not_of(" \t"), text.size())).starts_with(kFirstLine);
 }
 
-int ReadOziWaypoints(std::string_view text, WaypointFile& file, std::string& message) {
+int ReadWaypoints(std::string_view text, WaypointFile& file, std::string& message) {
   file = {};
   const std::string utf8 = ToUtf8(text);
   std::string_view rest = utf8;
@@ -119,4 +121,4 @@ int ReadOziWaypoints(std::string_view text, WaypointFile& file, std::string& mes
   return static_cast<int>(file.waypoints.size());
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::ozi

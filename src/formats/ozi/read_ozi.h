@@ -5,7 +5,7 @@
 
 #include "formats/waypoints/waypoint_list.h"
 
-namespace skyhaul {
+namespace skyhaul::ozi {
 
 // OziExplorer waypoint files, .wpt: four header lines (kind and version, datum, reserved, symbol
 // set) and one line per waypoint, its fields separated by commas. Used are
@@ -23,12 +23,12 @@ namespace skyhaul {
 // Characters that Windows-1252 lacks become plain ASCII letters.
 
 // Whether the text begins as an OziExplorer waypoint file does.
-bool LooksLikeOziWaypoints(std::string_view text);
+bool LooksLikeWaypoints(std::string_view text);
 
 // Reads an OziExplorer waypoint file, UTF-8 or Windows-1252, on the datum WGS 84. Lines without a
 // readable position are skipped with a note; an altitude or a day that cannot be read counts as not
 // known, with a note. Returns the number of waypoints, or -1 with a message and an empty file: the
 // wrong kind, another datum, or no readable line among the waypoint lines.
-int ReadOziWaypoints(std::string_view text, WaypointFile& file, std::string& message);
+int ReadWaypoints(std::string_view text, WaypointFile& file, std::string& message);
 
-}  // namespace skyhaul
+}  // namespace skyhaul::ozi

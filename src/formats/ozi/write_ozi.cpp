@@ -8,7 +8,7 @@
 #include "formats/common/position.h"
 #include "formats/ozi/ozi_text.h"
 
-namespace skyhaul {
+namespace skyhaul::ozi {
 
 namespace {
 
@@ -19,12 +19,12 @@ constexpr int kPositionDecimals = 8;  // a semicircle is 8.4e-8 degrees
 // Whole feet; a place at the altitude that stands for "not known" is written one foot higher.
 void AppendAltitude(std::string& text, double altitude_m) {
   const double altitude_ft = std::round(altitude_m / kMetresPerFoot);
-  AppendFixed(text, altitude_ft == kOziUnknownAltitude_ft ? altitude_ft + 1 : altitude_ft, 0);
+  AppendFixed(text, altitude_ft == kUnknownAltitude_ft ? altitude_ft + 1 : altitude_ft, 0);
 }
 
 void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   text += "-1,";  // no place in a receiver's memory
-  text += TextToOzi(waypoint.name, kAnyLength);
+  text += TextToField(waypoint.name, kAnyLength);
   text += ',';
   AppendFixed(text, SemicirclesToDegrees(waypoint.lat), kPositionDecimals);
   text += ',';
@@ -33,7 +33,7 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   if (waypoint.time != 0) AppendSpreadsheetDay(text, waypoint.time, 0);
   // Symbol 0, status 1, shown as name with dot, black on yellow.
   text += ",0,1,3,0,65535,";
-  text += TextToOzi(waypoint.description, kDescriptionLength);
+  text += TextToField(waypoint.description, kDescriptionLength);
   text += ",0,0,0,";  // pointer direction, receiver's display format, proximity distance
   AppendAltitude(text, waypoint.altitude_m);
   text += ",6,0,17\r\n";  // font size and style, symbol size
@@ -41,11 +41,11 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
 
 }  // namespace
 
-std::string WriteOziWaypoints(std::span<const FileWaypoint> waypoints) {
+std::string WriteWaypoints(std::span<const FileWaypoint> waypoints) {
   std::string text =
       "OziExplorer Waypoint File Version 1.1\r\nWGS 84\r\nReserved 2\r\nReserved 3\r\n";
   for (const FileWaypoint& waypoint : waypoints) AppendWaypoint(text, waypoint);
   return text;
 }
 
-}  // namespace skyhaul
+}  // namespace skyhaul::ozi

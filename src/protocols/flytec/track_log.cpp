@@ -29,7 +29,7 @@ int Fail(const Job& job, const std::string& text) {
 }
 
 // Told of the first position and of every hundredth after it.
-void TellPosition(const Job& job, const IgcDecoder& decoder, uint32_t duration_s) {
+void TellPosition(const Job& job, const igc::Decoder& decoder, uint32_t duration_s) {
   const auto count = static_cast<uint32_t>(decoder.points.size());
   if (count % kFixesPerProgress != 1) return;
   if (count == 1) ShowStatus(job.operation, "Receiving track log");
@@ -75,7 +75,7 @@ int DownloadTrack(Job& job, const std::string& request, uint32_t index, uint32_t
   TrackReceiver receiver;
   const int received = ReceiveTrack(job, receiver, duration_s);
   if (received != 0) return received;
-  IgcDecoder& decoder = receiver.decoder;
+  igc::Decoder& decoder = receiver.decoder;
   if (decoder.points.empty()) return Fail(job, "0 points received");
   if (decoder.g_records == 0) ShowMessage(job.operation, "No G-records found", kTitle);
   job.data.flights.push_back({.points = std::move(decoder.points),

@@ -12,7 +12,7 @@ constexpr size_t kLongestLine = 81;
 
 TrackFault DecodeLine(TrackReceiver& receiver) {
   if (receiver.line.empty()) return TrackFault::kNone;
-  const int result = DecodeInstrumentIgcLine(receiver.decoder, receiver.line);
+  const int result = igc::DecodeLine(receiver.decoder, receiver.line);
   receiver.line.clear();
   if (receiver.decoder.points.size() > receiver.most_positions) return TrackFault::kPositionMemory;
   if (result >= 0) return TrackFault::kNone;

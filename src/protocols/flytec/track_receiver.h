@@ -26,7 +26,7 @@ struct TrackReceiver {
   size_t most_positions = 2'000'000;
 
   std::string text;
-  IgcDecoder decoder;
+  igc::Decoder decoder;
   int detail = 0;
 
   std::string line;  // the line being received

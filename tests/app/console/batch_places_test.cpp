@@ -74,7 +74,7 @@ TEST_F(BatchPlacesTest, WaypointsGoUpAndComeDownAgain) {
   EXPECT_EQ(bench.told, Texts{"me: Done=1\n" + folder.File("b.wpt")});
   WaypointFile file;
   std::string message;
-  ASSERT_EQ(ReadFormatGeo(ReadText(folder.File("b.wpt")), file, message), 2) << message;
+  ASSERT_EQ(formatgeo::ReadGeo(ReadText(folder.File("b.wpt")), file, message), 2) << message;
   EXPECT_EQ(file.waypoints[0].description, "Urthaler Hof");
   EXPECT_NEAR(file.waypoints[0].altitude_m, 620, 0.5);
   EXPECT_NEAR(file.waypoints[1].lat * 180.0 / 2147483648.0, -(6 + 13.0 / 60), 1e-5);

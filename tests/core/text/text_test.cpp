@@ -219,6 +219,26 @@ TEST(ReadIsoTime, RefusesWhatIsNoTime) {
   for (const char* text : cases) EXPECT_EQ(ReadIsoTime(text), 0U) << text;
 }
 
+TEST(PrintableText, MasksControlsInEitherCharacterSet) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"S\xc4\x81rnate", "S\xc4\x81rnate"},             // UTF-8 stays
+      {"\xf0\x9f\xaa\x82", "\xf0\x9f\xaa\x82"},         // with four bytes, too
+      {"J\xf6rg", "J\xc3\xb6rg"},                       // ISO 8859-1
+      {"\xc4\x81\xf6", "\xc3\x84?\xc3\xb6"},            // not UTF-8 throughout
+      {"\xc0\xaf", "\xc3\x80\xc2\xaf"},                 // overlong
+      {"\xed\xa0\x80", "\xc3\xad\xc2\xa0?"},            // surrogate
+      {"\xf4\x90\x80\x80", "\xc3\xb4???"},              // past the last character
+      {"\xe2\x82", "\xc3\xa2?"},                        // cut off
+      {std::string("a\x1b[2J\x7f\0z", 8), "a?[2J??z"},  // controls
+      {"\xc2\x9b"
+       "31m",
+       "?31m"},  // a control in UTF-8
+  };
+  for (const auto& [bytes, text] : cases) {
+    EXPECT_EQ(PrintableText(bytes), text) << text;
+  }
+}
+
 TEST(OneLine, HasNoControlCharacters) {
   EXPECT_EQ(OneLine("\r\n a\tb\nc\x7F "), "a b c");
   EXPECT_EQ(OneLine("\n\t"), "");

@@ -8,7 +8,7 @@
 #include "tests/formats/read_text.h"
 #include "tests/formats/sample_waypoints.h"
 
-namespace skyhaul {
+namespace skyhaul::cup {
 namespace {
 
 TEST(TakeQuotedRecord, SplitsFields) {
@@ -54,9 +54,9 @@ using testing::ElementsAre;
 constexpr std::string_view kHeading =
     "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\r\n";
 
-TEST(ReadCup, ReadsAWaypoint) {
+TEST(CupRead, ReadsAWaypoint) {
   const WaypointFile file = ReadGood(
-      ReadCup,
+      Read,
       "name,code,country,lat,lon,elev,style,rwdir,rwlen,rwwidth,freq,desc,userdata,pics\r\n"
       "\"Lesce-Bled\",\"LJBL\",SI,4621.666N,01410.332E,504.0m,5,130,1130m,30m,123.500,"
       "\"Home, \"\"the\"\" field\",,\r\n");
@@ -72,22 +72,26 @@ TEST(ReadCup, ReadsAWaypoint) {
   EXPECT_THAT(file.notes, ElementsAre());
 }
 
-TEST(ReadCup, ChoosesNameAndDescription) {
-  const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
-      {"A01,A01", "A01", ""}, {"A01,", "A01", ""},      {"Start hill,A01", "A01", "Start hill"},
-      {",A01", "A01", ""},    {"Z\xFCrs,", "Zürs", ""},
+TEST(CupRead, ChoosesNameAndDescription) {
+  const struct {
+    std::string_view name_and_code, name, description, comment;
+  } cases[] = {
+      {"Start hill,A01", "A01", "Start hill", "remark"},
+      {"A01,A01", "A01", "remark", ""},
+      {"Z\xFCrs,", "Zürs", "remark", ""},
+      {",A01", "A01", "remark", ""},
   };
-  for (const auto& [name_and_code, name, description] : cases) {
-    const WaypointFile file = ReadGood(ReadCup, std::string(kHeading) + std::string(name_and_code) +
-                                                    ",,0000.000N,00000.000E,,1,,,,remark\n");
+  for (const auto& [name_and_code, name, description, comment] : cases) {
+    const WaypointFile file = ReadGood(Read, std::string(kHeading) + std::string(name_and_code) +
+                                                 ",,0000.000N,00000.000E,,1,,,,remark\n");
     ASSERT_EQ(file.waypoints.size(), 1U);
     EXPECT_EQ(file.waypoints[0].name, name);
     EXPECT_EQ(file.waypoints[0].description, description);
-    EXPECT_EQ(file.waypoints[0].comment, "remark");
+    EXPECT_EQ(file.waypoints[0].comment, comment);
   }
 }
 
-TEST(ReadCup, ReadsPositionsElevationsAndStyles) {
+TEST(CupRead, ReadsPositionsElevationsAndStyles) {
   const struct {
     std::string_view fields;
     double lat_deg, lon_deg, altitude_m;
@@ -102,7 +106,7 @@ TEST(ReadCup, ReadsPositionsElevationsAndStyles) {
   };
   for (const auto& test : cases) {
     const WaypointFile file =
-        ReadGood(ReadCup, std::string(kHeading) + "P,,," + std::string(test.fields) + "\n");
+        ReadGood(Read, std::string(kHeading) + "P,,," + std::string(test.fields) + "\n");
     ASSERT_EQ(file.waypoints.size(), 1U) << test.fields;
     EXPECT_NEAR(SemicirclesToDegrees(file.waypoints[0].lat), test.lat_deg, 1e-7) << test.fields;
     EXPECT_NEAR(SemicirclesToDegrees(file.waypoints[0].lon), test.lon_deg, 1e-7) << test.fields;
@@ -111,9 +115,9 @@ TEST(ReadCup, ReadsPositionsElevationsAndStyles) {
   }
 }
 
-TEST(ReadCup, SkipsBrokenLinesWithANote) {
+TEST(CupRead, SkipsBrokenLinesWithANote) {
   const WaypointFile file =
-      ReadGood(ReadCup,
+      ReadGood(Read,
                "\xEF\xBB\xBFTitle,Code,Country,Latitude,Longitude,Elevation,Style,Direction,Length,"
                "Frequency,Description\n"
                "good,,,4530.000N,00730.000E,0m,1\n"
@@ -145,16 +149,16 @@ TEST(ReadCup, SkipsBrokenLinesWithANote) {
                                       "Line 13: the elevation cannot be read and is taken for 0"));
 }
 
-TEST(ReadCup, ReadsAFileWithoutHeadingAndAnEmptyOne) {
+TEST(CupRead, ReadsAFileWithoutHeadingAndAnEmptyOne) {
   const std::string_view line = "\"A\",,CH,4530.000N,00730.000E,9m,1,,,,\"remark\"\n";
-  EXPECT_TRUE(LooksLikeCup(line));
-  const WaypointFile file = ReadGood(ReadCup, line);
+  EXPECT_TRUE(LooksLike(line));
+  const WaypointFile file = ReadGood(Read, line);
   ASSERT_EQ(file.waypoints.size(), 1U);
-  EXPECT_EQ(file.waypoints[0].comment, "remark");
-  EXPECT_EQ(ReadGood(ReadCup, kHeading).waypoints.size(), 0U);
+  EXPECT_EQ(file.waypoints[0].description, "remark");
+  EXPECT_EQ(ReadGood(Read, kHeading).waypoints.size(), 0U);
 }
 
-TEST(ReadCup, RefusesOtherFiles) {
+TEST(CupRead, RefusesOtherFiles) {
   const std::tuple<std::string, std::string_view, bool> cases[] = {
       {"", "Format error on line 1: not the heading of a SeeYou CUP file", false},
       {"\n\n$FormatGEO\n", "Format error on line 3: not the heading of a SeeYou CUP file", false},
@@ -163,12 +167,12 @@ TEST(ReadCup, RefusesOtherFiles) {
        true},
   };
   for (const auto& [text, message, looks_like_cup] : cases) {
-    EXPECT_EQ(ReadBad(ReadCup, text), message);
-    EXPECT_EQ(LooksLikeCup(text), looks_like_cup);
+    EXPECT_EQ(ReadBad(Read, text), message);
+    EXPECT_EQ(LooksLike(text), looks_like_cup);
   }
 }
 
-TEST(WriteCup, WritesTheUsualLines) {
+TEST(CupWrite, WritesTheUsualLines) {
   const FileWaypoint waypoints[] = {
       {.lat = 1 << 29, .lon = -(1 << 29), .altitude_m = 12.34, .name = "A01"},
       {.lat = -1,
@@ -179,14 +183,14 @@ TEST(WriteCup, WritesTheUsualLines) {
        .comment = "a \"remark\"",
        .type = kWaypointAirfield},
   };
-  EXPECT_EQ(WriteCup(waypoints),
+  EXPECT_EQ(Write(waypoints),
             "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\r\n"
             "\"A01\",\"A01\",,4500.000N,04500.000W,12.3m,1,,,,\"\"\r\n"
             "\"The \"\"field\"\",  old\",\"LJBL\",,0000.000S,00006.000E,-1.0m,5,,,,"
             "\"a \"\"remark\"\"\"\r\n");
 }
 
-TEST(WriteCup, ComesBackWithinItsResolution) {
+TEST(CupWrite, ComesBackWithinItsResolution) {
   const std::vector<FileWaypoint> waypoints = {
       {.lat = 551549341, .lon = 88654321, .altitude_m = 1234.56, .name = "A01"},
       {.lat = -(1 << 30),
@@ -197,14 +201,15 @@ TEST(WriteCup, ComesBackWithinItsResolution) {
       {.lat = 1 << 30,
        .lon = INT32_MAX,
        .name = "same",
+       .description = "another",
        .comment = "remark",
        .type = kWaypointAirfield},
       {.lat = -77, .lon = -99, .name = "12", .description = "4500.000N,00700.000E"},
   };
   constexpr double kHalfMilliminute = 99.5;  // in semicircles
-  ExpectSameWaypoints(ReadGood(ReadCup, WriteCup(waypoints)).waypoints, waypoints,
+  ExpectSameWaypoints(ReadGood(Read, Write(waypoints)).waypoints, waypoints,
                       {.altitude_m = 0.0501, .semicircles = kHalfMilliminute});
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::cup

@@ -8,7 +8,7 @@
 #include "formats/formatgeo/write_formatgeo.h"
 #include "tests/formats/read_text.h"
 
-namespace skyhaul {
+namespace skyhaul::formatgeo {
 namespace {
 
 using testing::ElementsAre;
@@ -21,7 +21,7 @@ struct Expected {
   std::string_view name, description;
 };
 
-void ExpectRead(decltype(ReadFormatGeo)& read, const std::string& heading, const Expected& expected,
+void ExpectRead(decltype(ReadGeo)& read, const std::string& heading, const Expected& expected,
                 double tolerance_deg) {
   SCOPED_TRACE(expected.line);
   const WaypointFile file = ReadGood(read, heading + "\r\n" + std::string(expected.line) + "\r\n");
@@ -34,7 +34,7 @@ void ExpectRead(decltype(ReadFormatGeo)& read, const std::string& heading, const
   EXPECT_EQ(waypoint.description, expected.description);
 }
 
-TEST(ReadFormatGeo, ReadsLinesOfAllShapes) {
+TEST(FormatGeoReadGeo, ReadsLinesOfAllShapes) {
   const Expected cases[] = {
       {"B07001    N 46 12 34.56    E 007 08 09.12  1234  Cabane du Mont", 46.2096, 7.1358667, 1234,
        "B07001", "Cabane du Mont"},
@@ -49,10 +49,10 @@ TEST(ReadFormatGeo, ReadsLinesOfAllShapes) {
       {"Z\xFCrs N 45 00 00 E 006 00 00 7 \xC9t\xE9", 45, 6, 7, "Zürs", "Été"},
       {"E 7 N 45 00 00 E 006 00 00 7 N 1 E 2 3", 45, 6, 7, "E 7", "N 1 E 2 3"},
   };
-  for (const Expected& expected : cases) ExpectRead(ReadFormatGeo, "$FormatGEO", expected, 1e-7);
+  for (const Expected& expected : cases) ExpectRead(ReadGeo, "$FormatGEO", expected, 1e-7);
 }
 
-TEST(ReadFormatUtm, ReadsLinesOfAllShapes) {
+TEST(FormatGeoReadUtm, ReadsLinesOfAllShapes) {
   // Places from lists in both forms, half a metre apart.
   const Expected cases[] = {
       {"Aconcagu 19H   0405124   6386692   6962  Aconcagua", -32.6533333, -70.0116667, 6962,
@@ -60,11 +60,11 @@ TEST(ReadFormatUtm, ReadsLinesOfAllShapes) {
       {"A\t37 U 413390 6179582", 55.7541667, 37.62, 0, "A", ""},
       {"Sydney O 56h   0334898   6252272      5", -33.8569444, 151.2152667, 5, "Sydney O", ""},
   };
-  for (const Expected& expected : cases) ExpectRead(ReadFormatUtm, "$formatutm ", expected, 1e-5);
+  for (const Expected& expected : cases) ExpectRead(ReadUtm, "$formatutm ", expected, 1e-5);
 }
 
-TEST(ReadFormatGeo, SkipsBrokenLinesWithANote) {
-  const WaypointFile file = ReadGood(ReadFormatGeo,
+TEST(FormatGeoReadGeo, SkipsBrokenLinesWithANote) {
+  const WaypointFile file = ReadGood(ReadGeo,
                                      "\n$FormatGEO\n"
                                      "A N 46 12 34.56 E 007 08 09.12 1 a\n"
                                      "\n"
@@ -84,7 +84,7 @@ TEST(ReadFormatGeo, SkipsBrokenLinesWithANote) {
                                       "Line 10: the altitude cannot be read; skipped"));
 }
 
-TEST(ReadFormatGeo, RefusesOtherFiles) {
+TEST(FormatGeoReadGeo, RefusesOtherFiles) {
   const struct {
     std::string_view text;
     bool geo, utm;
@@ -98,9 +98,9 @@ TEST(ReadFormatGeo, RefusesOtherFiles) {
        "Format error on line 2: there is no position on it"},
   };
   for (const auto& test : cases) {
-    EXPECT_EQ(ReadBad(ReadFormatGeo, test.text), test.message);
-    EXPECT_EQ(LooksLikeFormatGeo(test.text), test.geo) << test.text;
-    EXPECT_EQ(LooksLikeFormatUtm(test.text), test.utm) << test.text;
+    EXPECT_EQ(ReadBad(ReadGeo, test.text), test.message);
+    EXPECT_EQ(LooksLikeGeo(test.text), test.geo) << test.text;
+    EXPECT_EQ(LooksLikeUtm(test.text), test.utm) << test.text;
   }
 }
 
@@ -109,43 +109,44 @@ FileWaypoint At(double lat_deg, double lon_deg) {
   return {.lat = position.lat, .lon = position.lon};
 }
 
-TEST(WriteFormatGeo, KeepsItsColumns) {
+TEST(FormatGeoWriteGeo, KeepsItsColumns) {
   FileWaypoint bridge = At(37.8175, -122.4783333);
   bridge.altitude_m = 227.4;
   bridge.name = "Golden G";
   bridge.description = "Golden\nGate";
   FileWaypoint pass = At(46.2096, -7.99999999);  // rounds to 8 whole degrees
   pass.altitude_m = -3;
-  pass.name = "Süd";
-  const FileWaypoint waypoints[] = {bridge, pass};
-  EXPECT_EQ(WriteFormatGeo(waypoints),
+  pass.name = "Süd \"4\"";
+  pass.description = "Zürich's \"best\"";
+  const FileWaypoint waypoints[] = {bridge, pass, {}};
+  EXPECT_EQ(WriteGeo(waypoints),
             "$FormatGEO\r\n"
-            "Golden G  N 37 49 03.00    W 122 28 42.00   227  Golden Gate\r\n"
-            "Süd       N 46 12 34.56    W 008 00 00.00    -3\r\n");
-  EXPECT_EQ(WriteFormatUtm({&bridge, 1}),
+            "Golden_G  N 37 49 03.00    W 122 28 42.00   227  Golden Gate\r\n"
+            "Sud_4     N 46 12 34.56    W 008 00 00.00    -3  Zurich's \"best\"\r\n"
+            "_         N 00 00 00.00    E 000 00 00.00     0\r\n");
+  EXPECT_EQ(WriteUtm({&bridge, 1}),
             "$FormatUTM\r\n"
-            "Golden G 10S   0545914   4185695    227  Golden Gate\r\n");
+            "Golden_G 10S   0545914   4185695    227  Golden Gate\r\n");
 }
 
-TEST(WriteFormatGeo, ComesBackWithinItsResolution) {
+TEST(FormatGeoWriteGeo, ComesBackWithinItsResolution) {
   std::vector<FileWaypoint> waypoints;
   for (int row = -12; row <= 12; ++row) {
     for (int column = -16; column <= 16; ++column) {
       waypoints.push_back(At(row * 7.5, column * 11.1111));
       waypoints.back().altitude_m = row * 75;
-      waypoints.back().name = "Point " + std::to_string(waypoints.size());
+      waypoints.back().name = "N" + std::to_string(waypoints.size());
       waypoints.back().description = std::to_string(waypoints.size()) + " m";
     }
   }
-  waypoints.push_back({.lat = 5, .lon = INT32_MAX, .name = "Ж"});
+  waypoints.push_back({.lat = 5, .lon = INT32_MAX, .name = "?"});
   const struct {
-    decltype(WriteFormatGeo)& write;
-    decltype(ReadFormatGeo)& read;
+    decltype(WriteGeo)& write;
+    decltype(ReadGeo)& read;
     double tolerance_m;
   } forms[] = {
-      {WriteFormatGeo, ReadFormatGeo, 0.161},
-      {WriteFormatUtm, ReadFormatUtm,
-       0.72},  // half a metre each way of a grid that is turned against north
+      {WriteGeo, ReadGeo, 0.161},
+      {WriteUtm, ReadUtm, 0.72},  // half a metre each way of a grid that is turned against north
   };
   for (const auto& form : forms) {
     const WaypointFile file = ReadGood(form.read, form.write(waypoints));
@@ -170,4 +171,4 @@ TEST(WriteFormatGeo, ComesBackWithinItsResolution) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::formatgeo

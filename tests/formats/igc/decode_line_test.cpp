@@ -5,57 +5,56 @@
 #include "core/time_scale.h"
 #include "core/units.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 namespace {
 
 std::string Fix(const std::string& hhmmss) {
   return std::string("B").append(hhmmss).append("4707500N01130001EA0012300456");
 }
 
-TEST(DecodeInstrumentIgcLine, AcceptsAndRefusesLines) {
+TEST(IgcDecodeLine, AcceptsAndRefusesLines) {
   const std::pair<int, std::vector<const char*>> cases[] = {
       {0, {"", "LXSHwhatever", "G1234", "AXSH000", "AXSH free", "HFPLTPILOT:x", "HFDTE140526"}},
       {0, {"HFDTE140526rest", "HFDTEDATE:140526,01"}},
-      {-kIgcBadARecord, {"AXSH", "AXSH00"}},
-      {-kIgcBadManufacturer, {"AX H000"}},
-      {-kIgcBadSerial, {"AXSH0 0"}},
-      {-kIgcBadDate,
-       {"HFDTE14052", "HFDTEDATE:14052", "HFDTE000526", "HFDTE141326", "HFDTE1a0526"}},
+      {-kBadARecord, {"AXSH", "AXSH00"}},
+      {-kBadManufacturer, {"AX H000"}},
+      {-kBadSerial, {"AXSH0 0"}},
+      {-kBadDate, {"HFDTE14052", "HFDTEDATE:14052", "HFDTE000526", "HFDTE141326", "HFDTE1a0526"}},
       {1, {"B1200004799999N01199999WV-0012-0456extension", "B2359598999999S17999999EA9999999999"}},
-      {-kIgcShortBRecord, {"B1200004707500N01130001EA001230045"}},
-      {-kIgcBadTimeOfDay,
+      {-kShortBRecord, {"B1200004707500N01130001EA001230045"}},
+      {-kBadTimeOfDay,
        {"B2400004707500N01130001EA0012300456", "B1260004707500N01130001EA0012300456",
         "B1200604707500N01130001EA0012300456", "B12000x4707500N01130001EA0012300456"}},
-      {-kIgcBadLatitude,
+      {-kBadLatitude,
        {"B1200009000000N01130001EA0012300456", "B12000047075 0N01130001EA0012300456",
         "B1200004707500X01130001EA0012300456", "B1200004707500n01130001EA0012300456"}},
-      {-kIgcBadLongitude,
+      {-kBadLongitude,
        {"B1200004707500N18000000EA0012300456", "B1200004707500N0113000-EA0012300456",
         "B1200004707500N01130001SA0012300456", "B1200004707500N-1130001EA0012300456"}},
-      {-kIgcBadPressureAltitude,
+      {-kBadPressureAltitude,
        {"B1200004707500N01130001EA--12300456", "B1200004707500N01130001EA+012300456"}},
-      {-kIgcBadGpsAltitude,
+      {-kBadGpsAltitude,
        {"B1200004707500N01130001EA001230045x", "B1200004707500N01130001EA00123004-6"}},
   };
   for (const auto& [result, lines] : cases) {
     for (const char* line : lines) {
-      IgcDecoder decoder;
-      ASSERT_EQ(DecodeInstrumentIgcLine(decoder, "HFDTE010126"), 0);
-      EXPECT_EQ(DecodeInstrumentIgcLine(decoder, line), result) << line;
+      Decoder decoder;
+      ASSERT_EQ(DecodeLine(decoder, "HFDTE010126"), 0);
+      EXPECT_EQ(DecodeLine(decoder, line), result) << line;
       EXPECT_EQ(decoder.points.size(), result == 1 ? 1U : 0U) << line;
     }
   }
 }
 
-TEST(DecodeInstrumentIgcLine, ReadsEveryField) {
-  IgcDecoder decoder;
-  EXPECT_EQ(DecodeInstrumentIgcLine(decoder, Fix("120000")), -kIgcNoDate);
-  DecodeInstrumentIgcLine(decoder, "AABC12xFLIGHT:1");
-  DecodeInstrumentIgcLine(decoder, "HFDTE140526");
+TEST(IgcDecodeLine, ReadsEveryField) {
+  Decoder decoder;
+  EXPECT_EQ(DecodeLine(decoder, Fix("120000")), -kNoDate);
+  DecodeLine(decoder, "AABC12xFLIGHT:1");
+  DecodeLine(decoder, "HFDTE140526");
   // Minutes are not held below 60: 47 degrees and 61.5 minutes are 48 degrees and 1.5 minutes.
-  ASSERT_EQ(DecodeInstrumentIgcLine(decoder, "B0102034761500S01130999WA-0012-0456"), 1);
-  DecodeInstrumentIgcLine(decoder, "G1");
-  DecodeInstrumentIgcLine(decoder, "G2");
+  ASSERT_EQ(DecodeLine(decoder, "B0102034761500S01130999WA-0012-0456"), 1);
+  DecodeLine(decoder, "G1");
+  DecodeLine(decoder, "G2");
   EXPECT_EQ(decoder.manufacturer, "ABC");
   EXPECT_EQ(decoder.serial, "12x");
   EXPECT_EQ(decoder.g_records, 2U);
@@ -69,23 +68,22 @@ TEST(DecodeInstrumentIgcLine, ReadsEveryField) {
   EXPECT_EQ(point.pressure_alt, -12);
   EXPECT_EQ(point.gps_alt_dm, -4560);
 
-  DecodeInstrumentIgcLine(decoder, "AXYZ anything");
+  DecodeLine(decoder, "AXYZ anything");
   EXPECT_EQ(decoder.serial, "000");
 }
 
-TEST(DecodeInstrumentIgcLine, LinesUpTimes) {
-  IgcDecoder decoder;
-  DecodeInstrumentIgcLine(decoder, "HFDTE150526");
-  DecodeInstrumentIgcLine(decoder, "HFDTE140526");
+TEST(IgcDecodeLine, LinesUpTimes) {
+  Decoder decoder;
+  DecodeLine(decoder, "HFDTE150526");
+  DecodeLine(decoder, "HFDTE140526");
   // Repeated seconds stay; a refused line between does not count as the previous fix.
   for (const char* hhmmss : {"100000", "100000", "090001", "24", "080001", "235959"}) {
-    DecodeInstrumentIgcLine(decoder, Fix(hhmmss));
+    DecodeLine(decoder, Fix(hhmmss));
   }
-  EXPECT_EQ(DecodeInstrumentIgcLine(decoder, "B0000009100000N01130001EA0012300456"),
-            -kIgcBadLatitude);
+  EXPECT_EQ(DecodeLine(decoder, "B0000009100000N01130001EA0012300456"), -kBadLatitude);
   // The instrument repeats the date after midnight, which is one midnight all the same.
-  DecodeInstrumentIgcLine(decoder, "HFDTE160526");
-  DecodeInstrumentIgcLine(decoder, Fix("000000"));
+  DecodeLine(decoder, "HFDTE160526");
+  DecodeLine(decoder, Fix("000000"));
   const uint32_t midnight = TimeFromCalendar({.year = 2026, .month = 5, .day = 14});
   const std::vector<uint32_t> expected = {36000,         36000,         32401,
                                           86400 + 28801, 86400 + 86399, 2 * 86400};
@@ -96,16 +94,16 @@ TEST(DecodeInstrumentIgcLine, LinesUpTimes) {
   }
 }
 
-TEST(DecodeInstrumentIgcLine, StopsAtTheEndOfTheTimeScale) {
-  IgcDecoder decoder;
-  DecodeInstrumentIgcLine(decoder, "HFDTE311299");
+TEST(IgcDecodeLine, StopsAtTheEndOfTheTimeScale) {
+  Decoder decoder;
+  DecodeLine(decoder, "HFDTE311299");
   int result = 1;
   for (bool evening = true; result == 1; evening = !evening) {
-    result = DecodeInstrumentIgcLine(decoder, Fix(evening ? "230000" : "000000"));
+    result = DecodeLine(decoder, Fix(evening ? "230000" : "000000"));
   }
-  EXPECT_EQ(result, -kIgcBadTimeOfDay);
+  EXPECT_EQ(result, -kBadTimeOfDay);
   EXPECT_GT(decoder.points.back().time, decoder.points.front().time);
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

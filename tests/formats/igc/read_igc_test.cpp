@@ -6,7 +6,7 @@
 #include "core/units.h"
 #include "tests/formats/read_text.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 namespace {
 
 const std::string kStart = "AXSH000\r\nHFDTE140526\r\n";
@@ -15,7 +15,7 @@ const std::string kFix = "B1200004707500N01130001EA0012300456\r\n";
 std::string MessageOf(const std::string& text) {
   std::vector<TrackPoint> points(1);
   std::string message;
-  const int count = ParseIgc(text, points, message);
+  const int count = Read(text, points, message);
   EXPECT_EQ(count, count < 0 ? -1 : static_cast<int>(points.size()));
   EXPECT_EQ(points.empty(), count < 0);
   return message;
@@ -24,12 +24,12 @@ std::string MessageOf(const std::string& text) {
 std::vector<TrackPoint> PointsOf(const std::string& text) {
   std::vector<TrackPoint> points;
   std::string message;
-  ParseIgc(text, points, message);
+  Read(text, points, message);
   EXPECT_EQ(message, "");
   return points;
 }
 
-TEST(ParseIgc, ReadsEveryFieldOfAFix) {
+TEST(IgcRead, ReadsEveryFieldOfAFix) {
   const std::vector<TrackPoint> points =
       PointsOf(kStart + "B0102034707501S01130999WV-0012-0456\r\n");
   ASSERT_EQ(points.size(), 1U);
@@ -43,7 +43,7 @@ TEST(ParseIgc, ReadsEveryFieldOfAFix) {
   EXPECT_EQ(points[0].gps_alt_dm, -4560);
 }
 
-TEST(ParseIgc, RefusesFilesWithTheirMessage) {
+TEST(IgcRead, RefusesFilesWithTheirMessage) {
   const std::pair<std::string, const char*> cases[] = {
       {"", "No A-record found"},
       {"\r\n" + kStart + kFix, "Missing A-record"},
@@ -65,13 +65,13 @@ TEST(ParseIgc, RefusesFilesWithTheirMessage) {
   for (const auto& [text, message] : cases) EXPECT_EQ(MessageOf(text), message) << text;
 }
 
-TEST(ParseIgc, KnowsManufacturersWithoutSerial) {
+TEST(IgcRead, KnowsManufacturersWithoutSerial) {
   for (const char* line : {"AXSH", "AXSH free text", "Axsh12bFLIGHT:1", "AXSH\rwhatever"}) {
     EXPECT_EQ(MessageOf(Joined({line, "\nHFDTE140526\n", kFix})), "") << line;
   }
 }
 
-TEST(ParseIgc, ReadsDates) {
+TEST(IgcRead, ReadsDates) {
   for (const char* line :
        {"HFDTE310526", "HFDTEDATE:310526", "HFDTEDATE:  310526,01", "HFDTE310526\rrubbish"}) {
     EXPECT_EQ(MessageOf(Joined({"AXSH000\n", line, "\n", kFix})), "") << line;
@@ -84,7 +84,7 @@ TEST(ParseIgc, ReadsDates) {
 }
 
 // What is refused in a field as such is for the decoder's test, which has the same fields.
-TEST(ParseIgc, TestsEveryFieldOfAFix) {
+TEST(IgcRead, TestsEveryFieldOfAFix) {
   for (const char* line :
        {"B2359598960000N17960000EA9999999999", "B2359598960000S17960000W -9999-9999",
         "B1200004707500N01130001EA00123004561"}) {
@@ -101,7 +101,7 @@ TEST(ParseIgc, TestsEveryFieldOfAFix) {
   }
 }
 
-TEST(ParseIgc, ReadsFractionsOfTheFirstSecond) {
+TEST(IgcRead, ReadsFractionsOfTheFirstSecond) {
   const std::string fix = "\nB1200004707500N01130001EA0012300456";
   const std::tuple<std::string, std::string, uint32_t> good[] = {{"I013638TDS", "987", 987},
                                                                  {"I023638FXA3940TDS", "00105", 50},
@@ -125,14 +125,14 @@ TEST(ParseIgc, ReadsFractionsOfTheFirstSecond) {
   }
 }
 
-TEST(ParseIgc, LooksAtEightyCharactersOfALine) {
+TEST(IgcRead, LooksAtEightyCharactersOfALine) {
   const std::string filler(80 - 35, '5');
   const std::string fix = "B1200004707500N01130001EA0012300456" + filler;
   EXPECT_EQ(PointsOf(kStart + "I017880TDS\n" + fix + "\n")[0].milliseconds, 555U);
   EXPECT_EQ(MessageOf(kStart + "I017981TDS\n" + fix + "5\n"), "Format error on line 4");
 }
 
-TEST(ParseIgc, LinesUpTimes) {
+TEST(IgcRead, LinesUpTimes) {
   const std::string start = kStart + "I013636TDS\n";
   const auto fix = [](const std::string& hhmmss) {
     return "B" + hhmmss + "4707500N01130001EA00123004567\n";
@@ -151,7 +151,7 @@ TEST(ParseIgc, LinesUpTimes) {
   }
 }
 
-TEST(ParseIgc, RefusesDaysPastTheEndOfTheTimeScale) {
+TEST(IgcRead, RefusesDaysPastTheEndOfTheTimeScale) {
   const std::string late = "B2300004707500N01130001EA0012300456\n";
   const std::string midnight = "B0000004707500N01130001EA0012300456\n";
   std::string text = "AXSH000\nHFDTE311299\n";
@@ -160,4 +160,4 @@ TEST(ParseIgc, RefusesDaysPastTheEndOfTheTimeScale) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

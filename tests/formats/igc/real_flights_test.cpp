@@ -6,19 +6,18 @@
 #include "core/units.h"
 #include "formats/igc/decode_line.h"
 #include "formats/igc/read_igc.h"
-#include "formats/igc/write_igc.h"
 #include "tests/support/real_flights.h"
 #include "tests/support/scratch_folder.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 namespace {
 
 std::vector<TrackPoint> DecodeLines(std::string_view text) {
-  IgcDecoder decoder;
+  Decoder decoder;
   while (!text.empty()) {
     const size_t line_end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, line_end);
-    const int result = DecodeInstrumentIgcLine(decoder, line.substr(0, line.find('\r')));
+    const int result = DecodeLine(decoder, line.substr(0, line.find('\r')));
     // Files may have a short A record, which is none for an instrument.
     EXPECT_TRUE(result >= 0 || line.starts_with('A')) << line;
     text.remove_prefix(std::min(line_end + 1, text.size()));
@@ -45,24 +44,7 @@ void ExpectAllDecoded(const std::vector<TrackPoint>& read, const std::vector<Tra
   }
 }
 
-void ExpectWrittenBack(const std::vector<TrackPoint>& points) {
-  std::string text;
-  ASSERT_GT(WriteIgc(points, {}, {}, text), 0);
-  std::vector<TrackPoint> again;
-  std::string message;
-  ASSERT_EQ(ParseIgc(text, again, message), static_cast<int>(points.size())) << message;
-  for (size_t i = 0; i < points.size(); ++i) {
-    EXPECT_EQ(again[i].time, points[i].time);
-    EXPECT_TRUE(SameMilliminutes(again[i], points[i])) << i;
-    EXPECT_EQ(again[i].pressure_alt, points[i].pressure_alt);
-    if (std::abs(points[i].gps_alt_dm) > 9999) continue;  // written as no altitude
-    // The writer's integer division moves altitudes below zero up by a metre.
-    const int32_t moved_dm = points[i].gps_alt_dm < 0 ? 10 : 0;
-    EXPECT_EQ(again[i].gps_alt_dm, points[i].gps_alt_dm + moved_dm) << i;
-  }
-}
-
-TEST(RealIgcFlights, BothReadersAgreeAndTheWriterReturnsThem) {
+TEST(RealIgcFlights, BothReadersAgree) {
   const std::vector<std::filesystem::path> files = RealFlights();
   if (files.empty()) GTEST_SKIP() << "no flights: set SKYHAUL_FLIGHTS to a folder of .igc files";
   int accepted = 0;
@@ -71,17 +53,16 @@ TEST(RealIgcFlights, BothReadersAgreeAndTheWriterReturnsThem) {
     const std::string text = ReadText(file.string());
     std::vector<TrackPoint> points;
     std::string message;
-    if (ParseIgc(text, points, message) < 0) {
+    if (Read(text, points, message) < 0) {
       std::cout << file.filename().string() << ": " << message << '\n';
       continue;
     }
     ++accepted;
     ExpectAllDecoded(points, DecodeLines(text));
-    ExpectWrittenBack(points);
   }
   std::cout << accepted << " of " << files.size() << " flights read\n";
   EXPECT_GT(accepted, 0);
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

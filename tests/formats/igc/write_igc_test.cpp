@@ -11,7 +11,7 @@
 #include "formats/igc/read_igc.h"
 #include "formats/igc/security_record.h"
 
-namespace skyhaul {
+namespace skyhaul::igc {
 namespace {
 
 constexpr CalendarTime kFirstFix = {
@@ -29,12 +29,12 @@ WaypointRecord Turnpoint(int32_t lat, int32_t lon, const char* description) {
 
 std::string FixLine(const TrackPoint& point, bool enl = false) {
   std::string text;
-  WriteIgc({&point, 1}, {}, {.enl = enl}, text);
+  Write({&point, 1}, {}, {.enl = enl}, text);
   const size_t start = text.find("\nB") + 1;
   return text.substr(start, text.find('\r', start) - start);
 }
 
-TEST(WriteIgc, WritesEveryRecord) {
+TEST(IgcWrite, WritesEveryRecord) {
   const uint32_t time = TimeFromCalendar(kFirstFix);
   const std::vector<TrackPoint> points = {
       {1, time, 0, Angle(47, 7500), Angle(11, 30001), 4564, 123, 10},
@@ -50,7 +50,7 @@ TEST(WriteIgc, WritesEveryRecord) {
                  Turnpoint(-Angle(8, 59999), -Angle(100, 5), "Lake\r\nB"),
                  Turnpoint(Angle(47, 0), Angle(11, 0), forty.c_str()), Turnpoint(0, 0, "Landing")}};
   std::string text;
-  const int length = WriteIgc(
+  const int length = Write(
       points,
       {.pilot = "Ada\r\nB", .glider_type = "Wing 7", .competition_class = "Open", .site = "Hill"},
       {.sign = true,
@@ -92,21 +92,21 @@ TEST(WriteIgc, WritesEveryRecord) {
   EXPECT_EQ(CheckSecurityRecord(text), SecurityCheck::kPassed);
 }
 
-TEST(WriteIgc, LeavesOutWhatIsNotAskedFor) {
+TEST(IgcWrite, LeavesOutWhatIsNotAskedFor) {
   const TrackPoint point = {.time = TimeFromCalendar(kFirstFix)};
   const DeclaredRoute no_points = {.name = "Empty"};
   for (const bool sign : {false, true}) {
     std::string text;
-    WriteIgc({&point, 1}, {}, {.sign = sign, .may_be_signed = !sign, .task = &no_points}, text);
+    Write({&point, 1}, {}, {.sign = sign, .may_be_signed = !sign, .task = &no_points}, text);
     EXPECT_EQ(text.substr(0, 7), "AXSH \r\n");
     for (const char* absent : {"\nG", "\nI", "\nC"}) EXPECT_EQ(text.find(absent), text.npos);
   }
   std::string text = "left over";
-  EXPECT_EQ(WriteIgc({}, {}, {}, text), -1);
+  EXPECT_EQ(Write({}, {}, {}, text), -1);
   EXPECT_EQ(text, "");
 }
 
-TEST(WriteIgc, CountsTurnpointsOfTheTask) {
+TEST(IgcWrite, CountsTurnpointsOfTheTask) {
   const TrackPoint point = {.time = TimeFromCalendar(kFirstFix)};
   const std::tuple<size_t, uint32_t, const char*> cases[] = {
       {1, 0, "000000"}, {4, 1, "000100"}, {6, 12345, "1234502"}, {104, 2, "0002100"}};
@@ -114,13 +114,13 @@ TEST(WriteIgc, CountsTurnpointsOfTheTask) {
     const DeclaredRoute task = {.task_number = task_number,
                                 .points = std::vector<WaypointRecord>(points)};
     std::string text;
-    WriteIgc({&point, 1}, {}, {.task = &task}, text);
+    Write({&point, 1}, {}, {.task = &task}, text);
     const std::string line = text.substr(text.find("\nC") + 1);
     EXPECT_EQ(line.substr(19, line.find('\r') - 19), counts);
   }
 }
 
-TEST(WriteIgc, ClampsAltitudes) {
+TEST(IgcWrite, ClampsAltitudes) {
   const std::tuple<int32_t, int32_t, const char*> cases[] = {
       {99999, 99999, "9999910000"},
       {100000, 100000, "9999999999"},
@@ -139,7 +139,7 @@ TEST(WriteIgc, ClampsAltitudes) {
   }
 }
 
-TEST(WriteIgc, WritesExtraValues) {
+TEST(IgcWrite, WritesExtraValues) {
   const std::pair<float, const char*> cases[] = {
       {0, "000"},      {-1, "000"},  {-0.1F, "000"}, {0.152F, "000"}, {0.153F, "001"},
       {304.4F, "999"}, {400, "999"}, {1e30F, "999"}, {-1e30F, "000"}, {NAN, "000"}};
@@ -148,14 +148,14 @@ TEST(WriteIgc, WritesExtraValues) {
   }
 }
 
-TEST(WriteIgc, KeepsColumnsAtTheEdgesOfTheWorld) {
+TEST(IgcWrite, KeepsColumnsAtTheEdgesOfTheWorld) {
   EXPECT_EQ(FixLine({.lat = INT32_MAX, .lon = INT32_MAX}), "B0000009000000N18000000EA0000000000");
   EXPECT_EQ(FixLine({.lat = INT32_MIN, .lon = INT32_MIN}), "B0000009000000S18000000WA0000000000");
   // Half a thousandth of a minute is 99.4 semicircles.
   EXPECT_EQ(FixLine({.lat = -99, .lon = -100}), "B0000000000000N00000001WA0000000000");
 }
 
-TEST(WriteIgc, ReaderReturnsWhatWasWritten) {
+TEST(IgcWrite, ReaderReturnsWhatWasWritten) {
   std::mt19937 random(20260514);  // NOLINT(bugprone-random-generator-seed): repeatable
   const auto between = [&](int low, int high) {
     return std::uniform_int_distribution<int>(low, high)(random);
@@ -172,10 +172,10 @@ TEST(WriteIgc, ReaderReturnsWhatWasWritten) {
     time += static_cast<uint32_t>(between(1, 82799));
   }
   std::string text;
-  ASSERT_GT(WriteIgc(points, {}, {}, text), 0);
+  ASSERT_GT(Write(points, {}, {}, text), 0);
   std::vector<TrackPoint> read;
   std::string message;
-  ASSERT_EQ(ParseIgc(text, read, message), 5000) << message;
+  ASSERT_EQ(Read(text, read, message), 5000) << message;
   for (size_t i = 0; i < points.size(); ++i) {
     TrackPoint expected = points[i];
     expected.lat = MilliminutesToSemicircles(SemicirclesToMilliminutes(expected.lat));
@@ -186,4 +186,4 @@ TEST(WriteIgc, ReaderReturnsWhatWasWritten) {
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::igc

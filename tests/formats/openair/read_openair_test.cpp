@@ -5,7 +5,7 @@
 #include "tests/formats/read_text.h"
 #include "tests/support/airspace_place.h"
 
-namespace skyhaul {
+namespace skyhaul::openair {
 namespace {
 
 using testing::AllOf;
@@ -16,13 +16,13 @@ using testing::SizeIs;
 
 // The one segment after a centre at 47 N 8 E.
 std::vector<AirspaceSegment> Segments(std::string_view lines) {
-  return ReadGood(ReadOpenAir, "AC A\nDP 0 N 0 E\nV X=47 N 8 E\n" + std::string(lines))
+  return ReadGood(Read, "AC A\nDP 0 N 0 E\nV X=47 N 8 E\n" + std::string(lines))
       .airspaces.at(0)
       .segments;
 }
 
-TEST(ReadOpenAir, WholeAirspaces) {
-  const AirspaceFile file = ReadGood(ReadOpenAir,
+TEST(OpenAirRead, WholeAirspaces) {
+  const AirspaceFile file = ReadGood(Read,
                                      "\xEF\xBB\xBF* Airspace of nowhere\r\n"
                                      "AC CTR\r\n"
                                      "AN Z\xC3\xBCrich 1 * inline\r\n"
@@ -73,7 +73,7 @@ TEST(ReadOpenAir, WholeAirspaces) {
   EXPECT_EQ(second.segments[0].radius_m, 3704);
 }
 
-TEST(ReadOpenAir, SpellingsOfPositions) {
+TEST(OpenAirRead, SpellingsOfPositions) {
   const std::pair<AirspacePosition, std::vector<std::string>> cases[] = {
       {At(47.5, 8.25),
        {"47:30:00 N 008:15:00 E", "47:30:00N 8:15:00E", "47:30:00N008:15:00E",
@@ -90,7 +90,7 @@ TEST(ReadOpenAir, SpellingsOfPositions) {
   EXPECT_EQ(Segments("DP47:30:00 N 008:15:00 E").at(1).point, At(47.5, 8.25));
 }
 
-TEST(ReadOpenAir, BrokenLinesAreSkippedWithANote) {
+TEST(OpenAirRead, BrokenLinesAreSkippedWithANote) {
   const std::pair<const char*, std::vector<std::string>> cases[] = {
       {"position not understood: ",
        {"DP 47:30:15 N", "DP 90:00:01 N 008:00:00 E", "DP 47:00:00 N 180:00:01 E",
@@ -107,7 +107,7 @@ TEST(ReadOpenAir, BrokenLinesAreSkippedWithANote) {
   for (const auto& [note, lines] : cases) {
     for (const std::string& line : lines) {
       const AirspaceFile file =
-          ReadGood(ReadOpenAir, Joined({"AC A\nDP 1 N 2 E\nV X=3 N 4 E\n", line, "\nDP 5 N 6 E"}));
+          ReadGood(Read, Joined({"AC A\nDP 1 N 2 E\nV X=3 N 4 E\n", line, "\nDP 5 N 6 E"}));
       EXPECT_THAT(file.notes, ElementsAre(AllOf(HasSubstr(note), HasSubstr("Line 4: "),
                                                 testing::EndsWith(": " + line))));
       EXPECT_THAT(file.airspaces.at(0).segments, SizeIs(2)) << line;
@@ -115,8 +115,8 @@ TEST(ReadOpenAir, BrokenLinesAreSkippedWithANote) {
   }
 }
 
-TEST(ReadOpenAir, VariablesEndWithTheirAirspace) {
-  const AirspaceFile file = ReadGood(ReadOpenAir,
+TEST(OpenAirRead, VariablesEndWithTheirAirspace) {
+  const AirspaceFile file = ReadGood(Read,
                                      "AC A\nV D=-\nV X=47 N 8 E\nDA 1,0,90\nV X=broken\nDC 5\n"
                                      "AC B\nDC 5\nV X=46 N 7 E\nDA 1,0,90\n");
   EXPECT_THAT(file.notes, ElementsAre("Line 5: position not understood: V X=broken",
@@ -130,9 +130,9 @@ TEST(ReadOpenAir, VariablesEndWithTheirAirspace) {
   EXPECT_EQ(file.airspaces[1].segments[0].point, At(46, 7));
 }
 
-TEST(ReadOpenAir, TerrainAndEmptyAirspacesAreLeftOut) {
+TEST(OpenAirRead, TerrainAndEmptyAirspacesAreLeftOut) {
   const AirspaceFile file =
-      ReadGood(ReadOpenAir,
+      ReadGood(Read,
                "DP 1 N 1 E\nAC A\nAN Empty\nAC B\nAN Kept\nAN Again\nAH see NOTAM\nDP 1 N 1 E\n"
                "TO Lake\nDP 2 N 2 E\n");
   EXPECT_THAT(file.notes, ElementsAre("Line 1: outside an airspace: DP 1 N 1 E",
@@ -147,32 +147,32 @@ TEST(ReadOpenAir, TerrainAndEmptyAirspacesAreLeftOut) {
   EXPECT_THAT(file.airspaces[0].segments, SizeIs(1));
 }
 
-TEST(ReadOpenAir, Windows1252) {
-  EXPECT_EQ(ReadGood(ReadOpenAir, "AC A\nAN Z\xFCrich\nDP 1 N 1 E\n").airspaces.at(0).name,
+TEST(OpenAirRead, Windows1252) {
+  EXPECT_EQ(ReadGood(Read, "AC A\nAN Z\xFCrich\nDP 1 N 1 E\n").airspaces.at(0).name,
             "Z\xC3\xBCrich");
 }
 
-TEST(ReadOpenAir, RefusesFilesOfAnotherKind) {
+TEST(OpenAirRead, RefusesFilesOfAnotherKind) {
   const std::pair<const char*, const char*> cases[] = {
       {"", "Format error on line 1: no airspace (AC) in this file"},
       {"AFLY001\nHFDTE010203\nB1200004730000N00815000EA0100001000\n",
        "Format error on line 1: no airspace (AC) in this file"},
       {"* nothing\nAC A\nAN Name\n", "Format error on line 2: no airspace with an outline"},
   };
-  for (const auto& [text, message] : cases) EXPECT_EQ(ReadBad(ReadOpenAir, text), message);
+  for (const auto& [text, message] : cases) EXPECT_EQ(ReadBad(Read, text), message);
 }
 
-TEST(LooksLikeOpenAir, ByAClassAndAnOutline) {
+TEST(OpenAirLooksLike, ByAClassAndAnOutline) {
   for (const char* text : {"\xEF\xBB\xBF"
                            "AC A\r\nAN x\r\nDP 1 N 1 E\r\n",
                            "Airspace of 2024\nac r\nv x=1 N 1 E\n"}) {
-    EXPECT_TRUE(LooksLikeOpenAir(text)) << text;
+    EXPECT_TRUE(LooksLike(text)) << text;
   }
   for (const char* text : {"AC A\nAN x\n", "* AC A\n* DP 1 N 1 E\n", "DP 1 N 1 E\nAC A\n",
                            "name,code,country\n\"AC A\",DP,CH\n", ""}) {
-    EXPECT_FALSE(LooksLikeOpenAir(text)) << text;
+    EXPECT_FALSE(LooksLike(text)) << text;
   }
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::openair

@@ -4,7 +4,7 @@
 
 #include "tests/formats/sample_waypoints.h"
 
-namespace skyhaul {
+namespace skyhaul::ozi {
 namespace {
 
 const std::string kHeader =
@@ -16,7 +16,7 @@ TEST(OziTrack, WritesEveryFix) {
   const std::vector<TrackPoint> points = {{1, kMay2024, 0, kLat, -kLon, 10000, 7},
                                           {0, kMay2024 + 1, 500, -kLat, kLon, -3048},
                                           {1, kMay2024 + 45304, 0, 0, 0, -2368}};
-  EXPECT_EQ(WriteOziTrack(points, "A, B"),
+  EXPECT_EQ(WriteTrack(points, "A, B"),
             kHeader +
                 "0,2,255,A\xD1 B,0,0,2,8421376\r\n3\r\n"
                 "46.1234500,-7.1234500,1,3280.8,45413.5242593,01-May-24,12:34:56\r\n"
@@ -26,12 +26,12 @@ TEST(OziTrack, WritesEveryFix) {
 
 TEST(OziTrack, TakesPressureAltitudeWhereThereIsNoOther) {
   const std::vector<TrackPoint> points = {{.segment_start = 1, .time = 1, .pressure_alt = 3048}};
-  EXPECT_NE(WriteOziTrack(points, "").find(",1,10000.0,"), std::string::npos);
+  EXPECT_NE(WriteTrack(points, "").find(",1,10000.0,"), std::string::npos);
 }
 
 TEST(OziTrack, WithoutFixesIsTheHeader) {
-  EXPECT_EQ(WriteOziTrack({}, "none"), kHeader + "0,2,255,none,0,0,2,8421376\r\n0\r\n");
+  EXPECT_EQ(WriteTrack({}, "none"), kHeader + "0,2,255,none,0,0,2,8421376\r\n0\r\n");
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::ozi

@@ -6,7 +6,7 @@
 #include "tests/formats/read_text.h"
 #include "tests/formats/sample_waypoints.h"
 
-namespace skyhaul {
+namespace skyhaul::ozi {
 namespace {
 
 const std::string kHeader =
@@ -14,9 +14,9 @@ const std::string kHeader =
 
 TEST(OziWaypoints, ComeBack) {
   std::vector<FileWaypoint> waypoints = SampleWaypoints();
-  const std::string text = WriteOziWaypoints(waypoints);
-  EXPECT_TRUE(LooksLikeOziWaypoints(text));
-  const WaypointFile file = ReadGood(ReadOziWaypoints, text);
+  const std::string text = WriteWaypoints(waypoints);
+  EXPECT_TRUE(LooksLikeWaypoints(text));
+  const WaypointFile file = ReadGood(ReadWaypoints, text);
   EXPECT_TRUE(file.notes.empty());
   waypoints[0].type = 0;
   ExpectSameWaypoints(file.waypoints, waypoints, {.altitude_m = 0.16});
@@ -24,7 +24,7 @@ TEST(OziWaypoints, ComeBack) {
 
 TEST(OziWaypoints, ReadsTheSpellingsOfOtherPrograms) {
   const WaypointFile file = ReadGood(
-      ReadOziWaypoints,
+      ReadWaypoints,
       kHeader +
           "1,point        , 43.978528, 15.383372,45370.34412, 2, 1, 3, 0, 65535,, 0, 0, 0, -777, "
           "6, 0,17,0,10.0,2,,,\r\n"
@@ -51,12 +51,12 @@ TEST(OziWaypoints, ReadsTheSpellingsOfOtherPrograms) {
 
 TEST(OziWaypoints, SkipsBrokenLinesWithANote) {
   const WaypointFile file =
-      ReadGood(ReadOziWaypoints, kHeader +
-                                     "1,good,46,7\n"
-                                     "1,letters,46a,7\n"
-                                     "1,far,90.01,7\n"
-                                     "1,few\n"
-                                     "1,odd,46,180,yesterday,0,1,3,0,0,,0,0,0,high\n");
+      ReadGood(ReadWaypoints, kHeader +
+                                  "1,good,46,7\n"
+                                  "1,letters,46a,7\n"
+                                  "1,far,90.01,7\n"
+                                  "1,few\n"
+                                  "1,odd,46,180,yesterday,0,1,3,0,0,,0,0,0,high\n");
   ASSERT_EQ(file.waypoints.size(), 2U);
   EXPECT_EQ(file.waypoints[1].lon, INT32_MAX);
   EXPECT_EQ(file.waypoints[1].time, 0U);
@@ -79,9 +79,9 @@ TEST(OziWaypoints, RefusesOtherKinds) {
       {kHeader + "1,a,x,2\r\n1,b\r\n", "line 5: none of the waypoints"},
   };
   for (const auto& [text, message] : cases) {
-    EXPECT_THAT(ReadBad(ReadOziWaypoints, text), testing::HasSubstr(message));
+    EXPECT_THAT(ReadBad(ReadWaypoints, text), testing::HasSubstr(message));
   }
-  EXPECT_TRUE(ReadGood(ReadOziWaypoints, kHeader).waypoints.empty());
+  EXPECT_TRUE(ReadGood(ReadWaypoints, kHeader).waypoints.empty());
 }
 
 TEST(OziWaypoints, TextsCannotBreakTheLine) {
@@ -95,9 +95,9 @@ TEST(OziWaypoints, TextsCannotBreakTheLine) {
       .name = "A, B  1, forged,1,2",
       .description = "España, SPAN, ?, x 0123456789012345678901",
   }};
-  ExpectSameWaypoints(ReadGood(ReadOziWaypoints, WriteOziWaypoints(written)).waypoints, read,
+  ExpectSameWaypoints(ReadGood(ReadWaypoints, WriteWaypoints(written)).waypoints, read,
                       {.altitude_m = 0.31});
 }
 
 }  // namespace
-}  // namespace skyhaul
+}  // namespace skyhaul::ozi

@@ -7,7 +7,6 @@
 
 #include "core/text/date_time.h"
 #include "core/units.h"
-#include "formats/compegps/write_compegps.h"
 #include "formats/gpx/write_gpx.h"
 #include "formats/kml/kml_track.h"
 #include "formats/ozi/ozi_track.h"
@@ -61,7 +60,7 @@ std::vector<Point> Converted(const std::string& format, const std::string& text,
   return points;
 }
 
-// Skips the test without a gpsbabel that knows the format; some versions came without CompeGPS.
+// Skips the test without gpsbabel.
 void ExpectFound(const std::string& format, const std::string& text, std::string_view kind,
                  const std::vector<Point>& expected) {
   if (!Runs("gpsbabel -^1 2>/dev/null | grep -q '\t" + format + "\t'")) {
@@ -117,24 +116,20 @@ std::vector<Point> Expected(const std::vector<TrackPoint>& track) {
 }
 
 TEST(Gpsbabel, FindsTheWaypointsOfGpx) {
-  ExpectFound("gpx", WriteGpx(SampleWaypoints()), "wpt", Expected(SampleWaypoints()));
+  ExpectFound("gpx", gpx::Write(SampleWaypoints()), "wpt", Expected(SampleWaypoints()));
 }
 
 TEST(Gpsbabel, FindsTheWaypointsOfOziExplorer) {
-  ExpectFound("ozi", WriteOziWaypoints(SampleWaypoints()), "wpt", Expected(SampleWaypoints()));
-}
-
-TEST(Gpsbabel, FindsTheWaypointsOfCompeGps) {
-  ExpectFound("compegps", WriteCompeGps(SampleWaypoints()), "wpt", Expected(SampleWaypoints()));
+  ExpectFound("ozi", ozi::WriteWaypoints(SampleWaypoints()), "wpt", Expected(SampleWaypoints()));
 }
 
 TEST(Gpsbabel, FindsTheTrackOfOziExplorer) {
-  ExpectFound("ozi", WriteOziTrack(Flight(), "Flight"), "trkpt", Expected(Flight()));
+  ExpectFound("ozi", ozi::WriteTrack(Flight(), "Flight"), "trkpt", Expected(Flight()));
 }
 
 TEST(Gpsbabel, FindsTheTrackAndThePlacemarksOfKml) {
   const std::vector<TrackPoint> flight = Flight();
-  const std::string kml = WriteKmlTrack(flight, {.name = "F", .take_off = 10, .landing = 490});
+  const std::string kml = kml::WriteTrack(flight, {.name = "F", .take_off = 10, .landing = 490});
   ExpectFound("kml", kml, "trkpt", Expected(flight));
   std::vector<Point> placemarks = Expected(std::vector<TrackPoint>{flight[10], flight[490]});
   placemarks[0].name = "Take-off";

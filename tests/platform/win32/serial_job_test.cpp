@@ -30,8 +30,8 @@ uint64_t Now_ns() {
 std::string FlightText() {
   const GeneratedFlight flight = GenerateFlight({.start_time = 1'200'000'000, .max_fixes = kFixes});
   std::string text;
-  WriteIgc(flight.points, {.pilot = "ANNA MUSTER"},
-           {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"}, text);
+  igc::Write(flight.points, {.pilot = "ANNA MUSTER"},
+             {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"}, text);
   return text;
 }
 
