@@ -29,13 +29,15 @@ GeodesicCourse CourseTo(AirspacePosition from, AirspacePosition to) {
 double Sweep_deg(double start_bearing_deg, double end_bearing_deg, char direction) {
   const bool clockwise = direction != kCounterClockwise;
   const double turn = std::fmod(end_bearing_deg - start_bearing_deg, 360);
+  // Equal bearings mean a whole turn: an arc of no length has no use in an airspace.
   if (turn == 0) return clockwise ? 360 : -360;
   if (clockwise) return turn < 0 ? turn + 360 : turn;
   return turn > 0 ? turn - 360 : turn;
 }
 
 int StepsOf(double sweep_deg, double step_deg) {
-  constexpr double kRoundingSlack = 0.01;  // of a step
+  // Of a step: ends rounded to semicircles make an arc of three steps a little more than three.
+  constexpr double kRoundingSlack = 0.01;
   // Written so that a step which is not a number becomes the smallest.
   const double step = step_deg >= 0.01 ? std::min(step_deg, 90.0) : 0.01;
   return std::max(1, static_cast<int>(std::ceil(std::abs(sweep_deg) / step - kRoundingSlack)));
@@ -59,6 +61,7 @@ void AppendArcByPoints(const AirspaceSegment& arc, double step_deg,
   const GeodesicCourse to_start = CourseTo(arc.point, arc.start);
   const GeodesicCourse to_end = CourseTo(arc.point, arc.end);
   points.push_back(arc.start);
+  // Negative when an end is nearly opposite the centre: there is no way between.
   if (to_start.distance_m >= 0 && to_end.distance_m >= 0) {
     const double start_deg = to_start.bearing_rad / kRadiansPerDegree;
     const double end_deg = to_end.bearing_rad / kRadiansPerDegree;

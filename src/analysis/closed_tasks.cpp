@@ -14,8 +14,10 @@ struct OutAndReturn {
   uint32_t finish = 0;
 };
 
-// Backwards, the nearest finish behind each turn is known when the turn is met; what equals the
-// best of this start is earlier and replaces it, what equals that of an earlier start does not.
+// Turns are tried backwards, so that the nearest finish after each turn is known when the turn is
+// reached. Of equal scores the first counts: one that equals the best of this start has an earlier
+// turn and replaces it, but one that equals the best of an earlier start does not. Of finishes that
+// close equally the last one reached, the first in the order flown, counts too.
 void SearchStart(const DistanceTable& table, uint32_t start, int32_t gap_m, OutAndReturn& best) {
   const int32_t* row = RowOf(table, start);
   OutAndReturn here = {.score_m = best.score_m + 1};
@@ -32,7 +34,9 @@ void SearchStart(const DistanceTable& table, uint32_t start, int32_t gap_m, OutA
   if (here.turn != 0) best = here;
 }
 
-// Goes on to row t1: least_m[t3] becomes the least d(s, f) with s up to t1 and f from t3 on.
+// Goes on to row t1: least_m[t3] becomes the least d(s, f) with s up to t1 and f from t3 on. One
+// pass from the last finish gives the least of this row, and the rows before are in least_m
+// already.
 void AdvanceClosing(const DistanceTable& table, uint32_t t1, int32_t* least_m) {
   const int32_t* distances = RowOf(table, t1);
   int32_t nearest_m = kNoClosing_m;
@@ -53,6 +57,7 @@ void LimitToGap(const int32_t* least_m, uint32_t count, int32_t gap_m, int32_t* 
 CoarseVertices BestOutAndReturn(const DistanceTable& table, int32_t gap_m) {
   OutAndReturn best;
   for (uint32_t start = 0; start + 2 < table.count; ++start) {
+    // Twice the way to the farthest point, with nothing to close, would have to be more.
     if (2 * table.after.distance_m[start] <= best.score_m) continue;
     SearchStart(table, start, gap_m, best);
   }
@@ -65,7 +70,8 @@ void TabulateClosing(DistanceTable& table, int32_t gap_m) {
   std::vector<int32_t> least_m(stride, kNoClosing_m);
   std::vector<int32_t> block(kBlockPoints * stride, kNoClosing_m);
   for (uint32_t first = 0; first < table.count; first += kBlockPoints) {
-    // Rows of a block of t1 are gathered, and then written down its columns a line at a time.
+    // Row t3 of the lower half takes a column of what is computed here row by row. Written one by
+    // one, each number would touch a memory line of its own; 16 rows gathered fill whole lines.
     const uint32_t end = std::min(first + kBlockPoints, table.count);
     for (uint32_t t1 = first; t1 < end; ++t1) {
       AdvanceClosing(table, t1, least_m.data());
@@ -80,6 +86,7 @@ void TabulateClosing(DistanceTable& table, int32_t gap_m) {
   }
 }
 
+// The distances are computed anew: the table's own were replaced.
 ClosingPair FindClosing(const ReducedTrack& track, uint32_t t1, uint32_t t3, int32_t closing_m) {
   const auto count = static_cast<uint32_t>(track.indices.size());
   std::vector<int32_t> row(count);
@@ -87,6 +94,7 @@ ClosingPair FindClosing(const ReducedTrack& track, uint32_t t1, uint32_t t3, int
     FillRow(track.x_m.data() + t3, track.y_m.data() + t3, track.x_m[start], track.y_m[start],
             count - t3, row.data() + t3);
     for (uint32_t finish = count - 1; finish >= t3; --finish) {
+      // Rows are rounded alike, so that the least distance is met again exactly.
       if (row[finish] == closing_m) return {.start = start, .finish = finish};
     }
   }

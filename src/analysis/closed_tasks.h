@@ -12,8 +12,8 @@ namespace skyhaul {
 // b, c counts.
 CoarseVertices BestOutAndReturn(const DistanceTable& table, int32_t gap_m);
 
-// Longer than the perimeter of any triangle on the plane of analysis/projection.h, so that what has
-// it for its closing distance has a negative score.
+// Longer than the perimeter of any triangle on the plane of analysis/projection.h, so that a
+// triangle with this closing distance has a negative score and is no result.
 inline constexpr int32_t kNoClosing_m = 100'000'000;
 
 // Replaces the lower half of the table by the least closing distances: row t3, column t1 < t3 holds
@@ -26,8 +26,8 @@ struct ClosingPair {
   uint32_t finish = 0;
 };
 
-// The pair behind a tabulated closing distance: of several that close equally the one with the
-// first start counts, and for that the last finish.
+// The pair that a tabulated closing distance belongs to. Of several that close equally the one with
+// the first start counts, and for that start the last finish.
 ClosingPair FindClosing(const ReducedTrack& track, uint32_t t1, uint32_t t3, int32_t closing_m);
 
 }  // namespace skyhaul

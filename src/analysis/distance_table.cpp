@@ -14,6 +14,7 @@ SKYHAUL_VECTOR_CLONES void FillRow(const double* x_m, const double* y_m, double 
   for (uint32_t to = 0; to < count; ++to) {
     const double dx = x_m[to] - from_x_m;
     const double dy = y_m[to] - from_y_m;
+    // The sum is above zero, so that cutting it rounds halves up. std::round is no vector code.
     const double above_m = std::sqrt(dx * dx + dy * dy) + 0.5;
     row[to] = static_cast<int32_t>(above_m);
   }
@@ -21,6 +22,7 @@ SKYHAUL_VECTOR_CLONES void FillRow(const double* x_m, const double* y_m, double 
 
 namespace {
 
+// Of several equally far the first: std::find stops at it.
 void NoteFarthest(const int32_t* row, uint32_t from, uint32_t to, uint32_t point, Farthest& list) {
   const int32_t distance_m = GreatestOf(row, from, to);
   list.distance_m[point] = distance_m;
@@ -43,6 +45,7 @@ int FillDistances(const ReducedTrack& track, DistanceTable& table, const Operati
   table.stride = (table.count + kBlockPoints - 1) / kBlockPoints * kBlockPoints;
   const size_t used = size_t{table.count} * table.stride;
   const size_t cells = size_t{table.stride} * table.stride;
+  // Up to 16 MB: the one allocation that may fail on a small machine and has an answer for it.
   table.cells.reset(new (std::nothrow) int32_t[cells]);
   if (!table.cells) return -1;
   for (Farthest* list : {&table.after, &table.before}) {
@@ -53,6 +56,7 @@ int FillDistances(const ReducedTrack& track, DistanceTable& table, const Operati
     if (operation != nullptr && operation->aborted) return -1;
     FillPoint(track, point, table);
   }
+  // Rows of padding, which blocks read as legs of length 0.
   std::fill(table.cells.get() + used, table.cells.get() + cells, 0);
   return 0;
 }

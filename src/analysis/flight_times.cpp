@@ -8,6 +8,7 @@ namespace skyhaul {
 
 namespace {
 
+// A single bad fix must not be a take-off; a jump of one fix is averaged over this time.
 constexpr uint32_t kStretch_s = 10;
 constexpr double kTakeOffSpeed_m_s = 6;
 constexpr double kLandingSpeed_m_s = 4;
@@ -38,6 +39,7 @@ FlightTimes FindFlightTimes(std::span<const TrackPoint> points) {
            points[to].time - points[from + 1].time >= kStretch_s) {
       ++from;
     }
+    // Also passes over fixes whose clock was set back.
     if (points[to].time < points[from].time + kStretch_s) continue;
     if (!times.flown && FasterThan(points[from], points[to], kTakeOffSpeed_m_s)) {
       times.flown = true;

@@ -8,7 +8,7 @@ namespace skyhaul {
 // The greatest distance over 2 to 5 reduced points, legs added up in whole metres. Of equal sums
 // the one with the later point counts: the first point (2 points), the middle point (3 points), the
 // first and then the second turnpoint (4 points), the middle turnpoint and then those beside it (5
-// points). The points before the first and behind the last turnpoint are the farthest of the table.
+// points). The points before the first and after the last turnpoint are the farthest of the table.
 //
 // With fai_rule, each leg between two turnpoints is at least 10 000 m.
 CoarseVertices Farthest2Points(const DistanceTable& table);

@@ -30,6 +30,7 @@ void Announce(const Work& work, const char* text) {
   if (work.operation != nullptr) ShowStatus(*work.operation, text);
 }
 
+// Refines a coarse result, after its vertices have become fixes of the whole track.
 void Finish(const Work& work, OptimiseTask task, CoarseVertices coarse, OptimiseResult& result) {
   for (uint32_t k = 0; k < coarse.count; ++k) {
     coarse.points[k] = work.track.indices[coarse.points[k]];
@@ -59,6 +60,7 @@ int ComputeClosed(Work& work, OptimiseResult& result) {
   Finish(work, OptimiseTask::kOutAndReturn, BestOutAndReturn(work.table, work.settings->gap_m),
          result);
   Announce(work, "Computing triangle distance");
+  // Last, because it uses up the table of distances.
   CoarseTriangles triangles;
   if (SearchTriangles(work.track, work.settings->gap_m, work.table, triangles, work.operation) < 0)
     return -1;
@@ -68,6 +70,7 @@ int ComputeClosed(Work& work, OptimiseResult& result) {
 }
 
 size_t BytesOf(const Work& work) {
+  // Index and place of each reduced point.
   const size_t point = sizeof(uint32_t) + 2 * sizeof(double);
   const size_t closed = work.settings->gap_m > 0 ? TriangleSearchBytes(work.table) : 0;
   return BytesOf(work.table) + closed + work.track.indices.size() * point;
@@ -95,6 +98,7 @@ int OptimiseTrack(std::span<const TrackPoint> points, const OptimiseSettings& se
     return -1;
   }
   result.valid = true;
+  result.searched_points = work.track.indices.size();
   result.memory_bytes = BytesOf(work);
   result.elapsed_ms = static_cast<uint32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(
                                                 std::chrono::steady_clock::now() - start)

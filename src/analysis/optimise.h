@@ -44,8 +44,10 @@ struct TaskResult {
 
 struct OptimiseResult {
   bool valid = false;
-  bool exact = false;    // computed by OptimiseTrackExact
-  bool stopped = false;  // aborted or out of time: the best so far
+  bool exact = false;          // computed by OptimiseTrackExact
+  bool stopped = false;        // aborted or out of time: the best so far
+  size_t searched_points = 0;  // that vertices were taken from: all fixes, or those of the reduced
+                               // track before refining
   std::array<TaskResult, kOptimiseTasks> tasks = {};
   uint32_t elapsed_ms = 0;
   size_t memory_bytes = 0;  // about the most that the search held at once
@@ -56,15 +58,15 @@ inline const TaskResult& ResultOf(const OptimiseResult& result, OptimiseTask tas
 }
 
 // Finds the best of each task on a copy of the track reduced to at most 2000 points, with distances
-// in whole metres on a plane, and refines what it finds on the whole track with geodesics, each
+// in whole metres on a plane, and refines the results on the whole track with geodesics, each
 // vertex by up to two points. The result is the same as that of plain loops over all combinations:
-// which of several equal ones counts is told by free_distance.h, closed_tasks.h, triangle_search.h
-// and refine.h.
+// free_distance.h, closed_tasks.h, triangle_search.h and refine.h say which of several equal ones
+// counts.
 //
-// points may be empty or few: tasks that they do not suffice for have no result. operation may be
-// null; it is told each step, and its abort flag is looked at often enough to end the search within
-// some 30 ms. Returns 0, or -1 when the matrix cannot be allocated or the search was aborted; then
-// result is not valid.
+// points may be empty or few: tasks that need more have no result. operation may be null; its shell
+// gets a status text for each step, and its abort flag is looked at often enough to end the search
+// within some 30 ms. Returns 0, or -1 when the matrix cannot be allocated or the search was
+// aborted; then result is not valid.
 //
 // Memory: 16.5 MB, less below 2000 points. Time on one core of 2.6 GHz with AVX2: 14 ms for a
 // closed flight of 30 000 fixes, up to 105 ms for one that flies the same circle or ridge over and

@@ -7,7 +7,8 @@ namespace skyhaul {
 
 namespace {
 
-// Sorting by place must make blocks this much smaller to be worth losing the order flown.
+// Blocks as flown exclude by order as well as by distance (t1 before t2 before t3), which blocks by
+// place cannot: sorting must make them this much smaller to be worth it.
 constexpr double kWorthSorting = 0.5;
 
 struct Extent {
@@ -43,12 +44,14 @@ void SortByPlace(const ReducedTrack& track, Place from, Place to) {
   std::nth_element(from, middle, to, [&axis_m](int32_t a, int32_t b) {
     const double a_m = axis_m[static_cast<size_t>(a)];
     const double b_m = axis_m[static_cast<size_t>(b)];
+    // The order of equals keeps blocks, and so the time, the same on every machine.
     return a_m < b_m || (a_m == b_m && a < b);
   });
   SortByPlace(track, from, middle);
   SortByPlace(track, middle, to);
 }
 
+// The sum of the blocks' widths and heights. Bounds of legs between blocks are loose by about that.
 double SizeOfBlocks(const ReducedTrack& track, std::vector<int32_t>& order) {
   double sum_m = 0;
   for (Place from = order.begin(); from != order.end();) {
@@ -67,6 +70,7 @@ void NoteEnds(PointBlocks& blocks) {
     blocks.first.push_back(blocks.order[from]);
     blocks.last.push_back(blocks.order[std::min(from + kBlockPoints, points) - 1]);
   }
+  // After the ends were noted, which are those of real points.
   blocks.order.resize(size_t{blocks.count} * kBlockPoints, kNoPoint);
 }
 

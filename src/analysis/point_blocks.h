@@ -8,7 +8,7 @@
 
 namespace skyhaul {
 
-inline constexpr int32_t kNoPoint = 0x7FFFFFFF;  // sorts behind every point
+inline constexpr int32_t kNoPoint = 0x7FFFFFFF;  // comes after every point
 
 // An order of the reduced points in which each block of kBlockPoints lies close together, so that
 // bounds of distances between blocks are tight. A flight that hardly comes back to where it was has

@@ -10,11 +10,14 @@ namespace skyhaul {
 namespace {
 
 constexpr uint32_t kReach = 2;  // points to each side of a coarse vertex
+
+// The fixes that a vertex may move to.
 struct Candidates {
   uint32_t count = 0;
   std::array<uint32_t, 2 * kReach + 1> index = {};
 };
 
+// The distances between the candidates of two vertices: 25 geodesics serve up to 3125 combinations.
 using LegTable = std::array<std::array<double, 2 * kReach + 1>, 2 * kReach + 1>;
 
 struct Refinement {
@@ -26,7 +29,7 @@ struct Refinement {
 
 using Choice = std::array<uint32_t, 5>;  // of candidates, a place per vertex
 
-// Vertex k of v can be no later than leaves points for those behind it.
+// Vertex k can be no later than leaves a point for each vertex after it.
 Candidates CandidatesOf(size_t track_points, const TaskShape& shape, uint32_t vertex,
                         uint32_t index) {
   Candidates candidates;
@@ -88,7 +91,8 @@ bool Ascends(const Refinement& refinement, const Choice& choice) {
   return true;
 }
 
-// Counts up, the last vertex changing first. False after the last combination.
+// The next combination, the last vertex changing first, which makes the order of equals. Returns
+// false after the last one.
 bool NextChoice(const Refinement& refinement, Choice& choice) {
   for (uint32_t k = refinement.shape->vertices; k > 0; --k) {
     if (++choice[k - 1] < refinement.candidates[k - 1].count) return true;
@@ -115,8 +119,11 @@ TaskResult RefineTask(std::span<const TrackPoint> points, OptimiseTask task,
     const TaskResult result = Measure(refinement, choice);
     if (!KeepsRules(task, settings, result)) continue;
     if (is_return && result.score_m <= 0) continue;
+    // Of equal scores the later combination counts.
     if (best.vertices == 0 || result.score_m >= best.score_m) best = result;
   }
+  // Rounding to whole metres may have let an out-and-return close that as a geodesic does not. It
+  // is a result all the same; triangles are not.
   if (best.vertices == 0 && is_return) {
     best = {.vertices = shape.vertices, .indices = coarse.points};
     MeasureTask(points, shape, best);

@@ -28,6 +28,7 @@ constexpr TaskShape kShapes[kOptimiseTasks] = {
 };
 
 bool KeepsTriangleRules(const OptimiseSettings& settings, const TaskResult& result) {
+  // Less than the gap for triangles, at most the gap for out-and-return.
   return result.closing_m < settings.gap_m && result.score_m >= 0;
 }
 
@@ -41,6 +42,7 @@ double LegBetween_m(const TrackPoint& from, const TrackPoint& to) {
   const double distance_m =
       GeodesicDistance_m(SemicirclesToRadians(from.lat), SemicirclesToRadians(from.lon),
                          SemicirclesToRadians(to.lat), SemicirclesToRadians(to.lon));
+  // Negative between nearly antipodal positions.
   return std::max(distance_m, 0.0);
 }
 

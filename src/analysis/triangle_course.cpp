@@ -39,8 +39,9 @@ void BoundLegs(TriangleCourse& course) {
   }
 }
 
-// The least closing distance is that of the last t1 and the first t3. Where these overlap nothing
-// is known of it, and where no t1 is before any t3 there is none.
+// More starts and finishes never close worse, so that the least closing distance between two blocks
+// is that of the last t1 and the first t3. Where the blocks overlap in the order flown nothing is
+// known, and where no t1 has a t2 and a t3 after it there is none.
 void BoundClosing(TriangleCourse& course) {
   const PointBlocks& blocks = course.blocks;
   for (uint32_t i = 0; i < blocks.count; ++i) {
@@ -56,7 +57,8 @@ void BoundClosing(TriangleCourse& course) {
   }
 }
 
-// Puts the upper half of the table into the order of the blocks.
+// Puts the upper half of the table into the order of the blocks. Distances are computed anew, to
+// the same whole metres: moving them about in place would be slower.
 void SortDistances(const ReducedTrack& track, const PointBlocks& blocks, DistanceTable& table) {
   std::vector<double> x_m;
   std::vector<double> y_m;

@@ -9,14 +9,16 @@
 
 namespace skyhaul {
 
-// What the search for triangles goes through. The upper half of the table holds distances in the
-// order of the blocks, the lower one closing distances in the order flown.
+// Distances, blocks and bounds for the search for triangles. The upper half of the table holds
+// distances in the order of the blocks, the lower half closing distances in the order flown.
 struct TriangleCourse {
   DistanceTable* table = nullptr;
   PointBlocks blocks;
-  std::vector<int32_t> most_m;     // blocks by blocks: of the legs between two blocks
-  std::vector<int32_t> least_m;    // likewise
-  std::vector<int32_t> closing_m;  // at least so much from any t1 of one to any t3 of another
+  // Blocks by blocks: bounds of the legs between two blocks, and a lower bound of the closing
+  // distance with t1 in the first and t3 in the second.
+  std::vector<int32_t> most_m;
+  std::vector<int32_t> least_m;
+  std::vector<int32_t> closing_m;
 };
 
 // Takes the table over: its lower half becomes closing distances below gap_m, and its upper half is

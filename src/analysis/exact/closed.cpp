@@ -26,11 +26,13 @@ void OfferReturn(ClosedSearch& search, uint32_t start, uint32_t turn) {
   OfferResult(search.shared, search.task, fixes, search.best);
 }
 
-// What the ranges can score; 0 or less when they cannot at all.
+// Upper bound of the score with start and turn from the ranges, 0 when there is no such track. Each
+// bound costs more than the one before it, and most candidates fall to the first ones.
 double ReturnBound_m(const ClosedSearch& search, const Candidate& candidate) {
   const TrackTree& tree = search.shared.tree;
   const TreeNode starts = candidate.ranges[0];
   const TreeNode turns = candidate.ranges[1];
+  // The turn is at least one fix after the first start, the finish one after the turn.
   const uint32_t first_finish = std::max(FirstOf(turns), FirstOf(starts) + 1) + 1;
   if (FirstOf(starts) >= LastOf(tree, turns) || first_finish >= SizeOf(tree)) return 0;
   const double closing_m = ClosingBound_m(search.table, LastOf(tree, starts), first_finish);
@@ -54,8 +56,9 @@ void OfferTriangle(ClosedSearch& search, const std::array<TreeNode, 3>& at) {
   OfferResult(search.shared, search.task, fixes, search.best);
 }
 
-// The fixes that the first turnpoint is at or before and the third at or after, or false when the
-// ranges have no room for all five vertices.
+// The last fix that the first turnpoint can be, and the first that the third can be, when each
+// turnpoint comes after the one before and a fix is left at both ends for start and finish. Returns
+// false when the ranges have no room for all five vertices.
 bool TriangleRoom(const TrackTree& tree, const std::array<TreeNode, 3>& at, uint32_t& last_first,
                   uint32_t& first_third) {
   const uint32_t earliest = std::max(FirstOf(at[0]), 1U);
@@ -69,6 +72,8 @@ bool TriangleRoom(const TrackTree& tree, const std::array<TreeNode, 3>& at, uint
   return true;
 }
 
+// Upper bound of the score with the turnpoints from the ranges, 0 when there is no such track.
+// Again the cheap bounds come first.
 double TriangleBound_m(const ClosedSearch& search, const Candidate& candidate) {
   const TrackTree& tree = search.shared.tree;
   const auto& at = candidate.ranges;
@@ -80,6 +85,7 @@ double TriangleBound_m(const ClosedSearch& search, const Candidate& candidate) {
   const double floor_m = FloorOf(search.best);
   const double perimeter_m =
       PerimeterBound_m(tree, at, search.task == OptimiseTask::kFaiTriangle, floor_m + closing_m);
+  // Where the ranges overlap, start and finish have no order, and no better closing bound is known.
   if (perimeter_m - closing_m <= floor_m || last_first > first_third + 1)
     return perimeter_m - closing_m;
   const double exact_m =
@@ -89,7 +95,8 @@ double TriangleBound_m(const ClosedSearch& search, const Candidate& candidate) {
 
 // --- Both ----------------------------------------------------------------------------------------
 
-// The turnpoint whose range is the widest and not a single fix, or turnpoints when all are.
+// The turnpoint with the widest range, whose halving tightens the bound most; search.turnpoints
+// when all ranges are single fixes.
 size_t WidestOf(const ClosedSearch& search, const Candidate& candidate) {
   size_t widest = search.turnpoints;
   double widest_m = -1;
@@ -121,6 +128,7 @@ void Halve(ClosedSearch& search, const Candidate& candidate, size_t turnpoint) {
   for (uint32_t i = 0; i < count; ++i) {
     Candidate child = candidate;
     child.ranges[turnpoint] = halves[i];
+    // A part cannot score more than the whole, even when its own bound happens to be weaker.
     child.bound_m = std::min(candidate.bound_m, BoundOf(search, child));
     if (child.bound_m > FloorOf(search.best)) Push(search.queue, child);
   }
@@ -133,15 +141,22 @@ void NoteMemory(const ClosedSearch& search) {
 }
 
 double SearchClosed(ClosedSearch& search) {
+  // Flights need some thousand candidates at once; laps on one circle would fill the memory.
   constexpr size_t kCandidatesPerFix = 8;
   constexpr size_t kLeastCandidates = 1 << 16;
   const TrackTree& tree = search.shared.tree;
   const TreeNode all = {TopLevel(tree), 0};
   search.queue.limit = kCandidatesPerFix * SizeOf(tree) + kLeastCandidates;
+  // No triangle has a longer perimeter, and no out-and-return more than twice the extent.
   Push(search.queue, {3 * Extent_m(tree), {all, all, all}});
   Candidate candidate;
   while (Pop(search.queue, candidate)) {
+    // Pushed when the best was less.
     if (candidate.bound_m <= FloorOf(search.best)) continue;
+    // The stack's candidates do not bound those that wait in the heap.
+    if (search.queue.stack.empty()) {
+      NoteBound(search.shared.progress, candidate.bound_m, FloorOf(search.best));
+    }
     if (GiveUp(search.shared)) {
       NoteMemory(search);
       return std::max({candidate.bound_m, GreatestBound_m(search.queue), FloorOf(search.best)});
@@ -154,6 +169,8 @@ double SearchClosed(ClosedSearch& search) {
     }
   }
   NoteMemory(search);
+  // Whatever was thrown away had a bound of at most the floor of its time, and the floor only
+  // rises.
   return FloorOf(search.best);
 }
 

@@ -4,33 +4,37 @@ namespace skyhaul {
 
 namespace {
 
-constexpr uint32_t kMaxRanges = 512;
-constexpr uint32_t kAnswers = 1 << 14;
+constexpr uint32_t kMaxRanges = 512;    // 4 MB of entries; the table takes milliseconds
+constexpr uint32_t kAnswers = 1 << 14;  // for each kind of question, 400 kB
 
-// What of the track a pair may be taken from.
+// The part of the track that a pair may be taken from.
 struct Room {
   uint32_t last_start;
   uint32_t first_finish;
 };
 
-// Narrows the pair to the nearest of two ranges, when there is a nearer one.
+// Replaces the pair by the nearest one of two ranges, when that is nearer: branch and bound over
+// halves of the ranges.
 void Narrow(const ExactSearch& search, TreeNode starts, TreeNode finishes, const Room& room,
             ExactClosing& pair) {
   const TrackTree& tree = search.tree;
   if (FirstOf(starts) > room.last_start || LastOf(tree, finishes) < room.first_finish) return;
   const Ball start_ball = BallOf(tree, starts);
   const Ball finish_ball = BallOf(tree, finishes);
+  // An equal distance is no gain: only the distance matters, not which pair has it.
   if (NearestByBall_m(start_ball, finish_ball) >= pair.distance_m) return;
   if (starts.level == 0 && finishes.level == 0) {
     const double distance_m = Ground_m(search, starts.number, finishes.number);
     if (distance_m < pair.distance_m) pair = {distance_m, starts.number, finishes.number};
     return;
   }
+  // The greater ball blurs the bound most.
   const bool halve_starts =
       finishes.level == 0 || (starts.level > 0 && start_ball.radius_m > finish_ball.radius_m);
   TreeNode halves[2];
   const uint32_t count = ChildrenOf(tree, halve_starts ? starts : finishes, halves);
   const Ball& other = halve_starts ? finish_ball : start_ball;
+  // The nearer half first: what it finds mostly excludes the other.
   if (count == 2 && Chord_m(BallOf(tree, halves[1]).centre, other.centre) <
                         Chord_m(BallOf(tree, halves[0]).centre, other.centre)) {
     std::swap(halves[0], halves[1]);
@@ -48,6 +52,8 @@ size_t Entry(const ClosingTable& table, uint32_t last_starts, uint32_t first_fin
   return size_t{last_starts} * table.ranges + first_finishes;
 }
 
+// Whether an answer for more starts and finishes answers for this room too: its pair lies within,
+// or it says that there is none.
 bool Fits(const ClosingTable& table, const ExactClosing& pair, const Room& room) {
   return pair.distance_m >= table.limit_m ||
          (pair.start <= room.last_start && pair.finish >= room.first_finish);
@@ -59,6 +65,8 @@ const ExactClosing& Nearer(const ExactClosing& a, const ExactClosing& b) {
 
 ClosingTable::Answer& AnswerFor(std::vector<ClosingTable::Answer>& answers, uint32_t last_start,
                                 uint32_t first_finish) {
+  // Multiplicative hashing (D. Knuth, The Art of Computer Programming, 6.4): 2^32 and 2^16 divided
+  // by the golden ratio.
   return answers[(last_start * 2654435761U ^ first_finish * 40503U) % kAnswers];
 }
 
@@ -70,11 +78,13 @@ ClosingTable MakeClosingTable(ExactSearch& search, double limit_m) {
   table.limit_m = limit_m;
   while ((SizeOf(tree) - 1) >> table.level >= kMaxRanges) ++table.level;
   table.ranges = ((SizeOf(tree) - 1) >> table.level) + 1;
-  // Where starts and finishes share a range nothing is known: nearest 0.
+  // Entries with i >= j stay 0, a bound that is always right: starts and finishes share a range.
   table.nearest.resize(size_t{table.ranges} * table.ranges);
   table.closing_answers.resize(kAnswers);
   table.finish_answers.resize(kAnswers);
   const ExactClosing none = {limit_m, 0, 0};
+  // Entry (i, j) has the pairs of (i - 1, j), those of (i, j + 1), and the pairs of range i with
+  // range j: only these have to be searched, and the other two already limit the search.
   for (uint32_t i = 0; i < table.ranges; ++i) {
     for (uint32_t j = table.ranges - 1; j > i; --j) {
       const ExactClosing fewer_starts = i > 0 ? table.nearest[Entry(table, i - 1, j)] : none;
@@ -106,10 +116,12 @@ ExactClosing NearestClosing(ExactSearch& search, ClosingTable& table, uint32_t l
   const uint32_t i = last_start >> table.level;
   const uint32_t j = first_finish >> table.level;
   const ExactClosing& wider = table.nearest[Entry(table, i, j)];
+  // Mostly the nearest pair of whole ranges lies within the room.
   if (i < j && Fits(table, wider, room)) return wider;
   ClosingTable::Answer& answer = AnswerFor(table.closing_answers, last_start, first_finish);
   if (answer.last_start == last_start && answer.first_finish == first_finish) return answer.pair;
   ExactClosing pair = {table.limit_m, 0, 0};
+  // The pair of the next smaller ranges lies within the room, which makes it a start to improve on.
   if (i > 0 && j + 1 < table.ranges) pair = table.nearest[Entry(table, i - 1, j + 1)];
   const TreeNode all = {TopLevel(search.tree), 0};
   Narrow(search, all, all, room, pair);
@@ -119,7 +131,7 @@ ExactClosing NearestClosing(ExactSearch& search, ClosingTable& table, uint32_t l
 
 ExactClosing NearestFinish(ExactSearch& search, ClosingTable& table, uint32_t start,
                            uint32_t first_finish) {
-  // Kept by start: the answer for more finishes holds as long as its finish is among them.
+  // Kept by start alone: the answer for more finishes holds as long as its finish is among these.
   ClosingTable::Answer& answer = AnswerFor(table.finish_answers, start, UINT32_MAX);
   if (answer.last_start == start && answer.first_finish <= first_finish &&
       Fits(table, answer.pair, {start, first_finish})) {
@@ -136,7 +148,7 @@ double FinishBound_m(const ExactSearch& search, TreeNode starts, uint32_t first_
   const TrackTree& tree = search.tree;
   const Ball ball = BallOf(tree, starts);
   double bound_m = limit_m;
-  std::array<TreeNode, 64> stack;  // holds one node of each level and the last pair
+  std::array<TreeNode, 64> stack;  // one node of each of at most 27 levels, and the last pair
   size_t depth = 0;
   stack[depth++] = {TopLevel(tree), 0};
   while (depth > 0) {
@@ -145,6 +157,7 @@ double FinishBound_m(const ExactSearch& search, TreeNode starts, uint32_t first_
     const Ball finishes = BallOf(tree, node);
     const double nearest_m = NearestByBall_m(ball, finishes);
     if (nearest_m >= bound_m) continue;
+    // A finish ball that is smaller than the starts' own needs no halving: their blur remains.
     if (node.level == 0 || finishes.radius_m <= ball.radius_m) {
       bound_m = nearest_m;
       continue;

@@ -14,17 +14,18 @@ struct ExactClosing {
   uint32_t finish = 0;
 };
 
-// The nearest pairs of fixes that close a track, none of them limit_m or more apart: for ranges of
-// the track (at most 512, whatever its length) the nearest pair of a start in one of the first
-// ranges and a finish in one of the last. Less room between start and finish never brings them
-// nearer, so that the entry of wider ranges bounds all narrower ones.
+// The nearest pairs of a start and a finish, as far as they are nearer than limit_m. The track is
+// cut into at most 512 ranges; entry (i, j) is the nearest pair with a start in ranges 0..i and a
+// finish in ranges j and later. Fewer starts and finishes never bring them nearer, so that an entry
+// is a lower bound for all that it covers.
 struct ClosingTable {
   double limit_m = 0;
   uint32_t level = 0;  // of the ranges
   uint32_t ranges = 0;
   std::vector<ExactClosing> nearest;  // ranges x ranges: last range of starts, first of finishes
 
-  // Answers given before, found by a number made from what was asked.
+  // Answers given before, in places found by hashing the question. A new answer overwrites the old
+  // one in its place.
   struct Answer {
     uint32_t last_start = UINT32_MAX;
     uint32_t first_finish = UINT32_MAX;
@@ -35,12 +36,14 @@ struct ClosingTable {
   bool complete = false;  // false: given up, nothing may be asked
 };
 
+// Not complete when the search was given up meanwhile.
 ClosingTable MakeClosingTable(ExactSearch& search, double limit_m);
 
+// The bytes that the table holds.
 size_t MemoryOf(const ClosingTable& table);
 
-// No start up to last_start is nearer to a finish from first_finish on. limit_m when none is nearer
-// than that.
+// Lower bound of the closing distance with a start up to last_start and a finish from first_finish
+// on; limit_m when no such pair is nearer than that. A look into the table.
 double ClosingBound_m(const ClosingTable& table, uint32_t last_start, uint32_t first_finish);
 
 // The nearest start up to last_start and finish from first_finish on; last_start < first_finish.
@@ -53,7 +56,8 @@ ExactClosing NearestClosing(ExactSearch& search, ClosingTable& table, uint32_t l
 ExactClosing NearestFinish(ExactSearch& search, ClosingTable& table, uint32_t start,
                            uint32_t first_finish);
 
-// No fix of the range is nearer to a fix from first_finish on; limit_m or more: all are too far.
+// Lower bound of the distance of any fix of the range from any fix from first_finish on; limit_m
+// when no finish is nearer than that.
 double FinishBound_m(const ExactSearch& search, TreeNode starts, uint32_t first_finish,
                      double limit_m);
 

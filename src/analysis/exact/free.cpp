@@ -8,7 +8,7 @@ namespace skyhaul {
 namespace {
 
 constexpr double kUnknown_m = 1e12;     // above every sum
-constexpr uint32_t kFirstRanges = 128;  // that the search begins with, at most
+constexpr uint32_t kFirstRanges = 128;  // at most, at the beginning: 8000 legs a layer
 
 void AddNode(Layer& layer, const TrackTree& tree, TreeNode node, double most_after_m) {
   layer.nodes.push_back(node);
@@ -16,6 +16,7 @@ void AddNode(Layer& layer, const TrackTree& tree, TreeNode node, double most_aft
   layer.most_after.push_back(most_after_m);
 }
 
+// Every track passes through one candidate of the first layer, so that this bounds them all.
 double GreatestSum_m(const FreeSearch& search) {
   double most_m = 0;
   for (size_t i = 0; i < search.layers[0].nodes.size(); ++i) {
@@ -33,7 +34,8 @@ uint32_t FixNearCorner(const TrackTree& tree, TreeNode node, uint32_t corner) {
   return best;
 }
 
-// Follows the greatest sums vertex by vertex and tries the fixes nearest to their corners.
+// Follows the greatest sums vertex by vertex and offers the fixes nearest to their corners. This
+// proves nothing; it finds good results early, which lets the next walk throw away more.
 void OfferGreatest(FreeSearch& search) {
   const TrackTree& tree = search.shared.tree;
   std::vector<uint32_t> fixes;
@@ -48,6 +50,7 @@ void OfferGreatest(FreeSearch& search) {
       if (LastOf(tree, layer.nodes[v]) < earliest) continue;
       const Corners corners = CornersOf(tree, layer.nodes[v]);
       for (uint32_t i = 0; i < corners.count; ++i) {
+        // From the fix that was chosen before; a chord is near enough to choose by.
         const double leg_m = k == 0 ? 0 : Chord_m(at.places[0], corners.places[i]);
         if (Ruled(search, k - 1) && leg_m < kFaiRuleLeg_m) continue;
         if (leg_m + layer.after[v][i] <= most_m) continue;
@@ -66,6 +69,7 @@ void OfferGreatest(FreeSearch& search) {
 // Where the halves of a layer's candidates stand in the layer that takes its place.
 using Halves = std::vector<Leg>;  // first and end
 
+// A single fix stays as it is: the last round only throws away.
 void AddHalves(const TrackTree& tree, TreeNode node, double most_after_m, Layer& layer) {
   if (node.level == 0) {
     AddNode(layer, tree, node, most_after_m);
@@ -90,7 +94,10 @@ Layer HalveLayer(const FreeSearch& search, const Layer& layer, Halves& halves) {
   return halved;
 }
 
-// The legs between the halves of the ends of those that lead above the floor.
+// The legs between halves of candidates whose own leg may lead above the floor; halves of a leg
+// that cannot need not be looked at. Beyond a limit the list is given up, so that memory stays
+// linear in the number of fixes: all pairs are looked at in the next round, which is slower and as
+// right.
 LegList HalveLegs(FreeSearch& search, size_t list, const std::vector<Layer>& halved,
                   const std::vector<Halves>& halves) {
   constexpr size_t kLegsPerFix = 16;
@@ -103,6 +110,7 @@ LegList HalveLegs(FreeSearch& search, size_t list, const std::vector<Layer>& hal
   LegList result = {.legs = {}, .listed = true};
   ForEachLeg(search, list, [&](size_t u, size_t v, double longest_m) {
     if (!result.listed) return;
+    // First by balls, which costs one square root, then by corners, up to sixteen.
     if (from.most_before[u] + longest_m + to.most_after[v] <= floor_m) return;
     if (ThroughLeg_m(search, list, u, v) <= floor_m) return;
     for (uint32_t i = halves[list][u].from; i < halves[list][u].to; ++i) {
@@ -132,8 +140,9 @@ void Refine(FreeSearch& search) {
   search.lists = std::move(lists);
 }
 
-// Single fixes are left. The same walk with the ground distances themselves, for the legs whose
-// bounds still lead above the floor.
+// Single fixes are left: the same walk with the ground distances themselves, and with the fix that
+// each greatest sum came from. Geodesics are computed only for legs whose bounds may still lead
+// above the floor.
 void WalkFixes(FreeSearch& search) {
   std::vector<std::vector<double>> sums(search.layers.size());
   std::vector<std::vector<size_t>> came_from(search.layers.size());
@@ -190,11 +199,14 @@ double SearchFree(ExactSearch& shared, OptimiseTask task, TaskResult& best) {
   FreeSearch search = {shared, task, best, {}, {}};
   BeginLayers(search);
   double bound_m = (ShapeOf(task).vertices - 1) * Extent_m(shared.tree);
+  NoteBound(shared.progress, bound_m, FloorOf(best));
   bool fixes = false;
   while (!search.layers[0].nodes.empty() && !fixes) {
     Walk(search);
+    // A walk that was broken off has bounded nothing: the bound of the round before holds.
     if (shared.stopped) return std::max(bound_m, best.score_m);
     bound_m = std::min(bound_m, std::max(GreatestSum_m(search), FloorOf(best)));
+    NoteBound(shared.progress, bound_m, FloorOf(best));
     NoteMemory(shared, MemoryOf(search));
     OfferGreatest(search);
     fixes = search.layers[0].nodes[0].level == 0;

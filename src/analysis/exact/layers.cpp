@@ -22,7 +22,9 @@ void PrepareSums(Layer& layer, double before_m) {
   layer.most_before.assign(layer.nodes.size(), before_m);
 }
 
-// Raises the sums at the corners `to` by those at the corners `from` and the leg between.
+// Raises the sums at the corners `to` to the greatest of the sums at the corners `from` plus the
+// leg between. The thicknesses are added to the chord before its arc is bounded: the arc grows
+// faster than the chord.
 void Extend(const ArcBound& arc, const Corners& from, const CornerSums& from_sums,
             const Corners& to, CornerSums& to_sums) {
   const double slack_m = from.thickness_m + to.thickness_m;
@@ -34,6 +36,9 @@ void Extend(const ArcBound& arc, const Corners& from, const CornerSums& from_sum
   }
 }
 
+// least_m is the least of a candidate's sums: a leg whose sum by balls does not exceed it can raise
+// none of them, which saves its sixteen corner legs. A leg that cannot lead above the floor
+// together with all that may follow is left out as well.
 void WalkForward(FreeSearch& search, size_t vertex) {
   const TrackTree& tree = search.shared.tree;
   const Layer& from = search.layers[vertex - 1];
@@ -50,6 +55,8 @@ void WalkForward(FreeSearch& search, size_t vertex) {
   });
 }
 
+// The same from the last vertex on. most_before is known from the walk forward, so that more is
+// left out.
 void WalkBackward(FreeSearch& search, size_t vertex) {
   const TrackTree& tree = search.shared.tree;
   const Layer& from = search.layers[vertex + 1];
@@ -69,12 +76,14 @@ void WalkBackward(FreeSearch& search, size_t vertex) {
 
 }  // namespace
 
+// Only legs between two turnpoints; the first and the last leg are free.
 bool Ruled(const FreeSearch& search, size_t leg) {
   if (!search.shared.settings.fai_rule) return false;
   if (search.task == OptimiseTask::kFree4) return leg == 1;
   return search.task == OptimiseTask::kFree5 && (leg == 1 || leg == 2);
 }
 
+// Both sums belong to the same corner: a track passes the candidate at one place.
 double ThroughNode_m(const FreeSearch& search, const Layer& layer, size_t at) {
   double most_m = kNothing_m;
   const uint32_t count = CornersOf(search.shared.tree, layer.nodes[at]).count;

@@ -9,6 +9,9 @@ namespace {
 // Bounds of a leg between any two corners of two ranges.
 using CornerLegs = std::array<std::array<double, 4>, 4>;
 
+// Fills the table and returns its greatest. A chord between two fixes exceeds that between two
+// points of the hulls of the corners by at most both thicknesses, and UpperArc_m is convex in both
+// ends.
 double CornerLegs_m(const ArcBound& arc, const Corners& from, const Corners& to,
                     CornerLegs& legs_m) {
   const double slack_m = from.thickness_m + to.thickness_m;
@@ -27,15 +30,17 @@ double BallPerimeter_m(const TrackTree& tree, const std::array<Ball, 3>& balls) 
          FarthestByBall_m(tree, balls[0], balls[2]);
 }
 
-// The perimeter is at most the shortest side's bound by its least part of the whole. Sides in the
-// order first to second, second to third, first to third.
+// Upper bound of an FAI perimeter p from bounds of the sides, which stand in the order first to
+// second, second to third, first to third. Every side is at least 0.28 p, so that p is at most any
+// side's upper bound divided by 0.28; and as the other two sides are at most 0.72 p, 0.28 times the
+// least of these must not exceed 0.72 times the side.
 double FaiPerimeter_m(const std::array<Ball, 3>& balls, const std::array<double, 3>& most_m) {
   const std::array<double, 3> least_m = {NearestByBall_m(balls[0], balls[1]),
                                          NearestByBall_m(balls[1], balls[2]),
                                          NearestByBall_m(balls[0], balls[2])};
   double perimeter_m = most_m[0] + most_m[1] + most_m[2];
   const double least_perimeter_m = least_m[0] + least_m[1] + least_m[2];
-  constexpr double kRounding = 1e-9;
+  constexpr double kRounding = 1e-9;  // so that no triangle at exactly 28 % is lost
   for (size_t i = 0; i < 3; ++i) {
     const double others_m = least_perimeter_m - least_m[i];
     if (most_m[i] * (1 - kFaiSide + kRounding) < kFaiSide * others_m) return 0;
@@ -44,10 +49,11 @@ double FaiPerimeter_m(const std::array<Ball, 3>& balls, const std::array<double,
   return perimeter_m;
 }
 
-// A triangle whose sides are at least 28 % of the perimeter is nowhere narrower than 17.32 % of it:
-// that is the height of the flattest one, 28 : 28 : 44. So three ranges that lie in a strip bound
-// the perimeter by the strip's width. The strip runs along the longest side; it is level at one
-// turnpoint and tilted at the others by less than 0.04 up to the reach below, within the allowance.
+// Upper bound of an FAI perimeter from the width of a strip that holds all three ranges. A triangle
+// whose sides are at least 28 % of the perimeter is nowhere narrower than 17.32 % of it: that is
+// the height of the flattest one, 28 : 28 : 44, sqrt(0.28^2 - 0.22^2). The strip runs along the
+// longest side. It is level at one turnpoint and tilted at the others by the curvature of the
+// earth, less than 0.04 up to the reach below, which the allowance of 1 % covers.
 double StripPerimeter_m(const std::array<Ball, 3>& balls, const std::array<Corners, 3>& corners) {
   constexpr double kReach_m = 100000;
   constexpr double kWidth = 0.1732 * 0.99;
@@ -64,7 +70,7 @@ double StripPerimeter_m(const std::array<Ball, 3>& balls, const std::array<Corne
                       along.x_m * from.y_m - along.y_m * from.x_m};
   const double length = std::sqrt(side.x_m * side.x_m + side.y_m * side.y_m + side.z_m * side.z_m);
   constexpr double kUnbounded_m = 1e12;
-  if (length == 0) return kUnbounded_m;
+  if (length == 0) return kUnbounded_m;  // equal centres have no direction
   double least_m = kUnbounded_m;
   double most_m = -kUnbounded_m;
   double reach_m = sides_m[longest];
@@ -82,6 +88,8 @@ double StripPerimeter_m(const std::array<Ball, 3>& balls, const std::array<Corne
   return reach_m > kReach_m ? kUnbounded_m : (most_m - least_m) / kWidth;
 }
 
+// The greatest perimeter over corners, at most 4 * 4 * 4 sums. Sides are not bounded one by one
+// here: the corner that is best for one side is not best for the next.
 double CornerPerimeter_m(const CornerLegs& first, const CornerLegs& second, const CornerLegs& third,
                          const std::array<Corners, 3>& corners) {
   double most_m = 0;

@@ -16,7 +16,8 @@ struct Candidate {
 };
 
 // Candidates, the greatest bound first. Beyond `limit` of them new ones are taken last in, first
-// out, so that the memory stays linear in the fixes; the answers are the same.
+// out, which needs room for one per halving only: the memory stays linear in the number of fixes.
+// The order decides how soon a good result is found, not which result is proved.
 struct CandidateQueue {
   std::vector<Candidate> heap;
   std::vector<Candidate> stack;
@@ -36,7 +37,7 @@ inline void Push(CandidateQueue& queue, const Candidate& candidate) {
   std::push_heap(queue.heap.begin(), queue.heap.end(), HasLowerBound);
 }
 
-// Returns false when there is none left.
+// Returns false when there is none left. The stack goes first, or it would grow without end.
 inline bool Pop(CandidateQueue& queue, Candidate& candidate) {
   std::vector<Candidate>& from = queue.stack.empty() ? queue.heap : queue.stack;
   if (from.empty()) return false;
@@ -46,7 +47,8 @@ inline bool Pop(CandidateQueue& queue, Candidate& candidate) {
   return true;
 }
 
-// The greatest bound of all, 0 when there is none.
+// The greatest bound of all, 0 when there is none. Looks through the whole stack: for the end of a
+// search only.
 inline double GreatestBound_m(const CandidateQueue& queue) {
   double bound_m = queue.heap.empty() ? 0 : queue.heap.front().bound_m;
   for (const Candidate& candidate : queue.stack) bound_m = std::max(bound_m, candidate.bound_m);

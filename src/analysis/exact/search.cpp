@@ -14,6 +14,7 @@ bool EvaluateTask(std::span<const TrackPoint> points, const OptimiseSettings& se
   result = {.vertices = ShapeOf(task).vertices};
   std::copy(indices.begin(), indices.end(), result.indices.begin());
   for (uint32_t i = 0; i + 1 < result.vertices; ++i) {
+    // Ranges that overlap let one fix be taken for two vertices.
     if (result.indices[i] >= result.indices[i + 1]) return false;
   }
   MeasureTask(points, ShapeOf(task), result);
@@ -29,15 +30,22 @@ void OfferResult(const ExactSearch& search, OptimiseTask task, std::span<const u
                     result)) {
     return;
   }
+  // Of equal scores the first found stays.
   if (best.vertices == 0 || result.score_m > best.score_m) best = result;
 }
 
 bool GiveUp(ExactSearch& search) {
+  // Reading the clock takes as long as some legs; 64 legs take a few microseconds.
   constexpr uint32_t kPollsPerLook = 64;
   if (search.stopped) return true;
   if (search.polls++ % kPollsPerLook != 0) return false;
   const bool aborted = search.operation != nullptr && search.operation->aborted;
-  const bool late = search.has_deadline && std::chrono::steady_clock::now() >= search.deadline;
+  bool late = false;
+  if (search.has_deadline || IsShown(search.progress)) {
+    const auto now = std::chrono::steady_clock::now();
+    late = search.has_deadline && now >= search.deadline;
+    ShowWhenDue(search.progress, now);
+  }
   search.stopped = aborted || late;
   return search.stopped;
 }

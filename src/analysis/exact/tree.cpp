@@ -1,7 +1,7 @@
 #include "analysis/exact/tree.h"
 
 #include <array>
-#include <limits>
+#include <cmath>
 
 #include "core/geodesy/ellipsoid.h"
 #include "core/units.h"
@@ -10,10 +10,9 @@ namespace skyhaul {
 
 namespace {
 
-constexpr double kRounding_m = 1e-6;  // more than what sums of coordinates lose
-
-constexpr double kSeriesExtent_m = 2e6;
-constexpr double kArcSineExtent_m = 12e6;
+// Sums of coordinates of 6.4e6 m are right to some 1e-9 m each; balls and boxes get this much more,
+// so that no fix lies outside of them.
+constexpr double kRounding_m = 1e-6;
 
 // Axes at a point of the earth: two along the ground and the one that points up.
 struct Axes {
@@ -22,15 +21,12 @@ struct Axes {
   Place up;
 };
 
-struct Extent {
-  double least = std::numeric_limits<double>::max();
-  double most = std::numeric_limits<double>::lowest();
-};
-
+// From latitude and longitude to rectangular coordinates, height 0.
 Place PlaceOf(const TrackPoint& point) {
   const double lat_rad = SemicirclesToRadians(point.lat);
   const double lon_rad = SemicirclesToRadians(point.lon);
   const double sin_lat = std::sin(lat_rad);
+  // The radius of curvature across the meridian.
   const double normal_m =
       kSemiMajorAxis_m / std::sqrt(1 - kEccentricitySquared * sin_lat * sin_lat);
   const double axis_m = normal_m * std::cos(lat_rad);
@@ -38,45 +34,14 @@ Place PlaceOf(const TrackPoint& point) {
           normal_m * (1 - kEccentricitySquared) * sin_lat};
 }
 
-double Dot(const Place& a, const Place& b) {
-  return a.x_m * b.x_m + a.y_m * b.y_m + a.z_m * b.z_m;
-}
-
-Place Sum(const Place& a, double factor, const Place& b) {
-  return {a.x_m + factor * b.x_m, a.y_m + factor * b.y_m, a.z_m + factor * b.z_m};
-}
-
-Place Cross(const Place& a, const Place& b) {
-  return {a.y_m * b.z_m - a.z_m * b.y_m, a.z_m * b.x_m - a.x_m * b.z_m,
-          a.x_m * b.y_m - a.y_m * b.x_m};
-}
-
-Place Unit(const Place& a) {
-  return Sum({}, 1 / std::sqrt(Dot(a, a)), a);
-}
-
-Place Difference(const Place& a, const Place& b) {
-  return Sum(a, -1, b);
-}
-
-void Include(Extent& extent, double value) {
-  extent.least = std::min(extent.least, value);
-  extent.most = std::max(extent.most, value);
-}
-
-double Middle(const Extent& extent) {
-  return (extent.least + extent.most) / 2;
-}
-
-double Half(const Extent& extent) {
-  return (extent.most - extent.least) / 2;
-}
-
-// The first axis lies along the greatest spread of some of the places, seen from above.
+// The first axis lies along the greatest spread of the places, seen from above: the principal axis
+// of their covariance (K. Pearson, 1901). Any axes would give a box that holds all places, only a
+// wider one, so that a sample will do.
 Axes AxesOf(std::span<const Place> places) {
   constexpr size_t kSamples = 64;
   const Place& middle = places[places.size() / 2];
   const Place up = Unit(middle);
+  // Near a pole the earth's axis points up and gives no direction along the ground.
   const Place aside = std::abs(up.z_m) < 0.9 ? Place{0, 0, 1} : Place{1, 0, 0};
   const Place east = Unit(Cross(aside, up));
   const Place north = Cross(up, east);
@@ -94,6 +59,7 @@ Axes AxesOf(std::span<const Place> places) {
   const double ee = sums[2] - sums[0] * sums[0] / count;
   const double en = sums[3] - sums[0] * sums[1] / count;
   const double nn = sums[4] - sums[1] * sums[1] / count;
+  // All places equal gives atan2(0, 0), which is 0: any direction is right then.
   const double turn = 0.5 * std::atan2(2 * en, ee - nn);
   const Place along = Sum(Sum({}, std::cos(turn), east), std::sin(turn), north);
   return {along, Cross(up, along), up};
@@ -111,6 +77,7 @@ void MakeBox(std::span<const Place> places, TrackTree::Box& box, Ball& ball) {
     Include(across, Dot(from_origin, axes.across));
     Include(up, Dot(from_origin, axes.up));
   }
+  // The rectangle lies at half the height, so that what is above and below is within the thickness.
   const double half_along_m = Half(along) + kRounding_m;
   const double half_across_m = Half(across) + kRounding_m;
   box.thickness_m = Half(up) + kRounding_m;
@@ -123,6 +90,7 @@ void MakeBox(std::span<const Place> places, TrackTree::Box& box, Ball& ball) {
   }
 }
 
+// About the mean of the places: tighter than the ball around a box for the few of a short range.
 Ball BallAround(std::span<const Place> places) {
   Ball ball;
   for (const Place& place : places) {
@@ -134,6 +102,7 @@ Ball BallAround(std::span<const Place> places) {
   return ball;
 }
 
+// A pilot who waits on the ground sends the same position for minutes.
 void KeepUsefulFixes(std::span<const TrackPoint> points, TrackTree& tree) {
   uint32_t repeats = 0;
   for (size_t i = 0; i < points.size(); ++i) {
@@ -146,58 +115,13 @@ void KeepUsefulFixes(std::span<const TrackPoint> points, TrackTree& tree) {
   }
 }
 
-// Chooses the better of the two bounds of the cubic term for the longest chords of the track.
-void BoundCubic(const Extent& lat, double extent_m, double across_m, ArcBound& bound) {
-  const double meridian_m = bound.radius_m;
-  bound.cubic = 1 / (24 * meridian_m * meridian_m);
-  const double top_rad =
-      std::max(std::abs(lat.least), std::abs(lat.most)) + extent_m / (2 * meridian_m);
-  constexpr double kLastTop_rad = 1.4;  // the direction turns too much beyond
-  if (top_rad > kLastTop_rad) return;
-  constexpr double kGreatestRadius_m = 6.4e6;
-  const double way_m = 1.01 * extent_m;  // longer than any geodesic of a series' extent
-  const double north_m =
-      kGreatestRadius_m * (lat.most - lat.least) + way_m * way_m * std::tan(top_rad) / across_m;
-  const double difference = 1 / (meridian_m * meridian_m) - 1 / (across_m * across_m);
-  const double stretch = difference * north_m * north_m / 24;
-  if (stretch >= difference * extent_m * extent_m / 24) return;
-  bound.stretch = 1 + stretch;
-  bound.cubic = 1 / (24 * across_m * across_m);
-}
-
-ArcBound ArcBoundOf(std::span<const TrackPoint> points, std::span<const Place> places) {
-  Extent lat;
-  for (const TrackPoint& point : points) Include(lat, SemicirclesToRadians(point.lat));
-  Extent x;
-  Extent y;
-  Extent z;
-  for (const Place& place : places) {
-    Include(x, place.x_m);
-    Include(y, place.y_m);
-    Include(z, place.z_m);
-  }
-  const double extent_m = 2 * std::hypot(Half(x), Half(y), Half(z));
-  const bool across_equator = lat.least < 0 && lat.most > 0;
-  const double nearest_rad = across_equator ? 0 : std::min(std::abs(lat.least), std::abs(lat.most));
-  const double sin_lat = std::sin(nearest_rad);
-  const double w_sq = 1 - kEccentricitySquared * sin_lat * sin_lat;
-  constexpr double kRoundedDown = 1 - 1e-9;
-  const double across_m = kRoundedDown * kSemiMajorAxis_m / std::sqrt(w_sq);
-  ArcBound bound;
-  bound.radius_m = across_m * (1 - kEccentricitySquared) / w_sq;
-  bound.inverse_diameter = 1 / (2 * bound.radius_m);
-  if (extent_m > kSeriesExtent_m) bound.form = ArcBound::Form::kArcSine;
-  if (extent_m > kArcSineExtent_m) bound.form = ArcBound::Form::kWide;
-  BoundCubic(lat, extent_m, across_m, bound);
-  return bound;
-}
-
 }  // namespace
 
 TrackTree MakeTrackTree(std::span<const TrackPoint> points) {
   TrackTree tree;
   KeepUsefulFixes(points, tree);
   tree.arc = ArcBoundOf(points, tree.places);
+  // Level 0 stays empty: a single fix is its own ball and corner.
   tree.balls.resize(1);
   tree.boxes.resize(1);
   const std::span<const Place> places = tree.places;
