@@ -4,43 +4,19 @@
 
 #include <atomic>
 #include <filesystem>
-#include <iterator>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "platform/path.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/platform/file_fixture.h"
 
 namespace skyhaul {
 namespace {
 
 namespace fs = std::filesystem;
 
-class File : public ::testing::Test {
- protected:
-  std::string At(const std::string& name) const { return folder.File(name); }
-
-  static std::string Read(const std::string& path) {
-    std::string text;
-    const FileResult result = ReadWholeFile(path, text);
-    EXPECT_EQ(result.problem, FileProblem::kNone) << result.reason;
-    return text;
-  }
-
-  static FileProblem Write(const std::string& path, const std::string& text, IfExists if_exists) {
-    const FileResult result = WriteWholeFile(path, text, if_exists);
-    EXPECT_EQ(result.reason.empty(), result.problem == FileProblem::kNone);
-    return result.problem;
-  }
-
-  // Files that are there, temporary ones included.
-  std::ptrdiff_t CountFiles() const {
-    return std::distance(fs::directory_iterator(folder.path), fs::directory_iterator());
-  }
-
-  ScratchFolder folder;
-};
+using File = FileFixture;
 
 TEST_F(File, ReadsBackWhatItWrote) {
   std::string long_text(300000, 'x');
@@ -51,7 +27,7 @@ TEST_F(File, ReadsBackWhatItWrote) {
     EXPECT_EQ(Write(At("file"), text, IfExists::kReplace), FileProblem::kNone);
     EXPECT_EQ(Read(At("file")), text);
   }
-  EXPECT_EQ(CountFiles(), 1);
+  EXPECT_EQ(CountFiles(), 1U);
 }
 
 TEST_F(File, RefusesToReplaceUnlessTold) {
@@ -60,7 +36,7 @@ TEST_F(File, RefusesToReplaceUnlessTold) {
   EXPECT_EQ(Read(At("file")), "old");
   EXPECT_EQ(Write(At("file"), "new", IfExists::kReplace), FileProblem::kNone);
   EXPECT_EQ(Read(At("file")), "new");
-  EXPECT_EQ(CountFiles(), 1);
+  EXPECT_EQ(CountFiles(), 1U);
 }
 
 TEST_F(File, ProblemsAreToldApart) {
@@ -85,12 +61,12 @@ TEST_F(File, ProblemsAreToldApart) {
     EXPECT_EQ(Write(c.path, "text", IfExists::kReplace), c.writing) << c.path;
     EXPECT_EQ(Write(c.path, "text", IfExists::kRefuse), c.writing) << c.path;
   }
-  EXPECT_EQ(CountFiles(), 2);
+  EXPECT_EQ(CountFiles(), 2U);
 }
 
 TEST_F(File, LongNamesHaveTemporaryFilesToo) {
   EXPECT_EQ(Write(At(std::string(255, 'n')), "text", IfExists::kRefuse), FileProblem::kNone);
-  EXPECT_EQ(CountFiles(), 1);
+  EXPECT_EQ(CountFiles(), 1U);
 }
 
 // Names are UTF-8 on every system, whatever it speaks itself.
@@ -135,7 +111,7 @@ TEST_F(File, OfManyWritersOneTakesTheName) {
     }
     EXPECT_EQ(Read(path), std::to_string(winner));
   }
-  EXPECT_EQ(CountFiles(), kRounds);
+  EXPECT_EQ(CountFiles(), size_t{kRounds});
 }
 
 TEST_F(File, TellsWhatIsThere) {

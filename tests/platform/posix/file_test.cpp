@@ -8,45 +8,22 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <iterator>
 #include <string>
 
-#include "tests/platform/posix/scratch.h"
+#include "tests/platform/file_fixture.h"
+#include "tests/platform/posix/child.h"
 
 namespace skyhaul {
 namespace {
 
 namespace fs = std::filesystem;
 
-class PosixFile : public ::testing::Test {
- protected:
-  std::string At(const std::string& name) const { return folder.path + "/" + name; }
-
-  static std::string Read(const std::string& path) {
-    std::string text;
-    const FileResult result = ReadWholeFile(path, text);
-    EXPECT_EQ(result.problem, FileProblem::kNone) << result.reason;
-    return text;
-  }
-
-  static FileProblem Write(const std::string& path, const std::string& text, IfExists if_exists) {
-    const FileResult result = WriteWholeFile(path, text, if_exists);
-    EXPECT_EQ(result.reason.empty(), result.problem == FileProblem::kNone);
-    return result.problem;
-  }
-
-  // Files that are there, temporary ones included.
-  std::ptrdiff_t CountFiles() const {
-    return std::distance(fs::directory_iterator(folder.path), fs::directory_iterator());
-  }
-
+struct PosixFile : FileFixture {
   static mode_t Permissions(const std::string& path) {
     struct stat status {};
     EXPECT_EQ(stat(path.c_str(), &status), 0);
     return status.st_mode & 07777;
   }
-
-  ScratchFolder folder;
 };
 
 TEST_F(PosixFile, ALinkThatLeadsNowhereHasAName) {
@@ -55,7 +32,7 @@ TEST_F(PosixFile, ALinkThatLeadsNowhereHasAName) {
   EXPECT_EQ(Write(At("dangling"), "new", IfExists::kReplace), FileProblem::kNone);
   EXPECT_TRUE(fs::is_symlink(At("dangling")));
   EXPECT_TRUE(fs::is_regular_file(At("nowhere")));
-  EXPECT_EQ(CountFiles(), 2);
+  EXPECT_EQ(CountFiles(), 2U);
 }
 
 TEST_F(PosixFile, ANameBeyondTheSystemsLimitIsNoMissingFile) {
@@ -131,7 +108,7 @@ TEST_F(PosixFile, ProtectionIsRespected) {
   EXPECT_EQ(write_as_user("third"), static_cast<int>(FileProblem::kDenied));
   ASSERT_EQ(chmod(folder.path.c_str(), 0777), 0);
   EXPECT_EQ(Read(At("file")), "old");
-  EXPECT_EQ(CountFiles(), 2);
+  EXPECT_EQ(CountFiles(), 2U);
 }
 
 // A limit on the file size fails in the middle of the text, as a full disk does.
@@ -148,7 +125,7 @@ TEST_F(PosixFile, AFailedWriteLeavesTheOldFileAndNothingElse) {
   EXPECT_EQ(write_limited("file", IfExists::kReplace), static_cast<int>(FileProblem::kTooLarge));
   EXPECT_EQ(write_limited("new", IfExists::kRefuse), static_cast<int>(FileProblem::kTooLarge));
   EXPECT_EQ(Read(At("file")), "old");
-  EXPECT_EQ(CountFiles(), 1);
+  EXPECT_EQ(CountFiles(), 1U);
 }
 
 }  // namespace

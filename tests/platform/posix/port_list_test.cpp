@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/platform/posix/scratch.h"
+#include "tests/support/scratch_folder.h"
 
 namespace skyhaul {
 namespace {
@@ -37,20 +37,21 @@ class PortList : public ::testing::Test {
 
   void AddUsbPort(const std::string& name, const std::string& bus,
                   const std::map<std::string, std::string>& attributes) {
+    WriteAttributes(root / "devices/usb1" / bus, {{"idVendor", "0403"}});
     WriteAttributes(root / "devices/usb1" / bus, attributes);
     AddPort(name, "usb1/" + bus + "/" + bus + ":1.0/" + name);
   }
 
-  std::vector<PortInfo> List() {
+  // "number name (description)" of each port, in order.
+  std::vector<std::string> List() {
     std::vector<PortInfo> ports(3);
     EXPECT_EQ(ListPorts(root.string(), "/dev", ports), 0);
-    return ports;
-  }
-
-  std::vector<std::string> Names() {
-    std::vector<std::string> names;
-    for (const PortInfo& port : List()) names.push_back(port.name);
-    return names;
+    std::vector<std::string> texts;
+    for (const PortInfo& port : ports) {
+      texts.push_back(std::to_string(port.number) + " " + port.name + " (" + port.description +
+                      ")");
+    }
+    return texts;
   }
 
   ScratchFolder scratch;
@@ -66,53 +67,39 @@ TEST_F(PortList, ListsHardwareOnly) {
   AddPort("ttyS0", "pnp0/00:01", {{"type", "4"}});
   AddPort("ttyS1", "platform/serial8250", {{"type", "0"}});
   AddPort("ttyACM0", "platform/gadget");
-  EXPECT_EQ(Names(), (std::vector<std::string>{"/dev/ttyACM0", "/dev/ttyS0"}));
+  EXPECT_EQ(List(), (std::vector<std::string>{"1 /dev/ttyACM0 ()", "2 /dev/ttyS0 ()"}));
 }
 
 TEST_F(PortList, UsbComesFirstAndNumbersSortByValue) {
+  AddPort("rfcomm0", "pci/hci0:11");
   AddPort("ttyS2", "pnp0/00:01", {{"type", "4"}});
   AddPort("ttyS10", "pnp0/00:02", {{"type", "4"}});
-  AddUsbPort("ttyUSB10", "1-1", {{"idVendor", "0403"}, {"product", "Adapter"}});
-  AddUsbPort("ttyUSB2", "1-2", {{"idVendor", "0403"}, {"product", "Adapter"}});
-  AddUsbPort("ttyACM11", "1-3", {{"idVendor", "0403"}, {"product", "Adapter"}});
-  EXPECT_EQ(Names(), (std::vector<std::string>{"/dev/ttyACM11", "/dev/ttyUSB2", "/dev/ttyUSB10",
-                                               "/dev/ttyS2", "/dev/ttyS10"}));
-  const std::vector<PortInfo> ports = List();
-  for (size_t i = 0; i < ports.size(); ++i) EXPECT_EQ(ports[i].number, i + 1);
-  EXPECT_EQ(PortName(root.string(), "/dev", 3), "/dev/ttyUSB10");
-  EXPECT_EQ(PortName(root.string(), "/dev", 6), "COM6");
+  AddUsbPort("ttyUSB10", "1-1", {{"manufacturer", "FTDI"}, {"product", "Serial cable"}});
+  AddUsbPort("ttyUSB2", "1-2", {{"manufacturer", "Acme"}, {"product", "Acme cable"}});
+  AddUsbPort("ttyUSB3", "1-3", {{"manufacturer", "Acme"}});
+  AddUsbPort("ttyUSB4", "1-4", {{"product", " \x1b[31mRed\n\x07 "}});
+  AddUsbPort("ttyACM11", "1-5", {});
+  EXPECT_EQ(List(),
+            (std::vector<std::string>{
+                "1 /dev/ttyACM11 ()", "2 /dev/ttyUSB2 (Acme cable)", "3 /dev/ttyUSB3 (Acme)",
+                "4 /dev/ttyUSB4 ([31mRed)", "5 /dev/ttyUSB10 (FTDI Serial cable)",
+                "6 /dev/rfcomm0 (Bluetooth)", "7 /dev/ttyS2 ()", "8 /dev/ttyS10 ()"}));
+  EXPECT_EQ(PortName(root.string(), "/dev", 3), "/dev/ttyUSB3");
+  EXPECT_EQ(PortName(root.string(), "/dev", 9), "COM9");
   EXPECT_EQ(PortName(root.string(), "/dev", 0), "COM0");
-}
-
-TEST_F(PortList, DescribesWhatIsBehindAPort) {
-  AddUsbPort("ttyUSB0", "1-1",
-             {{"idVendor", "0403"}, {"manufacturer", "FTDI"}, {"product", "Serial cable"}});
-  AddUsbPort("ttyUSB1", "1-2",
-             {{"idVendor", "0403"}, {"manufacturer", "Acme"}, {"product", "Acme cable"}});
-  AddUsbPort("ttyUSB2", "1-3", {{"idVendor", "0403"}, {"manufacturer", "Acme"}});
-  AddUsbPort("ttyUSB3", "1-4", {{"idVendor", "0403"}, {"product", " \x1b[31mRed\n\x07 "}});
-  AddUsbPort("ttyUSB4", "1-5", {{"idVendor", "0403"}});
-  AddPort("rfcomm0", "pci/hci0:11");
-  AddPort("ttyS0", "pnp0/00:01", {{"type", "4"}});
-  std::vector<std::string> descriptions;
-  for (const PortInfo& port : List()) descriptions.push_back(port.description);
-  EXPECT_EQ(descriptions, (std::vector<std::string>{"FTDI Serial cable", "Acme cable", "Acme",
-                                                    "[31mRed", "", "Bluetooth", ""}));
 }
 
 TEST_F(PortList, StopsAtFifty) {
   for (int i = 0; i < 60; ++i) AddPort("ttyX" + std::to_string(i), "bus/" + std::to_string(i));
-  const std::vector<std::string> names = Names();
-  ASSERT_EQ(names.size(), kMaxPorts);
-  EXPECT_EQ(names.back(), "/dev/ttyX49");
+  ASSERT_EQ(List().size(), kMaxPorts);
+  EXPECT_EQ(List().back(), "50 /dev/ttyX49 ()");
 }
 
 TEST_F(PortList, EmptyIsNotUnreadable) {
   EXPECT_TRUE(List().empty());
   std::vector<PortInfo> ports(1);
-  EXPECT_EQ(ListPorts(scratch.path + "/none", "/dev", ports), -1);
+  EXPECT_EQ(ListPorts(scratch.File("none"), "/dev", ports), -1);
   EXPECT_TRUE(ports.empty());
-  EXPECT_EQ(PortName(scratch.path + "/none", "/dev", 1), "COM1");
 }
 
 }  // namespace

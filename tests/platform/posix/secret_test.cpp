@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
-#include <cstdio>
+#include <iterator>
 #include <string>
 
 #include "platform/file.h"
 #include "platform/platform.h"
-#include "tests/platform/posix/scratch.h"
+#include "tests/platform/posix/child.h"
+#include "tests/support/scratch_folder.h"
 
 namespace skyhaul {
 namespace {
@@ -31,56 +32,54 @@ class SecretServiceTest : public testing::Test {
  protected:
   void SetUp() override {
     setenv("HOME", folder.path.c_str(), 1);
-    setenv("XDG_RUNTIME_DIR", (folder.path + "/run").c_str(), 1);
-    setenv("XDG_DATA_HOME", (folder.path + "/data").c_str(), 1);
-    setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + folder.path + "/none").c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", folder.File("run").c_str(), 1);
+    setenv("XDG_DATA_HOME", folder.File("data").c_str(), 1);
+    setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + folder.File("none")).c_str(), 1);
     unsetenv("DISPLAY");
   }
 
   void TearDown() override {
-    if (!FileExists(folder.path + "/service-pid")) return;
+    if (!FileExists(folder.File("service-pid"))) return;
     EXPECT_EQ(system(kEndSession), 0);
   }
 
   ScratchFolder folder;
 };
 
-int Require(bool holds, const char* what) {
-  if (!holds) std::fprintf(stderr, "%s\n", what);
-  return holds ? 0 : 1;
-}
-
-// In a process of its own: the service's library has threads that never end.
+// In a process of its own: the service's library has threads that never end. Returns the number of
+// the step that failed, from 1, or 0.
 int UseSecrets() {
   const SecretFunctions& secrets = NativePlatform().secret;
-  const auto store = [&](const char* id, const std::string& secret) {
-    std::string reason;
-    return secrets.store(nullptr, "P", id, secret, reason);
-  };
-  const auto finds = [&](const char* id, const std::string& expected) {
-    std::string reason;
-    std::string secret;
-    const SecretResult result = secrets.load(nullptr, "P", id, secret, reason);
-    return secret == expected &&
-           result == (expected.empty() ? SecretResult::kMissing : SecretResult::kDone);
-  };
   std::string reason;
-  int failures = Require(store("one", "first \xc3\xbc") == SecretResult::kDone, "store");
-  failures += Require(store("two", "second") == SecretResult::kDone, "store a second");
-  failures += Require(store("one", "third") == SecretResult::kDone, "replace");
-  failures += Require(finds("one", "third") && finds("two", "second"), "load");
-  failures += Require(finds("three", ""), "load what is not there");
-  failures += Require(secrets.erase(nullptr, "P", "one", reason) == SecretResult::kDone, "erase");
-  failures += Require(secrets.erase(nullptr, "P", "one", reason) == SecretResult::kMissing,
-                      "erase what is not there");
-  failures += Require(finds("one", "") && finds("two", "second"), "load after erasing");
-  return failures;
+  const auto store = [&](const char* id, const char* secret) {
+    return secrets.store(nullptr, "P", id, secret, reason) == SecretResult::kDone;
+  };
+  const auto finds = [&](const char* id, const char* expected) {
+    std::string secret;
+    return secrets.load(nullptr, "P", id, secret, reason) == SecretResult::kDone &&
+           secret == expected;
+  };
+  const auto misses = [&](const char* id) {
+    std::string secret;
+    return secrets.load(nullptr, "P", id, secret, reason) == SecretResult::kMissing;
+  };
+  const auto erase = [&](SecretResult result) {
+    return secrets.erase(nullptr, "P", "one", reason) == result;
+  };
+  const bool steps[] = {
+      store("one", "first \xc3\xbc"), store("two", "second"),        finds("one", "first \xc3\xbc"),
+      store("one", "third"),          finds("one", "third"),         misses("three"),
+      erase(SecretResult::kDone),     erase(SecretResult::kMissing), misses("one"),
+      finds("two", "second")};
+  for (size_t i = 0; i < std::size(steps); ++i) {
+    if (!steps[i]) return static_cast<int>(i) + 1;
+  }
+  return 0;
 }
 
 TEST_F(SecretServiceTest, KeepsSecretsByNameAndId) {
   ASSERT_EQ(system(kStartSession), 0) << "the secret service did not start";
-  std::string address;
-  ReadWholeFile(folder.path + "/bus", address);
+  const std::string address = ReadText(folder.File("bus"));
   setenv("DBUS_SESSION_BUS_ADDRESS", address.substr(0, address.find('\n')).c_str(), 1);
   EXPECT_EQ(InChild(UseSecrets), 0);
 }
@@ -90,7 +89,7 @@ TEST_F(SecretServiceTest, SaysWhyThereIsNone) {
     std::string reason;
     const SecretFunctions& secrets = NativePlatform().secret;
     const SecretResult stored = secrets.store(nullptr, "P", "one", "secret", reason);
-    return Require(stored == SecretResult::kFailed && !reason.empty(), "store without a service");
+    return stored == SecretResult::kFailed && !reason.empty() ? 0 : 1;
   });
   EXPECT_EQ(result, 0);
 }

@@ -2,17 +2,16 @@
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include "platform/file.h"
 #include "platform/platform.h"
 #include "platform/posix/settings_text.h"
-#include "tests/platform/posix/scratch.h"
+#include "tests/platform/posix/child.h"
+#include "tests/support/scratch_folder.h"
 
 namespace skyhaul {
 namespace {
@@ -28,28 +27,18 @@ class SettingsFileTest : public ::testing::Test {
  protected:
   void SetUp() override {
     setenv("HOME", folder.path.c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (folder.path + "/config").c_str(), 1);
-    setenv("XDG_CONFIG_DIRS", (folder.path + "/none:" + folder.path + "/system").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", folder.File("config").c_str(), 1);
+    setenv("XDG_CONFIG_DIRS", (folder.File("none:") + folder.File("system")).c_str(), 1);
   }
 
-  std::string Path() const { return folder.path + "/config/skyhaul/settings"; }
+  std::string Path() const { return folder.File("config/skyhaul/settings"); }
 
   void Write(const std::string& text) const {
-    fs::create_directories(folder.path + "/config/skyhaul");
-    WriteWholeFile(Path(), text, IfExists::kReplace);
+    fs::create_directories(fs::path(Path()).parent_path());
+    WriteText(Path(), text);
   }
 
-  std::string Read() const {
-    std::string text;
-    ReadWholeFile(Path(), text);
-    return text;
-  }
-
-  mode_t Permissions() const {
-    struct stat status {};
-    EXPECT_EQ(stat(Path().c_str(), &status), 0);
-    return status.st_mode & 07777;
-  }
+  mode_t Permissions() const { return static_cast<mode_t>(fs::status(Path()).permissions()); }
 
   static RegistryHandle Open(RegistryKey which = RegistryKey::kUser) {
     const RegistryOpening opening = Registry().open(nullptr, which);
@@ -63,18 +52,20 @@ class SettingsFileTest : public ::testing::Test {
     return Registry().set(nullptr, key, name, ValueKind::kText, value, if_set, reason);
   }
 
-  static int FlushAndClose(RegistryHandle key, std::string& reason) {
+  // Returns what went wrong; empty when all is written.
+  static std::string FlushAndClose(RegistryHandle key) {
+    std::string reason;
     const int result = Registry().flush(nullptr, key, reason);
+    EXPECT_EQ(result == 0, reason.empty());
     Registry().close(nullptr, key);
-    return result;
+    return reason;
   }
 
   // Changes one value as a program of its own would.
   static void SetOne(const std::string& name, const std::string& value) {
     const RegistryHandle key = Open();
     Set(key, name, value);
-    std::string reason;
-    EXPECT_EQ(FlushAndClose(key, reason), 0) << reason;
+    EXPECT_EQ(FlushAndClose(key), "");
   }
 
   ScratchFolder folder;
@@ -82,7 +73,7 @@ class SettingsFileTest : public ::testing::Test {
 
 TEST_F(SettingsFileTest, AFirstWriteMakesAPrivateFile) {
   EXPECT_TRUE(Registry().open(nullptr, RegistryKey::kUserReadOnly).missing);
-  EXPECT_FALSE(fs::exists(folder.path + "/config"));
+  EXPECT_FALSE(fs::exists(folder.File("config")));
   const RegistryOpening opening = Registry().open(nullptr, RegistryKey::kUser);
   EXPECT_TRUE(opening.created);
   // Nothing is in the file yet, so a program beside it or after a failed write is the first as
@@ -93,10 +84,9 @@ TEST_F(SettingsFileTest, AFirstWriteMakesAPrivateFile) {
   EXPECT_TRUE(Registry().open(nullptr, RegistryKey::kUserReadOnly).missing);
   EXPECT_EQ(Permissions(), 0600U);
   Set(opening.handle, "IgcSite", " Fiesch\t");
-  std::string reason;
-  EXPECT_EQ(FlushAndClose(opening.handle, reason), 0) << reason;
-  EXPECT_TRUE(Read().starts_with("# Settings of Skyhaul"));
-  EXPECT_TRUE(Read().ends_with("\nIgcSite=\" Fiesch\\t\"\n")) << Read();
+  EXPECT_EQ(FlushAndClose(opening.handle), "");
+  EXPECT_TRUE(ReadText(Path()).starts_with("# Settings of Skyhaul"));
+  EXPECT_TRUE(ReadText(Path()).ends_with("\nIgcSite=\" Fiesch\\t\"\n")) << ReadText(Path());
   EXPECT_EQ(Permissions(), 0600U);
   const RegistryOpening third = Registry().open(nullptr, RegistryKey::kUser);
   EXPECT_FALSE(third.created);
@@ -107,7 +97,7 @@ TEST_F(SettingsFileTest, WhatAPersonWroteIsKept) {
   Write(
       "# mine\r\n\n  IgcSite =  Fiesch \nno sense\nOther=\"x\\q\"\nUnknown=1\nPort=abc # four\n"
       "IgcSite=Annecy");
-  ASSERT_EQ(chmod(Path().c_str(), 0644), 0);
+  fs::permissions(Path(), fs::perms{0644});
   const RegistryHandle key = Open();
   std::string bytes = "before";
   EXPECT_EQ(Registry().query(nullptr, key, "Port", ValueKind::kNumber, 4, bytes),
@@ -126,9 +116,8 @@ TEST_F(SettingsFileTest, WhatAPersonWroteIsKept) {
   Set(key, "IgcSite", "Bassano");
   Set(key, "Unknown", "2", IfSet::kKeep);
   Set(key, "IgcClass", "Open", IfSet::kKeep);
-  std::string reason;
-  ASSERT_EQ(FlushAndClose(key, reason), 0) << reason;
-  EXPECT_EQ(Read(),
+  EXPECT_EQ(FlushAndClose(key), "");
+  EXPECT_EQ(ReadText(Path()),
             "# mine\n\n  IgcSite =  Fiesch \nno sense\nOther=\"x\\q\"\nUnknown=1\n"
             "# Port=abc # four\nPort=1\nIgcSite=Bassano\nIgcClass=Open\n");
   EXPECT_EQ(Permissions(), 0600U);
@@ -141,9 +130,8 @@ TEST_F(SettingsFileTest, ProgramsDoNotUndoEachOthersChanges) {
   SetOne("IgcClass", "Open");
   Set(slow, "IgcGliderId", "7");
   Set(slow, "IgcClass", "Sports", IfSet::kKeep);
-  std::string reason;
-  EXPECT_EQ(FlushAndClose(slow, reason), 0) << reason;
-  EXPECT_EQ(Read(), "IgcSite=Annecy\nIgcClass=Open\nIgcGliderId=7\n");
+  EXPECT_EQ(FlushAndClose(slow), "");
+  EXPECT_EQ(ReadText(Path()), "IgcSite=Annecy\nIgcClass=Open\nIgcGliderId=7\n");
 
   constexpr int kWriters = 4;
   constexpr int kRounds = 10;
@@ -156,7 +144,7 @@ TEST_F(SettingsFileTest, ProgramsDoNotUndoEachOthersChanges) {
     });
   }
   for (std::thread& thread : writers) thread.join();
-  const SettingsText text = ParseSettingsText(Read());
+  const SettingsText text = ParseSettingsText(ReadText(Path()));
   EXPECT_EQ(text.lines.size(), 3U + kWriters * kRounds);
   for (int i = 0; i < kWriters * kRounds; ++i) {
     EXPECT_GE(FindSetting(text, "V" + std::to_string(i)), 0) << i;
@@ -171,17 +159,14 @@ TEST_F(SettingsFileTest, AFailedWriteLosesNothing) {
     if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
     const RegistryHandle key = Open();
     Set(key, "IgcClass", std::string(20000, 'n'));
-    std::string reason;
-    return FlushAndClose(key, reason) == -1 && !reason.empty() ? 0 : 1;
+    return FlushAndClose(key).empty() ? 1 : 0;
   });
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(Read(), "IgcSite=Fiesch\n");
+  EXPECT_EQ(ReadText(Path()), "IgcSite=Fiesch\n");
 }
 
 TEST_F(SettingsFileTest, WhatCannotBeOpenedIsTold) {
-  Write("");
-  fs::remove(Path());
-  fs::create_directory(Path());
+  fs::create_directories(Path());
   for (const RegistryKey which : {RegistryKey::kUser, RegistryKey::kUserReadOnly}) {
     const RegistryOpening opening = Registry().open(nullptr, which);
     EXPECT_EQ(opening.handle, kNoRegistryHandle);
@@ -192,8 +177,8 @@ TEST_F(SettingsFileTest, WhatCannotBeOpenedIsTold) {
 
 TEST_F(SettingsFileTest, TheTemplateIsTheSystems) {
   EXPECT_TRUE(Registry().open(nullptr, RegistryKey::kTemplate).missing);
-  fs::create_directories(folder.path + "/system/skyhaul");
-  WriteWholeFile(folder.path + "/system/skyhaul/settings", "Port=-7\n", IfExists::kRefuse);
+  fs::create_directories(folder.File("system/skyhaul"));
+  WriteText(folder.File("system/skyhaul/settings"), "Port=-7\n");
   const RegistryHandle key = Open(RegistryKey::kTemplate);
   std::string bytes;
   EXPECT_EQ(Registry().query(nullptr, key, "Port", ValueKind::kNumber, 4, bytes),
@@ -205,13 +190,12 @@ TEST_F(SettingsFileTest, TheTemplateIsTheSystems) {
 TEST_F(SettingsFileTest, DocumentsAreWhereTheDesktopHasThem) {
   const auto documents = [] { return Registry().documents_folder(nullptr); };
   EXPECT_EQ(documents(), folder.path);
-  fs::create_directories(folder.path + "/config");
-  const std::string user_dirs = folder.path + "/config/user-dirs.dirs";
-  WriteWholeFile(user_dirs, "#\nXDG_DOCUMENTS_DIR=\"$HOME/My \\\"Papers\\\"\"\n",
-                 IfExists::kRefuse);
+  fs::create_directories(folder.File("config"));
+  const std::string user_dirs = folder.File("config/user-dirs.dirs");
+  WriteText(user_dirs, "#\nXDG_DOCUMENTS_DIR=\"$HOME/My \\\"Papers\\\"\"\n");
   EXPECT_EQ(documents(), folder.path) << "a folder that is not there";
-  fs::create_directory(folder.path + "/My \"Papers\"");
-  EXPECT_EQ(documents(), folder.path + "/My \"Papers\"");
+  fs::create_directory(folder.File("My \"Papers\""));
+  EXPECT_EQ(documents(), folder.File("My \"Papers\""));
 }
 
 TEST(SettingsText, ValuesComeBackAsTheyWere) {
@@ -229,28 +213,18 @@ TEST(SettingsText, ValuesComeBackAsTheyWere) {
 
 TEST(SettingsText, ValuesAreCheckedByKind) {
   const struct {
-    const char* value;
     ValueKind kind;
-    bool fits;
+    std::vector<const char*> fitting;
+    std::vector<const char*> unfit;
   } cases[] = {
-      {"2147483647", ValueKind::kNumber, true},
-      {"-2147483648", ValueKind::kNumber, true},
-      {"2147483648", ValueKind::kNumber, false},
-      {"", ValueKind::kNumber, false},
-      {"1 ", ValueKind::kNumber, false},
-      {"0x10", ValueKind::kNumber, false},
-      {"abcd", ValueKind::kText, true},
-      {"abcde", ValueKind::kText, false},
-      {"", ValueKind::kBinary, true},
-      {"00fF7f80", ValueKind::kBinary, true},
-      {"0", ValueKind::kBinary, false},
-      {"0g", ValueKind::kBinary, false},
-      {"0011223344", ValueKind::kBinary, false},
-      {"-1", ValueKind::kBinary, false},
+      {ValueKind::kNumber, {"2147483647", "-2147483648"}, {"2147483648", "", "1 ", "0x10"}},
+      {ValueKind::kText, {"abcd"}, {"abcde"}},
+      {ValueKind::kBinary, {"", "00fF7f80"}, {"0", "0g", "0011223344", "-1"}},
   };
+  std::string bytes;
   for (const auto& c : cases) {
-    std::string bytes;
-    EXPECT_EQ(BytesFromValue(c.value, c.kind, 4, bytes), c.fits) << c.value;
+    for (const char* text : c.fitting) EXPECT_TRUE(BytesFromValue(text, c.kind, 4, bytes)) << text;
+    for (const char* text : c.unfit) EXPECT_FALSE(BytesFromValue(text, c.kind, 4, bytes)) << text;
   }
 }
 

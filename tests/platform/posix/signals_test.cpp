@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
-#include <semaphore.h>
 #include <signal.h>
 #include <sys/time.h>
 
-#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <thread>
@@ -42,55 +40,39 @@ TEST(Clock, SignalsDoNotCutAWaitShort) {
   EXPECT_GT(alarms, 0) << "a sanitizer may hold signals back, but not all of them";
 }
 
-struct Seen {
-  bool int_blocked = false;
-  bool term_blocked = false;
-};
-
-void LookAround(void* argument) {
-  auto* seen = static_cast<Seen*>(argument);
-  sigset_t mask;
-  pthread_sigmask(SIG_SETMASK, nullptr, &mask);
-  seen->int_blocked = sigismember(&mask, SIGINT) == 1;
-  seen->term_blocked = sigismember(&mask, SIGTERM) == 1;
-}
-
 TEST(Thread, LeavesSignalsToItsCaller) {
   const ThreadFunctions& threads = NativePlatform().thread;
-  std::array<Seen, 3> seen;
-  std::array<ThreadHandle, 3> handles{};
-  for (size_t i = 0; i < seen.size(); ++i) {
-    ASSERT_EQ(threads.start(nullptr, LookAround, &seen[i], &handles[i]), 0);
+  ThreadHandle handle = 0;
+  sigset_t threads_mask;
+  const auto look_around = [](void* mask) {
+    pthread_sigmask(SIG_SETMASK, nullptr, static_cast<sigset_t*>(mask));
+  };
+  ASSERT_EQ(threads.start(nullptr, look_around, &threads_mask, &handle), 0);
+  threads.join(nullptr, handle);
+  sigset_t own_mask;
+  pthread_sigmask(SIG_SETMASK, nullptr, &own_mask);
+  for (const int signal : {SIGINT, SIGTERM}) {
+    EXPECT_EQ(sigismember(&threads_mask, signal), 1);
+    EXPECT_EQ(sigismember(&own_mask, signal), 0);
   }
-  for (const ThreadHandle handle : handles) threads.join(nullptr, handle);
-  for (const Seen& s : seen) {
-    EXPECT_TRUE(s.int_blocked);
-    EXPECT_TRUE(s.term_blocked);
-  }
-  sigset_t mask;
-  pthread_sigmask(SIG_SETMASK, nullptr, &mask);
-  EXPECT_EQ(sigismember(&mask, SIGINT), 0);
-  EXPECT_EQ(sigismember(&mask, SIGTERM), 0);
 }
 
 struct Call {
-  sem_t done;
   std::thread::id thread;
-  int calls = 0;
+  std::atomic<int> calls = 0;
 };
 
 void NoteCall(void* context) {
   auto* call = static_cast<Call*>(context);
   call->thread = std::this_thread::get_id();
   ++call->calls;
-  sem_post(&call->done);
+  call->calls.notify_all();
 }
 
 // Ends the program with status 0 when the routine was called once for one interrupt.
 [[noreturn]] void InterruptOnce(bool before_the_routine) {
   Call call;
   Call replaced;
-  sem_init(&call.done, 0, 0);
   std::atomic<bool> first = false;
   CountInterrupts(&first);
   OnInterrupt(NoteCall, &replaced);
@@ -98,7 +80,7 @@ void NoteCall(void* context) {
   if (before_the_routine) raise(SIGINT);
   OnInterrupt(NoteCall, &call);
   if (!before_the_routine) raise(SIGTERM);
-  sem_wait(&call.done);
+  call.calls.wait(0);
   OnInterrupt(nullptr, nullptr);
   const bool beside = before_the_routine || call.thread != std::this_thread::get_id();
   std::exit(call.calls == 1 && beside && replaced.calls == 0 && first && Interrupts() == 1 ? 0 : 1);

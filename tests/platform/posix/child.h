@@ -1,0 +1,18 @@
+#pragma once
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace skyhaul {
+
+// Runs a function in a child process and returns its result, 0..255, or -1 when it died otherwise.
+template <typename Function>
+int InChild(Function run) {
+  const pid_t child = fork();
+  if (child == 0) _exit(run());
+  int status = 0;
+  if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status)) return -1;
+  return WEXITSTATUS(status);
+}
+
+}  // namespace skyhaul
