@@ -79,8 +79,6 @@ TEST_F(SerialLinkTest, ReconfiguringSaysWhichStepFailed) {
   ASSERT_EQ(OpenPort(link, kSettings), 0);
   const std::pair<SetupStep, const char*> cases[] = {
       {SetupStep::kGetState, "Initialising COM port: Error getting COM port state"},
-      {SetupStep::kSetTimeouts, "Initialising COM port: Error setting COM port timeouts"},
-      {SetupStep::kSetState, "Initialising COM port: Error setting COM port state"},
       {SetupStep::kPurge, "Initialising COM port: Error purging COM port buffers"},
   };
   for (const auto& [step, message] : cases) {

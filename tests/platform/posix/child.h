@@ -1,5 +1,7 @@
 #pragma once
 
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +15,13 @@ int InChild(Function run) {
   int status = 0;
   if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status)) return -1;
   return WEXITSTATUS(status);
+}
+
+// From now on writing fails where a file would become larger, as on a full disk.
+inline void LimitFileSize(rlim_t bytes) {
+  signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit = {.rlim_cur = bytes, .rlim_max = bytes};
+  setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 }  // namespace skyhaul

@@ -2,8 +2,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -116,9 +114,7 @@ TEST_F(PosixFile, AFailedWriteLeavesTheOldFileAndNothingElse) {
   Write(At("file"), "old", IfExists::kRefuse);
   const auto write_limited = [&](const std::string& name, IfExists if_exists) {
     return InChild([&] {
-      signal(SIGXFSZ, SIG_IGN);
-      const rlimit limit = {.rlim_cur = 5000, .rlim_max = 5000};
-      if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 255;
+      LimitFileSize(5000);
       return static_cast<int>(WriteWholeFile(At(name), std::string(20000, 'n'), if_exists).problem);
     });
   };

