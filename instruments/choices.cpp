@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "instruments/families.h"
+
 namespace skyhaul {
 
 namespace {
@@ -112,15 +114,14 @@ constexpr Option kOptions[] = {
     {"--baud", "0 or a number from 300 to 4000000", SetBaud},
 };
 
-}  // namespace
-
-const char* const kInstrumentUsage =
+constexpr std::string_view kSynopsis =
     "Usage: skyhaul-instrument FAMILY [OPTION]...\n"
     "Puts a simulated instrument behind a pseudo-terminal, prints the terminal's path and\n"
     "answers until it is interrupted.\n"
     "\n"
-    "Families:\n"
-    "  flytec            Flytec and Brauniger\n"
+    "Families:\n";
+
+constexpr std::string_view kOptionsHelp =
     "\n"
     "Options:\n"
     "  --model NAME      what the instrument calls itself: 5020, 5030, 6020, 6030, COMPEO,\n"
@@ -139,6 +140,19 @@ const char* const kInstrumentUsage =
     "  --baud RATE       speed of the line in bits per second; 0 is as fast as it goes\n"
     "                    (default 57600)\n"
     "  --help            show this text\n";
+
+}  // namespace
+
+std::string InstrumentUsage() {
+  constexpr size_t kHelpColumn = 20;
+  std::string usage(kSynopsis);
+  for (const SimulatedFamily& family : SimulatedFamilies()) {
+    std::string line = "  " + std::string(family.name);
+    line.resize(std::max(line.size() + 1, kHelpColumn), ' ');
+    usage += line + std::string(family.maker) + '\n';
+  }
+  return usage + std::string(kOptionsHelp);
+}
 
 int Refuse(const std::string& message) {
   (void)std::fprintf(stderr, "skyhaul-instrument: %s\n", message.c_str());

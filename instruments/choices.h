@@ -27,7 +27,8 @@ struct Choices {
   bool help = false;
 };
 
-extern const char* const kInstrumentUsage;
+// What --help prints: how the program is called, the families and the options.
+std::string InstrumentUsage();
 
 // Prints a refusal and returns the exit status that goes with it.
 int Refuse(const std::string& message);

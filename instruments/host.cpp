@@ -1,0 +1,29 @@
+#include "instruments/host.h"
+
+#include <cstdio>
+#include <string>
+
+#include "instruments/pty_host.h"
+
+namespace skyhaul {
+
+namespace {
+
+void PrintPath(void*, const std::string& terminal_path) {
+  (void)std::printf("%s\n", terminal_path.c_str());
+  (void)std::fflush(stdout);
+}
+
+}  // namespace
+
+int RunBehindTerminal(SimulatedInstrument& instrument, const Choices& choices,
+                      ConversationLog* log) {
+  TerminalOptions options{
+      .link_path = choices.link_path, .log = log, .stop = &StopOnSignals(), .on_ready = PrintPath};
+  std::string problem;
+  if (RunOnTerminal(instrument, options, problem) == 0) return 0;
+  (void)std::fprintf(stderr, "skyhaul-instrument: %s\n", problem.c_str());
+  return 1;
+}
+
+}  // namespace skyhaul
