@@ -8,9 +8,10 @@
 #include "app/command_line/help_text.h"
 #include "app/command_line/long_options.h"
 #include "app/command_line/parse.h"
-#include "app/console/batch.h"
 #include "app/console/console_shell.h"
+#include "app/console/exit_status.h"
 #include "app/console/long_commands.h"
+#include "app/console/run_batch.h"
 #include "platform/arguments.h"
 #include "platform/file.h"
 #include "platform/platform.h"
@@ -21,37 +22,33 @@ namespace {
 
 using namespace skyhaul;
 
-int RunLongOptions(const Operation& operation, const std::vector<std::string>& arguments) {
+int RunLongOptions(Session& session, Console& console, const std::vector<std::string>& arguments) {
   LongOptions options;
   std::string message;
   if (ParseLongOptions(arguments, options, message) != 0) {
-    ShowMessage(operation, message, kCommandLineTitle);
+    ShowMessage(Operation{.shell = session.shell}, message, kCommandLineTitle);
     return kExitBadCommandLine;
   }
-  return RunLongCommand(NativePlatform(), operation, options);
+  return RunLongCommand(session, console, options);
 }
 
-int RunSwitches(const Operation& operation, const ProgramArguments& arguments, Console& console) {
+int RunSwitches(Session& session, Console& console, const ProgramArguments& arguments) {
   CommandLineBlock block;
   std::string message;
   const CommandLineHost host = {.is_port_name = IsPortName};
   const ArgumentText given = CommandTextFromArguments(arguments.words, arguments.text, FileExists);
   if (ParseArguments(given, host, block, message) != 0) {
-    ShowMessage(operation, message, kCommandLineTitle);
+    ShowMessage(Operation{.shell = session.shell}, message, kCommandLineTitle);
     return kExitBadCommandLine;
   }
   if (!block.present) {
-    std::fputs(HelpText().c_str(), stdout);
+    PrintResult(console, HelpText());
     return kExitDone;
   }
   // Opening a file has nothing to abort but itself.
-  if (block.command != Command::kOpenFile) CountInterrupts(nullptr);
-  const RunDefaults settings = LoadRunDefaults(NativePlatform(), operation);
-  const BatchRun run = {.platform = &NativePlatform(),
-                        .settings = &settings,
-                        .console = &console,
-                        .interrupts = Interrupts};
-  return RunBatch(run, block);
+  console.aborts_on_interrupt = block.command != Command::kOpenFile;
+  if (console.aborts_on_interrupt) CountInterrupts(nullptr);
+  return RunBatch(session, console, block);
 }
 
 // A result that did not reach its reader is no success, whatever it said.
@@ -70,10 +67,13 @@ int main(int argc, char** argv) {
   Console console;
   console.terminal = ErrorIsTerminal();
   const Shell shell = ConsoleShell(console);
-  Operation operation;
-  operation.shell = &shell;
-  const int status = HasLongOptions(arguments.words) ? RunLongOptions(operation, arguments.words)
-                                                     : RunSwitches(operation, arguments, console);
+  const RunDefaults defaults = LoadRunDefaults(NativePlatform(), Operation{.shell = &shell});
+  Document document;
+  Session session = {
+      .platform = &NativePlatform(), .shell = &shell, .defaults = &defaults, .document = &document};
+  const int status = HasLongOptions(arguments.words)
+                         ? RunLongOptions(session, console, arguments.words)
+                         : RunSwitches(session, console, arguments);
   FinishProgressLine(console);
-  return CheckOutput(operation, status);
+  return CheckOutput(Operation{.shell = &shell}, status);
 }

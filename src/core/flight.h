@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -23,5 +25,10 @@ struct Flight {
   InstrumentIgc instrument_igc;  // nothing is expected when the points came in another way
   uint32_t index = 0;            // TrackListEntry::index; 0 for an instrument's only flight
 };
+
+// The points that a writer exports: those of the selection (indices, ascending, each within
+// points), or all of them when nothing is selected. Empty when the selection has a hole.
+std::optional<std::span<const TrackPoint>> SelectedPoints(std::span<const TrackPoint> points,
+                                                          std::span<const uint32_t> selection);
 
 }  // namespace skyhaul

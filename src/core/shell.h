@@ -34,6 +34,9 @@ struct Shell {
   // their number, or -1 when nothing is to be downloaded.
   int (*choose_tracks)(void* context, const std::vector<TrackListEntry>& list,
                        std::vector<uint32_t>& chosen) = nullptr;
+  // Shows what the instrument's list holds and which flights are about to be fetched, as indices.
+  void (*tracks_chosen)(void* context, const std::vector<TrackListEntry>& list,
+                        const std::vector<uint32_t>& chosen) = nullptr;
   // Hands a routine over to the thread that owns the document and returns as soon as it has been
   // taken over, not when it has run: a job may end while the owner waits for the job. Routines run
   // in the order in which they were handed over. After the call the argument is the routine's.

@@ -42,6 +42,13 @@ struct JobData {
   uint32_t sent = 0;  // records of an upload that have gone to the instrument
 };
 
+// Which flights of the instrument's list a job fetches.
+struct FlightChoice {
+  enum class How { kAsk, kNewest, kNumbers };
+  How how = How::kAsk;
+  std::vector<uint32_t> numbers;  // of kNumbers: as lists show them, from 1
+};
+
 // Who wants to know the positions while they arrive.
 struct PositionReports {
   std::string client;       // empty: nobody
@@ -64,6 +71,7 @@ struct Job {
   uint32_t protocol_type = 0;  // the place in the job table
   int32_t parameter = 0;       // meaning per family
   bool join_tracks = false;    // several tracks become one log, which must not overlap or have gaps
+  FlightChoice choice;
   PositionReports reports;
 
   // Results.

@@ -1,5 +1,9 @@
 #include "files/file_io.h"
 
+#include <utility>
+
+#include "core/text/letter_case.h"
+#include "files/igc_files.h"
 #include "platform/file.h"
 
 namespace skyhaul {
@@ -15,8 +19,8 @@ int Fail(const Operation& operation, const std::string& text, const char* title)
   return -1;
 }
 
-// A file full of lines that mean nothing here should not bury what else is said.
-void TellNotes(const Operation& operation, const FileContents& contents) {
+// At most kMostNotes, because a file full of strange lines should not bury the other messages.
+void ShowNotes(const Operation& operation, const FileContents& contents) {
   for (size_t i = 0; i < contents.notes.size() && i < kMostNotes; ++i) {
     ShowStatus(operation, contents.notes[i]);
   }
@@ -53,7 +57,8 @@ int LoadFile(const Operation& operation, const std::string& path, FileContents& 
   contents.kind = format->kind;
   const int count = format->read(text, contents, message);
   if (count < 0) return Fail(operation, message + "\n" + path, kReadTitle);
-  TellNotes(operation, contents);
+  if (contents.kind == FileKind::kTrack) contents.text = std::move(text);
+  ShowNotes(operation, contents);
   return count;
 }
 
@@ -74,11 +79,13 @@ int SaveFile(const Operation& operation, const std::string& path, std::string_vi
   }
 }
 
-int ConvertFile(const Operation& operation, const std::string& from, const std::string& to,
-                std::string_view keyword, bool overwrite) {
-  FileContents contents;
-  if (LoadFile(operation, from, contents) < 0) return -1;
-  return SaveFile(operation, to, keyword, contents, overwrite);
+int LoadFileToOpen(const Operation& operation, const std::string& path, FileContents& contents) {
+  if (!EqualIgnoringCase(Extension(path), ".igc")) return LoadFile(operation, path, contents);
+  contents = {};
+  contents.kind = FileKind::kTrack;
+  const int count = LoadIgcFile(operation, path, contents.text, contents.points);
+  contents.header = igc::ReadHeader(contents.text);
+  return count;
 }
 
 }  // namespace skyhaul

@@ -17,8 +17,9 @@ int LoadFile(const Operation& operation, const std::string& path, FileContents& 
 int SaveFile(const Operation& operation, const std::string& path, std::string_view keyword,
              const FileContents& contents, bool overwrite);
 
-// Reads one file and writes the other. Returns the number of records, or -1 after a message.
-int ConvertFile(const Operation& operation, const std::string& from, const std::string& to,
-                std::string_view keyword, bool overwrite);
+// Reads a file to be opened: as LoadFile() does, but one with the extension of IGC files as
+// LoadIgcFile() does, whose messages name an IGC file. Returns the number of records, or -1 after a
+// message.
+int LoadFileToOpen(const Operation& operation, const std::string& path, FileContents& contents);
 
 }  // namespace skyhaul

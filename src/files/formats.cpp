@@ -77,6 +77,7 @@ std::string WriteIgcTrack(const FileContents& contents) {
                                    .competition_id = from.competition_id};
   igc::WriteOptions options;
   options.serial = "000";
+  options.download_time = contents.taken_over;
   if (!from.manufacturer.empty()) {
     options.free_text = "converted from " + from.manufacturer + from.serial;
   }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/airspace.h"
+#include "core/time_scale.h"
 #include "core/track_point.h"
 #include "formats/igc/header.h"
 #include "formats/waypoints/waypoint_list.h"
@@ -21,6 +22,8 @@ struct FileContents {
   std::vector<CtrRecord> airspaces;
   std::vector<TrackPoint> points;
   igc::Header header;              // of a track
+  std::string text;                // of a track that was read: the whole file
+  CalendarTime taken_over = {};    // when the program got the track, for formats that say so
   std::vector<std::string> notes;  // what was skipped, with its line
 };
 

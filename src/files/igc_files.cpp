@@ -1,7 +1,6 @@
 #include "files/igc_files.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "formats/igc/names.h"
 #include "formats/igc/read_igc.h"
@@ -34,14 +33,18 @@ const char* ReadFailure(FileProblem problem) {
 }
 
 // The text to save, or what is wrong.
-const char* IgcText(const TrackLog& log, const IgcSave& save, std::string& text) {
-  if (log.flight.instrument_igc.expected) {
-    text = log.flight.instrument_igc.text;
-    return text.empty() ? "No log stored" : nullptr;
+const char* IgcText(const Flight& flight, const IgcSave& save, std::string& text) {
+  // Without its text the flight of such an instrument cannot be saved at all: what this program
+  // would write in its place is not the recorder's.
+  if (flight.instrument_igc.expected) {
+    text = flight.instrument_igc.text;
+    if (text.empty()) return "No log stored";
   }
-  std::vector<TrackPoint> points;
-  if (SelectedTrackPoints(log, points) != 0) return "No gaps in selected points allowed";
-  return igc::Write(points, save.header, save.options, text) < 0 ? "No positions" : nullptr;
+  if (flight.points.empty()) return "No positions";
+  if (flight.instrument_igc.expected) return nullptr;
+  const auto points = SelectedPoints(flight.points, save.selection);
+  if (!points.has_value()) return "No gaps in selected points allowed";
+  return igc::Write(*points, save.header, save.options, text) < 0 ? "No positions" : nullptr;
 }
 
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {
@@ -67,14 +70,16 @@ int SaveUnderFixedName(const Operation& operation, const IgcSave& save, const st
   }
 }
 
-int SaveUnderFreeNumber(const Operation& operation, const TrackLog& log, const IgcSave& save,
+int SaveUnderFreeNumber(const Operation& operation, const Flight& flight, const IgcSave& save,
                         std::string& path, const std::string& text) {
   const std::string folder = path;
-  const bool own = log.flight.instrument_igc.expected;
+  const bool own = flight.instrument_igc.expected;
   const std::string manufacturer = own ? "xxx" : "xsh";
-  const std::string serial = own ? log.flight.instrument_igc.serial : "000";
+  // A text without an A record names no recorder.
+  const bool known = own && !flight.instrument_igc.serial.empty();
+  const std::string serial = known ? flight.instrument_igc.serial : "000";
   for (int number = 1; number <= igc::kMaxFlightNumber; ++number) {
-    path = folder + igc::LongName(log.flight.points.front().time, manufacturer, serial, number);
+    path = folder + igc::LongName(flight.points.front().time, manufacturer, serial, number);
     if (PathLength(path) > kMaxWrittenPath)
       return Fail(operation, "Too long file name", kSaveTitle, path);
     const FileResult result = WriteUnder(save, path, text);
@@ -108,32 +113,29 @@ int LoadIgcFile(const Operation& operation, const std::string& path, std::string
   return count < 0 ? Fail(operation, message, kReadTitle, path) : count;
 }
 
-int ReadIgcFile(const Operation& operation, const std::string& base_path) {
-  std::string text;
-  std::vector<TrackPoint> points;
-  const int count = LoadIgcFile(operation, base_path + ".igc", text, points);
-  if (count > 0) InstallTrackLog({.points = std::move(points)});
-  return count;
+int CheckIgcFolderLength(const Operation& operation, const std::string& folder) {
+  // Dates and times always have the same length, and a serial number has at most three characters.
+  const std::string longest =
+      igc::ExpandNameTemplate(folder, 0) + igc::LongName(0, "xsh", "000", 1);
+  if (PathLength(longest) <= kMaxWrittenPath) return 0;
+  return Fail(operation, "Too long file name", kSaveTitle, folder);
 }
 
-int SaveIgcAuto(const Operation& operation, const TrackLog& log, const IgcSave& save,
+int SaveIgcAuto(const Operation& operation, const Flight& flight, const IgcSave& save,
                 std::string& written) {
-  if (log.flight.points.empty()) return Fail(operation, "No positions", kSaveTitle);
-  std::string path = igc::ExpandNameTemplate(save.path, log.flight.points.front().time);
+  std::string text;
+  if (const char* wrong = IgcText(flight, save, text)) return Fail(operation, wrong, kSaveTitle);
+  std::string path = igc::ExpandNameTemplate(save.path, flight.points.front().time);
   if (PathLength(path) > kMaxWrittenPath) {
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }
-  std::string text;
-  if (const char* wrong = IgcText(log, save, text)) return Fail(operation, wrong, kSaveTitle);
   const bool named = NameStart(path) < path.size();
   const int saved = named ? SaveUnderFixedName(operation, save, path, text)
-                          : SaveUnderFreeNumber(operation, log, save, path, text);
+                          : SaveUnderFreeNumber(operation, flight, save, path, text);
   if (saved != 0) return -1;
   written = path;
-  const int count = static_cast<int>(log.flight.points.size());
-  char status[40];
-  std::snprintf(status, sizeof status, "%d positions written", count);
-  ShowStatus(operation, status);
+  const int count = static_cast<int>(flight.points.size());
+  ShowStatus(operation, std::to_string(count) + " positions written");
   return count;
 }
 

@@ -1,9 +1,12 @@
 #include "report/score.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "core/text/date_time.h"
+#include "core/text/numbers.h"
+#include "core/time_scale.h"
 #include "core/units.h"
 
 namespace skyhaul {
@@ -28,37 +31,42 @@ constexpr TaskText kTasks[] = {
 };
 static_assert(std::size(kTasks) == kOptimiseTasks);
 
-std::string Format(const char* format, double value) {
-  char text[48];
-  std::snprintf(text, sizeof text, format, value);
+// A text at the right end of a column.
+std::string Right(const std::string& text, size_t width) {
+  return std::string(text.size() < width ? width - text.size() : 0, ' ') + text;
+}
+
+std::string Left(std::string text, size_t width) {
+  text.resize(std::max(width, text.size()), ' ');
   return text;
 }
+
+std::string Kilometres(double metres) {
+  return FixedText(metres / 1000, 2);
+}
+
+constexpr size_t kTaskWidth = 20;
+constexpr size_t kNumberWidth = 10;
 
 // What is not proved is marked with what nobody can exceed.
 std::string Row(const TaskText& text, const TaskResult& task, bool proved) {
-  const std::string most =
-      proved ? "" : "  not proved, at most " + Format("%.2f", task.bound_m / 1000);
-  char line[120];
-  if (task.vertices == 0) {
-    std::snprintf(line, sizeof line, "%-20s %10s", text.name, "-");
-    return line + most + "\n";
+  const std::string most = proved ? "" : "  not proved, at most " + Kilometres(task.bound_m);
+  std::string row = Left(text.name, kTaskWidth) + ' ';
+  if (task.vertices == 0) return row + Right("-", kNumberWidth) + most + '\n';
+  row += Right(Kilometres(task.distance_m), kNumberWidth);
+  if (text.closed) row += ' ' + Right(FixedText(task.closing_m, 0) + " m", kNumberWidth);
+  if (text.points_per_km > 0) {
+    // Without a closing distance its column stays empty.
+    if (!text.closed) row += std::string(1 + kNumberWidth, ' ');
+    row += ' ' + Right(FixedText(text.points_per_km * task.score_m / 1000, 2), kNumberWidth);
   }
-  const std::string closing = text.closed ? Format("%.0f m", task.closing_m) : "";
-  std::snprintf(line, sizeof line, "%-20s %10.2f %10s", text.name, task.distance_m / 1000,
-                closing.c_str());
-  std::string row = line;
-  if (text.points_per_km > 0) row += Format(" %10.2f", text.points_per_km * task.score_m / 1000);
-  row.erase(row.find_last_not_of(' ') + 1);
-  return row + most + "\n";
+  return row + most + '\n';
 }
 
 std::string Vertex(const TrackPoint& point) {
-  const uint32_t second_of_day = point.time % 86400;
-  char text[80];
-  std::snprintf(text, sizeof text, "  %02u:%02u:%02u  %10.5f %11.5f\n", second_of_day / 3600,
-                second_of_day / 60 % 60, second_of_day % 60, SemicirclesToDegrees(point.lat),
-                SemicirclesToDegrees(point.lon));
-  return text;
+  return "  " + DurationText(point.time % kSecondsPerDay) + "  " +
+         Right(FixedText(SemicirclesToDegrees(point.lat), 5), 10) + ' ' +
+         Right(FixedText(SemicirclesToDegrees(point.lon), 5), 11) + '\n';
 }
 
 // Metres with three decimals, as numbers that print without noise.
@@ -81,21 +89,26 @@ nlohmann::ordered_json TaskJson(const TaskText& text, const TaskResult& task) {
   return json;
 }
 
-const char* Kind(const OptimiseResult& result) {
-  if (!result.exact) return "on the track reduced to 2000 points, refined on the whole of it";
-  return result.stopped ? "exact search on every fix, stopped: the best so far"
-                        : "exact search on every fix, proved to 1 m";
+std::string Kind(const FlightScore& score) {
+  const OptimiseResult& result = score.result;
+  if (result.exact) {
+    return result.stopped ? "exact search on every fix, stopped: the best so far"
+                          : "exact search on every fix, proved to 1 m";
+  }
+  const std::string points = std::to_string(result.searched_points);
+  return result.searched_points < score.fixes
+             ? "on the track reduced to " + points + " points, refined on the whole of it"
+             : "on all " + points + " fixes";
 }
 
 }  // namespace
 
 std::string ScoreText(const FlightScore& score, std::span<const TrackPoint> points) {
-  char line[120];
-  std::snprintf(line, sizeof line, "Gap %d m, FAI rule %s, times in UTC\n", score.settings.gap_m,
-                score.settings.fai_rule ? "on" : "off");
-  std::string text = score.file + "\nDistances " + Kind(score.result) + "\n" + line;
-  std::snprintf(line, sizeof line, "%-20s %10s %10s %10s\n", "Task", "km", "closing", "points");
-  text += line;
+  std::string text = score.file + "\nDistances " + Kind(score) + "\nGap " +
+                     std::to_string(score.settings.gap_m) + " m, FAI rule " +
+                     (score.settings.fai_rule ? "on" : "off") + ", times in UTC\n" +
+                     Left("Task", kTaskWidth) + ' ' + Right("km", kNumberWidth) + ' ' +
+                     Right("closing", kNumberWidth) + ' ' + Right("points", kNumberWidth) + '\n';
   for (size_t i = 0; i < kOptimiseTasks; ++i) {
     const TaskResult& task = score.result.tasks[i];
     const bool searched = score.result.stopped && (!kTasks[i].closed || score.settings.gap_m > 0);

@@ -1,30 +1,17 @@
 #include "report/summary.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "analysis/flight_times.h"
+#include "core/text/date_time.h"
 #include "core/time_scale.h"
 #include "core/units.h"
+#include "report/line.h"
 
 namespace skyhaul {
 
 namespace {
-
-std::string Date(uint32_t time) {
-  const CalendarTime date = CalendarFromTime(time);
-  char text[40];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d", date.year, date.month, date.day);
-  return text;
-}
-
-std::string TimeOfDay(uint32_t seconds) {
-  char text[40];
-  std::snprintf(text, sizeof text, "%02u:%02u:%02u", seconds / 3600, seconds / 60 % 60,
-                seconds % 60);
-  return text;
-}
 
 uint32_t Duration_s(const FlightSummary& summary) {
   return std::max(summary.landing_time, summary.take_off_time) - summary.take_off_time;
@@ -36,14 +23,10 @@ std::string Instrument(const igc::Header& header) {
   return header.remark.empty() ? code : code + " (" + header.remark + ")";
 }
 
-std::string Line(const char* label, const std::string& value) {
-  char text[24];
-  std::snprintf(text, sizeof text, "%-16s", label);
-  return text + (value.empty() ? "-" : value) + "\n";
-}
-
 std::string Iso8601(uint32_t time) {
-  return Date(time) + "T" + TimeOfDay(time % 86400) + "Z";
+  std::string text;
+  AppendIsoTime(text, time, 0);
+  return text;
 }
 
 const char* SecurityWord(igc::SecurityCheck check) {
@@ -86,33 +69,31 @@ std::string SummaryText(const FlightSummary& summary) {
   const char* first = summary.flown ? "Take-off" : "First fix";
   const char* last = summary.flown ? "Landing" : "Last fix";
   return Line("File", summary.file) + Line("Instrument", Instrument(summary.header)) +
-         Line("Pilot", summary.header.pilot) + Line("Date", Date(summary.take_off_time)) +
-         Line(first, TimeOfDay(summary.take_off_time % 86400) + " UTC") +
-         Line(last, TimeOfDay(summary.landing_time % 86400) + " UTC") +
-         Line("Duration", TimeOfDay(Duration_s(summary))) +
+         Line("Pilot", summary.header.pilot) +
+         Line("Date", DateText(CalendarFromTime(summary.take_off_time))) +
+         Line(first, DurationText(summary.take_off_time % kSecondsPerDay) + " UTC") +
+         Line(last, DurationText(summary.landing_time % kSecondsPerDay) + " UTC") +
+         Line("Duration", DurationText(Duration_s(summary))) +
          Line("Fixes", std::to_string(summary.fixes)) + Line("Highest point", highest) +
          Line("Security", igc::SecurityCheckText(summary.security));
 }
 
-std::string SummariesJson(std::span<const FlightSummary> summaries) {
-  nlohmann::ordered_json flights = nlohmann::ordered_json::array();
-  for (const FlightSummary& summary : summaries) {
-    flights.push_back({{"file", summary.file},
-                       {"instrument", Instrument(summary.header)},
-                       {"pilot", summary.header.pilot},
-                       {"glider_type", summary.header.glider_type},
-                       {"glider_id", summary.header.glider_id},
-                       {"site", summary.header.site},
-                       {"flown", summary.flown},
-                       {"take_off", Iso8601(summary.take_off_time)},
-                       {"landing", Iso8601(summary.landing_time)},
-                       {"duration_s", Duration_s(summary)},
-                       {"fixes", summary.fixes},
-                       {"highest_gps_m", summary.highest_gps_m},
-                       {"highest_pressure_m", summary.highest_pressure_m},
-                       {"security", SecurityWord(summary.security)}});
-  }
-  return flights.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+nlohmann::ordered_json SummaryJson(const FlightSummary& summary) {
+  return {{"kind", "flight"},
+          {"file", summary.file},
+          {"instrument", Instrument(summary.header)},
+          {"pilot", summary.header.pilot},
+          {"glider_type", summary.header.glider_type},
+          {"glider_id", summary.header.glider_id},
+          {"site", summary.header.site},
+          {"flown", summary.flown},
+          {"take_off", Iso8601(summary.take_off_time)},
+          {"landing", Iso8601(summary.landing_time)},
+          {"duration_s", Duration_s(summary)},
+          {"fixes", summary.fixes},
+          {"highest_gps_m", summary.highest_gps_m},
+          {"highest_pressure_m", summary.highest_pressure_m},
+          {"security", SecurityWord(summary.security)}};
 }
 
 }  // namespace skyhaul

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <span>
 #include <string>
 #include <string_view>
@@ -31,7 +32,6 @@ FlightSummary SummariseFlight(const std::string& file, std::string_view text,
 // Lines for a terminal, each ended by a line feed.
 std::string SummaryText(const FlightSummary& summary);
 
-// A JSON array with one object per flight, times in ISO 8601, altitudes in metres.
-std::string SummariesJson(std::span<const FlightSummary> summaries);
+nlohmann::ordered_json SummaryJson(const FlightSummary& summary);
 
 }  // namespace skyhaul

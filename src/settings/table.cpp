@@ -186,4 +186,9 @@ void SetSettingBytes(const SettingDescriptor& setting, std::string_view bytes,
   }
 }
 
+bool SettingDiffers(const SettingDescriptor& setting, const SettingValues& a,
+                    const SettingValues& b) {
+  return BytesOfSetting(setting, a) != BytesOfSetting(setting, b);
+}
+
 }  // namespace skyhaul

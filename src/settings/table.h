@@ -44,4 +44,8 @@ std::string BytesOfSetting(const SettingDescriptor& setting, const SettingValues
 void SetSettingBytes(const SettingDescriptor& setting, std::string_view bytes,
                      SettingValues& values);
 
+// True when a setting has another value in the two records.
+bool SettingDiffers(const SettingDescriptor& setting, const SettingValues& a,
+                    const SettingValues& b);
+
 }  // namespace skyhaul

@@ -5,7 +5,9 @@
 #include <string_view>
 
 #include "core/text/printable.h"
-#include "core/time_scale.h"
+#include "device/job_runner.h"
+#include "platform/terminal.h"
+#include "report/flight_table.h"
 
 namespace skyhaul {
 
@@ -61,15 +63,15 @@ bool AnswerNo(void* context, const char* text, const char* title) {
 void Status(void* context, const char* text) {
   Console& console = Of(context);
   const std::scoped_lock lock(console.mutex);
-  console.told_tenths = -1;
+  console.shown_tenths = -1;
   PrintLine(console, text);
 }
 
-// A log file does not need every percent: a plain line is told for each tenth.
+// A log file does not need every percent: each tenth gets a plain line.
 bool WorthALine(Console& console, int percent) {
   if (percent == kUnknownPercent) return true;
-  if (percent / 10 == console.told_tenths) return false;
-  console.told_tenths = percent / 10;
+  if (percent / 10 == console.shown_tenths) return false;
+  console.shown_tenths = percent / 10;
   return true;
 }
 
@@ -88,37 +90,25 @@ void Progress(void* context, const char* text, int percent) {
   console.progress_width = std::max(width, size_t{1});
 }
 
-uint32_t NewestTrack(const std::vector<TrackListEntry>& list) {
-  const auto earlier = [](const auto& a, const auto& b) { return a.start_time < b.start_time; };
-  return std::max_element(list.begin(), list.end(), earlier)->index;
+// A batch run has nobody to ask: its requests say which flights they want.
+int ChooseNothing(void* /*context*/, const std::vector<TrackListEntry>& /*list*/,
+                  std::vector<uint32_t>& /*chosen*/) {
+  return -1;
 }
 
-bool Listed(const std::vector<TrackListEntry>& list, uint32_t index) {
-  return std::any_of(list.begin(), list.end(),
-                     [&](const TrackListEntry& entry) { return entry.index == index; });
+void TracksChosen(void* context, const std::vector<TrackListEntry>& list,
+                  const std::vector<uint32_t>& chosen) {
+  PrintResult(Of(context), FlightTable(list, chosen));
 }
 
-int ChooseTracks(void* context, const std::vector<TrackListEntry>& list,
-                 std::vector<uint32_t>& chosen) {
-  Console& console = Of(context);
-  if (list.empty()) return -1;
-  chosen.clear();
-  for (const uint32_t number : console.track_numbers) {
-    if (Listed(list, number - 1)) {
-      chosen.push_back(number - 1);
-      continue;
-    }
-    const std::string text = "There is no track " + std::to_string(number) + " in the list";
-    Message(context, text.c_str(), "Select track");
-    chosen.clear();
-    break;
-  }
-  if (console.track_numbers.empty()) chosen.push_back(NewestTrack(list));
-  const std::scoped_lock lock(console.mutex);
-  EndProgressLine(console);
-  std::fputs(TrackListTable(list, chosen).c_str(), stdout);
-  std::fflush(stdout);
-  return chosen.empty() ? -1 : static_cast<int>(chosen.size());
+void RunOnOwner(void* context, void (*routine)(void* argument), void* argument) {
+  PostToOwner(Of(context).owner, routine, argument);
+}
+
+// On a thread of its own, see OnInterrupt().
+void AbortOnInterrupt(void* context) {
+  Of(context).interrupted = true;
+  AbortJob(nullptr);  // silent when the job has ended by itself meanwhile
 }
 
 }  // namespace
@@ -129,7 +119,9 @@ Shell ConsoleShell(Console& console) {
           .ask = AnswerNo,
           .status = Status,
           .progress = Progress,
-          .choose_tracks = ChooseTracks};
+          .choose_tracks = ChooseNothing,
+          .tracks_chosen = TracksChosen,
+          .run_on_owner = RunOnOwner};
 }
 
 void PrintResult(Console& console, const std::string& text) {
@@ -144,20 +136,20 @@ void FinishProgressLine(Console& console) {
   EndProgressLine(console);
 }
 
-std::string TrackListTable(const std::vector<TrackListEntry>& list,
-                           const std::vector<uint32_t>& chosen) {
-  std::string table = "   No  Date        Start     Duration\n";
-  for (const TrackListEntry& entry : list) {
-    const bool is_chosen = std::find(chosen.begin(), chosen.end(), entry.index) != chosen.end();
-    const CalendarTime start = CalendarFromTime(entry.start_time);
-    char line[96];
-    std::snprintf(line, sizeof line, "%c %3u  %04d-%02d-%02d  %02d:%02d:%02d  %02u:%02u:%02u\n",
-                  is_chosen ? '*' : ' ', entry.index + 1, start.year, start.month, start.day,
-                  start.hour, start.minute, start.second, entry.duration_s / 3600,
-                  entry.duration_s / 60 % 60, entry.duration_s % 60);
-    table += line;
+void RunOneForOwner(Console& console) {
+  if (console.aborts_on_interrupt && !console.watching) {
+    console.watching = true;
+    OnInterrupt(AbortOnInterrupt, &console);
   }
-  return table;
+  RunNextRoutine(console.owner);
+  // The routine may have started another job, which the interrupt came too early for.
+  if (console.interrupted) AbortJob(nullptr);
+}
+
+void StopWatching(Console& console) {
+  if (console.watching) OnInterrupt(nullptr, nullptr);
+  console.watching = false;
+  FinishProgressLine(console);
 }
 
 }  // namespace skyhaul

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <cstdint>
+#include <atomic>
+#include <cstddef>
 #include <mutex>
 #include <string>
-#include <vector>
 
+#include "core/owner_queue.h"
 #include "core/shell.h"
 
 namespace skyhaul {
@@ -13,12 +14,17 @@ namespace skyhaul {
 // standard error: messages, status lines, and the progress on one line that is rewritten when
 // standard error is a terminal.
 struct Console {
-  bool terminal = false;                // rewrite the progress line
-  std::vector<uint32_t> track_numbers;  // list numbers to choose; empty: the newest flight
+  bool terminal = false;             // rewrite the progress line
+  bool aborts_on_interrupt = false;  // Ctrl-C aborts the job that RunToEnd() waits for
+
+  OwnerQueue owner;  // what the job's thread hands over to the one that waits
 
   std::mutex mutex;           // guards what follows
   size_t progress_width = 0;  // characters of the progress line that stands there unfinished
-  int told_tenths = -1;       // of the last progress told as a plain line
+  int shown_tenths = -1;      // of the last progress shown as a plain line
+
+  std::atomic<bool> interrupted = false;
+  bool watching = false;  // only for the thread that waits
 };
 
 // The shell that speaks through a console, which must outlive it. Its functions may be called from
@@ -32,8 +38,9 @@ void FinishProgressLine(Console& console);
 // is shown with '?' for characters that would steer the terminal.
 void PrintResult(Console& console, const std::string& text);
 
-// The flight list as a table, one line per flight; a mark stands before the chosen ones.
-std::string TrackListTable(const std::vector<TrackListEntry>& list,
-                           const std::vector<uint32_t>& chosen);
+// For RunToEnd(): run the next routine that was handed over, and let an interrupt abort the job
+// meanwhile; and end that.
+void RunOneForOwner(Console& console);
+void StopWatching(Console& console);
 
 }  // namespace skyhaul

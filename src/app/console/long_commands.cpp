@@ -1,185 +1,161 @@
 #include "app/console/long_commands.h"
 
-#include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "analysis/optimise.h"
-#include "analysis/optimise_exact.h"
 #include "app/command_line/help_text.h"
 #include "app/command_line/score_options.h"
-#include "app/console/batch.h"
-#include "app/console/settings_commands.h"
+#include "app/console/exit_status.h"
+#include "app/console/settings_options.h"
+#include "commands/check_signature.h"
+#include "commands/convert_file.h"
+#include "commands/list_ports.h"
+#include "commands/open_file.h"
+#include "commands/score_flight.h"
+#include "core/text/digits.h"
 #include "core/version.h"
-#include "files/file_io.h"
-#include "files/igc_files.h"
-#include "formats/igc/header.h"
-#include "formats/igc/security_record.h"
-#include "platform/file.h"
 #include "platform/terminal.h"
+#include "report/file_summary.h"
 #include "report/score.h"
-#include "report/summary.h"
-#include "settings/run_defaults.h"
 
 namespace skyhaul {
 
 namespace {
 
-int PrintVersion() {
-  std::printf("Skyhaul %d.%02d\n", kVersionNumber / 100, kVersionNumber % 100);
+int PrintVersion(Console& console) {
+  PrintResult(console, "Skyhaul " + std::to_string(kVersionNumber / 100) + '.' +
+                           PaddedNumber(kVersionNumber % 100, 2) + '\n');
   return kExitDone;
 }
 
-int PrintPorts(const Platform& platform, const Operation& operation) {
-  std::vector<PortInfo> ports;
-  if (platform.serial.list(platform.serial.context, ports) != 0) {
-    ShowMessage(operation, "The system's list of serial ports cannot be read", "Serial ports");
-    return kExitFailed;
+int PrintPorts(const Session& session, Console& console) {
+  const auto ports = ListPorts(session);
+  if (!ports.has_value()) return kExitFailed;
+  std::string text = ports->empty() ? "No serial ports found\n" : "";
+  for (const PortInfo& port : *ports) {
+    const std::string number = std::to_string(port.number);
+    text += (number.size() < 2 ? " " : "") + number + "  " + port.name;
+    if (!port.description.empty()) text += "  " + port.description;
+    text += '\n';
   }
-  for (const PortInfo& port : ports) {
-    const std::string description = port.description.empty() ? "" : "  " + port.description;
-    std::printf("%2u  %s%s\n", port.number, port.name.c_str(), description.c_str());
-  }
-  if (ports.empty()) std::puts("No serial ports found");
+  PrintResult(console, text);
   return kExitDone;
 }
 
-int PrintInfo(const Operation& operation, const LongOptions& options) {
-  std::vector<FlightSummary> summaries;
+int PrintInfo(const Session& session, Console& console, const LongOptions& options) {
+  const bool json = IsGiven(options, SideOption::kJson);
+  std::vector<FileSummary> summaries;
   for (const std::string& file : options.files) {
-    std::string text;
-    std::vector<TrackPoint> points;
-    if (LoadIgcFile(operation, file, text, points) < 0) continue;
-    summaries.push_back(SummariseFlight(file, text, points));
+    auto summary = SummariseFile(session, file);
+    if (!summary.has_value()) continue;
+    if (!json) PrintResult(console, (summaries.empty() ? "" : "\n") + SummaryText(*summary));
+    summaries.push_back(std::move(*summary));
   }
-  if (IsGiven(options, SideOption::kJson)) {
-    std::fputs(SummariesJson(summaries).c_str(), stdout);
-  } else {
-    for (size_t i = 0; i < summaries.size(); ++i) {
-      std::printf("%s%s", i > 0 ? "\n" : "", SummaryText(summaries[i]).c_str());
-    }
-  }
+  if (json) PrintResult(console, SummariesJson(summaries));
   return summaries.size() == options.files.size() ? kExitDone : kExitFailed;
 }
 
-// Only files that this program signed can pass: each maker keeps its own secret.
-constexpr const char* kOurManufacturer = "XSH";
-
-bool CheckFile(const Operation& operation, const std::string& file) {
-  std::string text;
-  const FileResult read = ReadWholeFile(file, text);
-  if (read.problem != FileProblem::kNone) {
-    ShowMessage(operation, "Error opening file\n" + file + ": " + read.reason, "Security check");
-    return false;
-  }
-  const igc::SecurityCheck check = igc::CheckSecurityRecord(text);
-  std::printf("%s: %s\n", file.c_str(), igc::SecurityCheckText(check));
-  const std::string manufacturer = igc::ReadHeader(text).manufacturer;
-  if (check == igc::SecurityCheck::kFailed && manufacturer != kOurManufacturer) {
-    std::printf("  signed by \"%s\", whose records only its maker can check\n",
-                manufacturer.c_str());
-  }
-  return check == igc::SecurityCheck::kPassed;
-}
-
-int PrintChecks(const Operation& operation, const LongOptions& options) {
+int PrintChecks(const Session& session, Console& console, const LongOptions& options) {
   bool all_passed = true;
   for (const std::string& file : options.files) {
-    all_passed = CheckFile(operation, file) && all_passed;
+    const auto result = CheckSignature(session, file);
+    all_passed = all_passed && result.has_value() && result->check == igc::SecurityCheck::kPassed;
+    if (!result.has_value()) continue;
+    std::string text = file + ": " + igc::SecurityCheckText(result->check) + '\n';
+    if (result->check == igc::SecurityCheck::kFailed && !result->ours) {
+      text +=
+          "  signed by \"" + result->manufacturer + "\", whose records only its maker can check\n";
+    }
+    PrintResult(console, text);
   }
   return all_passed ? kExitDone : kExitFailed;
 }
 
-constexpr uint32_t kExactBudget_ms = 60'000;
-
-// The search for distances. It says nothing, because the table does; the first interrupt stops it.
+// The search for distances. The first interrupt stops it, so it lives as long as the program.
 Operation distance_search;
 
-// Returns 0, or -1 after a message.
-int ScoreFile(const Operation& operation, const LongOptions& options, FlightScore& score,
-              std::vector<TrackPoint>& points) {
-  const Operation* search = &distance_search;
-  std::string text;
-  if (LoadIgcFile(operation, score.file, text, points) < 0) return -1;
-  score.fixes = points.size();
-  const bool exact = IsGiven(options, SideOption::kExact);
-  const int result =
-      exact ? OptimiseTrackExact(points, score.settings, kExactBudget_ms, score.result, search)
-            : OptimiseTrack(points, score.settings, score.result, search);
-  if (result == 0) return 0;
-  const char* reason = search->aborted ? ": stopped"
-                       : exact         ? ": too many fixes"
-                                       : ": not enough memory";
-  ShowMessage(operation, score.file + reason, "Distances");
-  return result;
+// Reads what the side options say. Returns 0, or -1 after a message.
+int TakeScoreOptions(const Session& session, const LongOptions& options,
+                     ScoreFlightRequest& request) {
+  OptimiseSettings settings;
+  std::string message;
+  if (IsGiven(options, SideOption::kGap)) {
+    if (ReadGap(ValueOf(options, SideOption::kGap), settings, message) == 0) {
+      request.gap_m = settings.gap_m;
+    }
+  }
+  if (message.empty() && IsGiven(options, SideOption::kFaiRule)) {
+    if (ReadFaiRule(ValueOf(options, SideOption::kFaiRule), settings, message) == 0) {
+      request.fai_rule = settings.fai_rule;
+    }
+  }
+  request.exact = IsGiven(options, SideOption::kExact);
+  if (message.empty()) return 0;
+  ShowMessage(Operation{.shell = session.shell}, message, "Parsing command line");
+  return -1;
 }
 
-int PrintScores(const Platform& platform, const Operation& operation, const LongOptions& options) {
-  const RunDefaults stored = LoadRunDefaults(platform, operation);
-  OptimiseSettings settings = {.gap_m = stored.loop_gap_m, .fai_rule = stored.fai_rule};
-  std::string message;
-  if ((IsGiven(options, SideOption::kGap) &&
-       ReadGap(ValueOf(options, SideOption::kGap), settings, message) != 0) ||
-      (IsGiven(options, SideOption::kFaiRule) &&
-       ReadFaiRule(ValueOf(options, SideOption::kFaiRule), settings, message) != 0)) {
-    ShowMessage(operation, message, "Parsing command line");
-    return kExitBadCommandLine;
-  }
+int PrintScores(const Session& session, Console& console, const LongOptions& options) {
+  ScoreFlightRequest request;
+  if (TakeScoreOptions(session, options, request) != 0) return kExitBadCommandLine;
+  const Operation operation = {.shell = session.shell};
+  const size_t count = options.files.size();
+  // The progress of one long search is worth lines of its own; of many files their names are.
+  if (request.exact && count == 1) distance_search.shell = session.shell;
   CountInterrupts(&distance_search.aborted);
   const bool json = IsGiven(options, SideOption::kJson);
   std::vector<FlightScore> scores;
-  std::vector<TrackPoint> points;
-  for (size_t i = 0; i < options.files.size() && !distance_search.aborted; ++i) {
-    if (options.files.size() > 1) {
-      ShowProgress(operation, options.files[i], static_cast<int>(i * 100 / options.files.size()));
+  for (size_t i = 0; i < count && !distance_search.aborted; ++i) {
+    if (count > 1) ShowProgress(operation, options.files[i], static_cast<int>(i * 100 / count));
+    request.path = options.files[i];
+    ScoreFlightResult result = ScoreFlight(session, request, distance_search);
+    if (!result.done) continue;
+    if (!json) {
+      PrintResult(console,
+                  (scores.empty() ? "" : "\n") + ScoreText(result.score, result.flight->points));
     }
-    FlightScore score;
-    score.file = options.files[i];
-    score.settings = settings;
-    if (ScoreFile(operation, options, score, points) != 0) continue;
-    if (!json) std::printf("%s%s", scores.empty() ? "" : "\n", ScoreText(score, points).c_str());
-    scores.push_back(std::move(score));
+    scores.push_back(std::move(result.score));
   }
-  if (options.files.size() > 1) ShowProgress(operation, "Done", 100);
-  if (json) std::fputs(ScoresJson(scores).c_str(), stdout);
-  const bool all = scores.size() == options.files.size() && !distance_search.aborted;
-  return all ? kExitDone : kExitFailed;
+  if (count > 1) ShowProgress(operation, "Done", 100);
+  if (json) PrintResult(console, ScoresJson(scores));
+  return scores.size() == count && !distance_search.aborted ? kExitDone : kExitFailed;
 }
 
-int PrintConversion(const Operation& operation, const LongOptions& options) {
-  const std::string& to = options.files[1];
-  const int count =
-      ConvertFile(operation, options.files[0], to, ValueOf(options, SideOption::kFormat),
-                  IsGiven(options, SideOption::kOverwrite));
-  if (count < 0) return kExitFailed;
-  std::printf("%d records written to %s\n", count, to.c_str());
+int PrintConversion(const Session& session, Console& console, const LongOptions& options) {
+  const ConvertFileRequest request = {.from = options.files[0],
+                                      .to = options.files[1],
+                                      .keyword = ValueOf(options, SideOption::kFormat),
+                                      .overwrite = IsGiven(options, SideOption::kOverwrite)};
+  const ConvertFileResult result = ConvertFile(session, request);
+  if (!result.done) return kExitFailed;
+  PrintResult(console, std::to_string(result.records) + " records written to " + request.to + '\n');
   return kExitDone;
 }
 
 }  // namespace
 
-int RunLongCommand(const Platform& platform, const Operation& operation,
-                   const LongOptions& options) {
+int RunLongCommand(Session& session, Console& console, const LongOptions& options) {
   switch (options.command) {
     case LongCommand::kHelp:
-      std::fputs(HelpText().c_str(), stdout);
+      PrintResult(console, HelpText());
       return kExitDone;
     case LongCommand::kVersion:
-      return PrintVersion();
+      return PrintVersion(console);
     case LongCommand::kPorts:
-      return PrintPorts(platform, operation);
+      return PrintPorts(session, console);
     case LongCommand::kInfo:
-      return PrintInfo(operation, options);
+      return PrintInfo(session, console, options);
     case LongCommand::kCheck:
-      return PrintChecks(operation, options);
+      return PrintChecks(session, console, options);
     case LongCommand::kScore:
-      return PrintScores(platform, operation, options);
+      return PrintScores(session, console, options);
     case LongCommand::kConvert:
-      return PrintConversion(operation, options);
+      return PrintConversion(session, console, options);
     case LongCommand::kSettings:
-      return PrintSettings(platform, operation, IsGiven(options, SideOption::kJson));
+      return PrintSettings(session, console, IsGiven(options, SideOption::kJson));
     case LongCommand::kSet:
-      return ChangeSettings(platform, operation, options.files);
+      return AssignSettings(session, console, options.files);
   }
   return kExitBadCommandLine;
 }

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "app/command_line/long_options.h"
-#include "core/operation.h"
-#include "platform/platform.h"
+#include "app/console/console_shell.h"
+#include "commands/session.h"
 
 namespace skyhaul {
 
-// Carries out a long option: prints its result to standard output. Returns the exit status.
-int RunLongCommand(const Platform& platform, const Operation& operation,
-                   const LongOptions& options);
+// Does what a long option asks for and prints the result. Returns the program's exit status.
+int RunLongCommand(Session& session, Console& console, const LongOptions& options);
 
 }  // namespace skyhaul

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/count_message.h"
+#include "device/choose_flights.h"
 #include "device/position_reports.h"
 #include "protocols/flytec/join_flights.h"
 #include "protocols/flytec/product_data.h"
@@ -87,14 +88,10 @@ int DownloadTrack(Job& job, const std::string& request, uint32_t index, uint32_t
   return 0;
 }
 
-// Lets the person choose. Returns 0 with at least one index in ascending order, or a negative
-// number.
+// Picks what is to be fetched. Returns 0 with at least one index, ascending, or -1.
 int ChooseTracks(const Job& job, std::vector<uint32_t>& chosen) {
-  const std::vector<TrackListEntry>& list = job.data.track_list;
-  if (list.empty()) return Fail(job, "The instrument holds no track logs");
-  const Shell* shell = job.operation.shell;
-  if (shell == nullptr || shell->choose_tracks(shell->context, list, chosen) <= 0) return -1;
-  std::sort(chosen.begin(), chosen.end());
+  if (job.data.track_list.empty()) return Fail(job, "The instrument holds no track logs");
+  if (ChooseFlights(job, chosen) < 0) return -1;
   for (const uint32_t index : chosen) {
     if (index < kRequestableTracks) continue;
     return Fail(job, FormatCountMessage("Track log % is too old to be requested", index + 1));

@@ -7,7 +7,7 @@
 
 #include "core/count_message.h"
 #include "core/units.h"
-#include "formats/text/scan.h"
+#include "core/text/printable.h"
 #include "protocols/flytec/field_text.h"
 #include "protocols/flytec/product_data.h"
 #include "protocols/sentence/checksum.h"

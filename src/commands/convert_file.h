@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "commands/session.h"
+#include "files/formats.h"
+
+namespace skyhaul {
+
+struct ConvertFileRequest {
+  std::string from;
+  std::string to;
+  std::string keyword;  // the format to write; empty: the one of the extension of `to`
+  bool overwrite = false;
+  std::optional<FileKind> only;  // a file of another kind is refused; empty: any
+};
+
+struct ConvertFileResult {
+  bool done = false;
+  size_t records = 0;  // fixes, waypoints or airspaces written
+};
+
+// Reads a file and writes it in another format, without touching the document. Failures have been
+// said.
+ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& request);
+
+}  // namespace skyhaul

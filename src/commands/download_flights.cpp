@@ -1,0 +1,102 @@
+#include "commands/download_flights.h"
+
+#include <memory>
+#include <utility>
+
+#include "commands/save_flights.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr const char* kTitle = "Read GPS track log";
+
+// One download from its start to its end, over one or two jobs.
+struct Download {
+  Session* session = nullptr;
+  DownloadFlightsRequest request;
+  std::function<void(DownloadFlightsResult)> end;
+  bool selected_asked_for = false;  // the flight that is selected on the instrument
+  Operation operation;
+};
+using SharedDownload = std::shared_ptr<Download>;
+
+// The newest flight becomes the document's. A failed download replaces nothing.
+void Install(Download& download, JobEnd& job, bool saved) {
+  if (job.result < 0 || job.data.flights.empty()) return;
+  ReplaceFlight(*download.session->document, std::move(job.data.flights.back()),
+                {.origin = Source::Origin::kInstrument, .name = job.identity.description}, !saved,
+                "Download of a flight");
+}
+
+void Finish(Download& download, JobEnd job) {
+  DownloadFlightsResult result;
+  // Flights that were to be joined are no flights by themselves.
+  if (job.result < 0 && download.request.join) job.data.flights.clear();
+  const bool saved = SaveFlights(*download.session, download.request, job.identity,
+                                 job.data.flights, result.written) == 0;
+  result.done = job.result >= 0 && saved;
+  Install(download, job, saved);
+  result.identity = std::move(job.identity);
+  download.end(std::move(result));
+}
+
+void Run(const SharedDownload& download);
+
+// An instrument without a track list can still give the one flight that is selected on it.
+void TakeJobEnd(const SharedDownload& download, JobEnd job) {
+  if (job.result != kNoTrackList || download->selected_asked_for) {
+    return Finish(*download, std::move(job));
+  }
+  if (download->request.flights.how == FlightChoice::How::kNumbers) {
+    ShowMessage(download->operation,
+                "This instrument has no track list: leave TRACK out to download the flight that is "
+                "selected on it",
+                kTitle);
+    return Finish(*download, std::move(job));
+  }
+  ShowStatus(download->operation,
+             "This instrument has no track list, downloading the flight that is selected on it");
+  download->selected_asked_for = true;
+  Run(download);
+}
+
+void Run(const SharedDownload& download) {
+  JobRequest job = MakeJobRequest(*download->session, download->request.instrument, kReadTrackLog);
+  job.join_tracks = download->request.join;
+  job.choice = download->request.flights;
+  if (download->selected_asked_for) job.parameter = kCurrentTrack;
+  RunInstrumentJob(*download->session, std::move(job),
+                   [download](JobEnd end) { TakeJobEnd(download, std::move(end)); });
+}
+
+}  // namespace
+
+void DownloadFlights(Session& session, DownloadFlightsRequest request,
+                     std::function<void(DownloadFlightsResult)> end) {
+  auto download = std::make_shared<Download>();
+  download->session = &session;
+  download->request = std::move(request);
+  download->end = std::move(end);
+  download->operation.shell = session.shell;
+  if (CheckFlightTarget(download->operation, download->request.target) != 0) {
+    return download->end({});
+  }
+  Run(download);
+}
+
+void ReadFlightList(Session& session, const InstrumentRequest& instrument,
+                    std::function<void(FlightListResult)> end) {
+  const auto take_end = [&session, end = std::move(end)](JobEnd job) {
+    if (job.result == kNoTrackList) {
+      ShowMessage(Operation{.shell = session.shell}, "This instrument has no track list",
+                  "Read GPS track list");
+    }
+    end({.done = job.result >= 0,
+         .identity = std::move(job.identity),
+         .list = std::move(job.data.track_list)});
+  };
+  RunInstrumentJob(session, MakeJobRequest(session, instrument, kReadFlightList), take_end);
+}
+
+}  // namespace skyhaul

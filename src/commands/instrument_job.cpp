@@ -1,0 +1,78 @@
+#include "commands/instrument_job.h"
+
+#include <memory>
+#include <utility>
+
+#include "protocols/families.h"
+
+namespace skyhaul {
+
+namespace {
+
+// A job under way. It is handed from the owner to the job's thread and back.
+struct PendingJob {
+  Session* session = nullptr;
+  JobEndRoutine routine;
+  JobEnd end;
+};
+
+// On the thread that owns the document.
+void Deliver(void* argument) {
+  const std::unique_ptr<PendingJob> pending(static_cast<PendingJob*>(argument));
+  // The completion routine runs a moment before its thread ends, and a new job needs that end.
+  WaitForJobEnd();
+  const InstrumentIdentity& identity = pending->end.identity;
+  if (!identity.description.empty()) pending->session->document->identity = identity;
+  pending->routine(std::move(pending->end));
+}
+
+// On the job's thread.
+void TakeEnd(void* context, Job& job) {
+  auto* pending = static_cast<PendingJob*>(context);
+  pending->end = {.result = job.result,
+                  .identity = {.description = std::move(job.description),
+                               .owner = std::move(job.owner),
+                               .pilot_name = std::move(job.pilot_name)},
+                  .data = std::move(job.data)};
+  const Shell& shell = *pending->session->shell;
+  shell.run_on_owner(shell.context, Deliver, pending);
+}
+
+}  // namespace
+
+JobRequest MakeJobRequest(const Session& session, const InstrumentRequest& instrument,
+                          uint32_t access_type) {
+  const SerialFunctions& serial = session.platform->serial;
+  JobRequest request;
+  request.platform = session.platform;
+  request.shell = session.shell;
+  request.access_type = access_type;
+  request.protocol_type = instrument.protocol_type;
+  request.reports = {
+      .client = instrument.client,
+      .interval_s = instrument.report_interval_s.value_or(session.defaults->report_interval_s)};
+  request.port = session.defaults->port;
+  if (!instrument.port.empty() || instrument.port_number != 0) {
+    request.port = {.automatic = false,
+                    .configured = instrument.port_number == 0
+                                      ? instrument.port
+                                      : serial.name_of(serial.context, instrument.port_number)};
+  }
+  if (instrument.attempts > 0) request.attempts = instrument.attempts;
+  return request;
+}
+
+void RunInstrumentJob(Session& session, JobRequest request, JobEndRoutine end) {
+  auto pending = std::make_unique<PendingJob>();
+  pending->session = &session;
+  pending->routine = std::move(end);
+  // From a successful start on the record belongs to the job's thread, and then to Deliver().
+  PendingJob* const handed_over = pending.release();
+  request.completion = TakeEnd;
+  request.completion_context = handed_over;
+  if (StartJob(AllJobs(), std::move(request)) == 0) return;
+  pending.reset(handed_over);
+  pending->routine({});
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,103 @@
+#include "commands/places.h"
+
+#include <utility>
+
+#include "commands/open_file.h"
+#include "commands/target.h"
+#include "files/file_io.h"
+#include "formats/waypoints/waypoint_list.h"
+
+namespace skyhaul {
+
+namespace {
+
+// Installs and saves the waypoints of a job that has succeeded.
+void TakeWaypoints(Session& session, const DownloadWaypointsRequest& request, JobEnd& job,
+                   DownloadWaypointsResult& result) {
+  const Operation operation = {.shell = session.shell};
+  if (job.data.waypoints.empty()) {
+    ShowMessage(operation, "The instrument holds no waypoints", "Read GPS waypoints");
+    return;
+  }
+  FileContents contents;
+  contents.waypoints = UnfitWaypoints(job.data.waypoints);
+  const int saved = SaveFile(operation, request.path, request.keyword, contents, request.overwrite);
+  result.done = saved >= 0;
+  if (result.done) {
+    result.saved = static_cast<size_t>(saved);
+    result.written.push_back(request.path);
+  }
+  ReplaceWaypoints(*session.document, std::move(contents.waypoints),
+                   {.origin = Source::Origin::kInstrument, .name = job.identity.description},
+                   !result.done, "Download of waypoints");
+}
+
+// Opens the request's file, if it names one, as the list to be sent. Returns 0, or -1 after a
+// message.
+int PrepareUpload(Session& session, const UploadRequest& request, FileKind kind) {
+  if (request.path.empty()) return 0;
+  return OpenFile(session, {.path = request.path, .only = kind}).done ? 0 : -1;
+}
+
+void Upload(Session& session, const UploadRequest& request, uint32_t access_type, JobData data,
+            size_t total, std::function<void(UploadResult)> end) {
+  JobRequest job = MakeJobRequest(session, request.instrument, access_type);
+  job.data = std::move(data);
+  RunInstrumentJob(session, std::move(job), [total, end = std::move(end)](JobEnd ended) {
+    end({.done = ended.result >= 0 && ended.data.sent == total,
+         .identity = std::move(ended.identity),
+         .sent = ended.data.sent,
+         .total = total});
+  });
+}
+
+void RefuseUpload(const Session& session, const char* what, const char* title) {
+  ShowMessage(Operation{.shell = session.shell},
+              std::string("There are no ") + what + " to send: open or download some first", title);
+}
+
+}  // namespace
+
+void DownloadWaypoints(Session& session, DownloadWaypointsRequest request,
+                       std::function<void(DownloadWaypointsResult)> end) {
+  if (CheckTarget(Operation{.shell = session.shell}, request.path, request.keyword,
+                  FileKind::kWaypoints, request.overwrite) != 0) {
+    return end({});
+  }
+  JobRequest job = MakeJobRequest(session, request.instrument, kReadWaypoints);
+  const auto take_end = [&session, request = std::move(request),
+                         end = std::move(end)](JobEnd ended) {
+    DownloadWaypointsResult result;
+    if (ended.result >= 0) TakeWaypoints(session, request, ended, result);
+    result.identity = std::move(ended.identity);
+    end(std::move(result));
+  };
+  RunInstrumentJob(session, std::move(job), take_end);
+}
+
+// The document keeps its list, so the job gets a copy: some thousand records at most.
+void UploadWaypoints(Session& session, const UploadRequest& request,
+                     std::function<void(UploadResult)> end) {
+  if (PrepareUpload(session, request, FileKind::kWaypoints) != 0) return end({});
+  const auto& waypoints = session.document->lists.waypoints;
+  if (waypoints == nullptr || waypoints->empty()) {
+    RefuseUpload(session, "waypoints", "Write GPS waypoints");
+    return end({});
+  }
+  Upload(session, request, kWriteWaypoints, {.waypoints_to_send = *waypoints}, waypoints->size(),
+         std::move(end));
+}
+
+void UploadAirspaces(Session& session, const UploadRequest& request,
+                     std::function<void(UploadResult)> end) {
+  if (PrepareUpload(session, request, FileKind::kAirspace) != 0) return end({});
+  const auto& airspaces = session.document->lists.airspaces;
+  if (airspaces == nullptr || airspaces->empty()) {
+    RefuseUpload(session, "airspaces", "Write CTR");
+    return end({});
+  }
+  Upload(session, request, kUploadCtr, {.airspaces = *airspaces}, airspaces->size(),
+         std::move(end));
+}
+
+}  // namespace skyhaul

@@ -1,0 +1,145 @@
+#include "commands/save_flights.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "commands/now.h"
+#include "commands/target.h"
+#include "files/file_io.h"
+#include "files/igc_files.h"
+#include "platform/path.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr const char* kTitle = "Save IGC log";
+
+// What saving the flights of one download works with.
+struct Saving {
+  const Session* session = nullptr;
+  const DownloadFlightsRequest* request = nullptr;
+  const InstrumentIdentity* identity = nullptr;
+  Operation operation;
+};
+
+bool IsIgc(const FlightTarget& target) {
+  if (target.kind == FlightTarget::Kind::kIgcFolder) return true;
+  std::string ignored;
+  const FileFormat* format = FormatToWrite(target.path, target.keyword, FileKind::kTrack, ignored);
+  return format != nullptr && format->keyword == "igc";
+}
+
+// What the person says counts most; an instrument only knows its owner.
+igc::HeaderTexts Header(const Saving& saving) {
+  igc::HeaderTexts header = saving.session->defaults->igc_header;
+  if (!saving.identity->pilot_name.empty()) header.pilot = saving.identity->pilot_name;
+  if (!saving.request->pilot.empty()) header.pilot = saving.request->pilot;
+  return header;
+}
+
+// "flight.kml" for the first of several files, then "flight-2.kml", "flight-3.kml" and so on.
+std::string NumberedPath(const std::string& path, size_t number) {
+  if (number == 1) return path;
+  const size_t end = path.size() - Extension(path).size();
+  return path.substr(0, end) + "-" + std::to_string(number) + path.substr(end);
+}
+
+IgcSave MakeIgcSave(const Saving& saving, size_t number, const std::vector<std::string>& written) {
+  const FlightTarget& target = saving.request->target;
+  IgcSave save;
+  save.path = target.kind == FlightTarget::Kind::kIgcFolder ? AsFolder(target.path)
+                                                            : NumberedPath(target.path, number);
+  save.overwrite = target.overwrite;
+  save.header = Header(saving);
+  // A part of a flight is not what the instrument recorded: it gets no signature.
+  save.options = {.sign = true,
+                  .may_be_signed = !IsGiven(target.filter),
+                  .serial = "000",
+                  .free_text = saving.identity->description,
+                  .download_time = Now(saving.session->platform->clock),
+                  .enl = saving.session->defaults->igc_enl};
+  save.not_over = written;
+  return save;
+}
+
+int SaveAsTrackFile(const Saving& saving, const Flight& flight, size_t number, std::string& path) {
+  const FlightTarget& target = saving.request->target;
+  const igc::HeaderTexts header = Header(saving);
+  FileContents contents;
+  contents.kind = FileKind::kTrack;
+  contents.points = flight.points;
+  contents.header.pilot = header.pilot;
+  contents.header.glider_type = header.glider_type;
+  contents.header.glider_id = header.glider_id;
+  contents.header.site = header.site;
+  contents.header.competition_class = header.competition_class;
+  contents.header.competition_id = header.competition_id;
+  path = NumberedPath(target.path, number);
+  return SaveFile(saving.operation, path, target.keyword, contents, target.overwrite);
+}
+
+// Returns 0 with the part of the flight that is to be written, or -1 after a message when nothing
+// is left of it.
+int CutOut(const Saving& saving, const Flight& flight, Flight& part) {
+  part.points = FilterPoints(flight.points, saving.request->target.filter);
+  if (!part.points.empty()) return 0;
+  ShowMessage(saving.operation,
+              "The flight has no positions between the times of FILTER and FILTEREND (UTC)",
+              kTitle);
+  return -1;
+}
+
+// Returns a negative number after a message, else path is the file.
+int SaveOne(const Saving& saving, const Flight& flight, size_t number,
+            const std::vector<std::string>& written, std::string& path) {
+  const bool igc = IsIgc(saving.request->target);
+  const Flight* saved = &flight;
+  Flight part;
+  if (IsGiven(saving.request->target.filter)) {
+    if (igc && flight.instrument_igc.expected) {
+      ShowStatus(saving.operation,
+                 "FILTER and FILTEREND have no effect: the instrument's own record is saved whole");
+    } else {
+      if (CutOut(saving, flight, part) != 0) return -1;
+      saved = &part;
+    }
+  }
+  if (!igc) return SaveAsTrackFile(saving, *saved, number, path);
+  return SaveIgcAuto(saving.operation, *saved, MakeIgcSave(saving, number, written), path);
+}
+
+}  // namespace
+
+int CheckFlightTarget(const Operation& operation, const FlightTarget& target) {
+  if (target.kind == FlightTarget::Kind::kFile) {
+    return CheckTarget(operation, target.path, target.keyword, FileKind::kTrack, target.overwrite);
+  }
+  if (CheckIgcFolderLength(operation, AsFolder(target.path)) != 0) return -1;
+  // A folder whose name depends on the flight can only be found out afterwards.
+  if (target.path.find('$') != std::string::npos) return 0;
+  return CheckFolder(operation, target.path, kTitle);
+}
+
+int SaveFlights(const Session& session, const DownloadFlightsRequest& request,
+                const InstrumentIdentity& identity, std::vector<Flight>& flights,
+                std::vector<std::string>& written) {
+  std::ranges::sort(flights, {}, [](const Flight& flight) { return flight.points.front().time; });
+  const Saving saving = {.session = &session,
+                         .request = &request,
+                         .identity = &identity,
+                         .operation = {.shell = session.shell}};
+  int result = 0;
+  size_t number = 0;
+  for (const Flight& flight : flights) {
+    std::string path;
+    if (SaveOne(saving, flight, ++number, written, path) < 0) {
+      result = -1;
+    } else {
+      written.push_back(std::move(path));
+    }
+  }
+  return result;
+}
+
+}  // namespace skyhaul

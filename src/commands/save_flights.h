@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "commands/download_flights.h"
+#include "core/flight.h"
+
+namespace skyhaul {
+
+// Call before the transfer: whether the target can take flights at all. Returns 0, or -1 after a
+// message.
+int CheckFlightTarget(const Operation& operation, const FlightTarget& target);
+
+// Saves flights in the order in which they start; one that cannot be saved does not keep the others
+// from it. Appends the paths written. Returns 0, or -1 after a message when one could not be saved.
+// The flights are sorted by their start and otherwise left as they are.
+int SaveFlights(const Session& session, const DownloadFlightsRequest& request,
+                const InstrumentIdentity& identity, std::vector<Flight>& flights,
+                std::vector<std::string>& written);
+
+}  // namespace skyhaul

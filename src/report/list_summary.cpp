@@ -1,0 +1,109 @@
+#include "report/list_summary.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <vector>
+
+#include "core/text/numbers.h"
+#include "core/units.h"
+#include "report/line.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr int kDegreeDecimals = 5;  // about a metre
+
+void Include(ListSummary& summary, int32_t lat, int32_t lon, bool first) {
+  summary.south = first ? lat : std::min(summary.south, lat);
+  summary.north = first ? lat : std::max(summary.north, lat);
+  summary.west = first ? lon : std::min(summary.west, lon);
+  summary.east = first ? lon : std::max(summary.east, lon);
+}
+
+// Centres count as well: a circle has no other point. Its radius is left out, which is near enough
+// for a person who wants to know which country a file is about.
+std::vector<AirspacePosition> Positions(const CtrRecord& airspace) {
+  std::vector<AirspacePosition> positions;
+  for (const AirspaceSegment& segment : airspace.segments) {
+    positions.push_back(segment.type == SegmentType::kArcByPoints ? segment.start : segment.point);
+  }
+  return positions;
+}
+
+std::string Range(int32_t from, int32_t to) {
+  return FixedText(SemicirclesToDegrees(from), kDegreeDecimals) + " to " +
+         FixedText(SemicirclesToDegrees(to), kDegreeDecimals);
+}
+
+std::string Classes(const ListSummary& summary) {
+  std::string text;
+  for (const auto& [name, count] : summary.classes) {
+    text += (text.empty() ? "" : ", ") + name + ' ' + std::to_string(count);
+  }
+  return text;
+}
+
+const char* KindName(const ListSummary& summary) {
+  return summary.kind == ListSummary::Kind::kWaypoints ? "waypoints" : "airspaces";
+}
+
+}  // namespace
+
+ListSummary SummariseWaypoints(const std::string& file, std::span<const FileWaypoint> waypoints) {
+  const auto [lowest, highest] =
+      std::ranges::minmax_element(waypoints, {}, &FileWaypoint::altitude_m);
+  ListSummary summary = {.file = file,
+                         .kind = ListSummary::Kind::kWaypoints,
+                         .count = waypoints.size(),
+                         .lowest_m = lowest->altitude_m,
+                         .highest_m = highest->altitude_m};
+  for (const FileWaypoint& waypoint : waypoints) {
+    Include(summary, waypoint.lat, waypoint.lon, &waypoint == waypoints.data());
+  }
+  return summary;
+}
+
+ListSummary SummariseAirspaces(const std::string& file, std::span<const CtrRecord> airspaces) {
+  ListSummary summary = {
+      .file = file, .kind = ListSummary::Kind::kAirspaces, .count = airspaces.size()};
+  bool first = true;
+  for (const CtrRecord& airspace : airspaces) {
+    ++summary.classes[airspace.airspace_class];
+    for (const AirspacePosition& position : Positions(airspace)) {
+      Include(summary, position.lat, position.lon, first);
+      first = false;
+    }
+  }
+  return summary;
+}
+
+std::string SummaryText(const ListSummary& summary) {
+  std::string text = Line("File", summary.file) +
+                     Line("Holds", std::to_string(summary.count) + ' ' + KindName(summary)) +
+                     Line("Latitude", Range(summary.south, summary.north)) +
+                     Line("Longitude", Range(summary.west, summary.east));
+  if (summary.kind == ListSummary::Kind::kAirspaces)
+    return text + Line("Classes", Classes(summary));
+  return text + Line("Altitude", FixedText(summary.lowest_m, 0) + " to " +
+                                     FixedText(summary.highest_m, 0) + " m");
+}
+
+nlohmann::ordered_json SummaryJson(const ListSummary& summary) {
+  nlohmann::ordered_json json = {{"kind", KindName(summary)},
+                                 {"file", summary.file},
+                                 {"count", summary.count},
+                                 {"south", SemicirclesToDegrees(summary.south)},
+                                 {"north", SemicirclesToDegrees(summary.north)},
+                                 {"west", SemicirclesToDegrees(summary.west)},
+                                 {"east", SemicirclesToDegrees(summary.east)}};
+  if (summary.kind == ListSummary::Kind::kAirspaces) {
+    json["classes"] = summary.classes;
+  } else {
+    json["lowest_m"] = summary.lowest_m;
+    json["highest_m"] = summary.highest_m;
+  }
+  return json;
+}
+
+}  // namespace skyhaul
