@@ -46,6 +46,7 @@ std::string_view DeviceRefusal(const CommandLineBlock& block) {
   const auto is_for = [&](const DeviceCheck& check) { return check.command == block.command; };
   const auto check = std::find_if(std::begin(kDeviceChecks), std::end(kDeviceChecks), is_for);
   if (check == std::end(kDeviceChecks)) return {};
+  // USB comes first: with it no other instrument would do, whatever the command.
   const GpsTypeEntry& gps = EntryOf(block.gps_type);
   if (check->checks_usb && block.usb && gps.family->usb == kNoProtocol) {
     return "USB is not supported";

@@ -25,8 +25,8 @@ constexpr std::string_view kSynopsis =
 constexpr std::string_view kSwitchNotes =
     "A value with blanks is quoted: '/PILOT=First Last'. Case does not matter in\n"
     "the names of switches and instruments. A command that this version cannot\n"
-    "carry out says so and ends with status 1; a switch that the command does not\n"
-    "use has no effect.\n";
+    "carry out says so and ends with status 1; most switches that have no effect\n"
+    "with the command are named.\n";
 
 constexpr std::string_view kStatusesAndExamples =
     "\n"

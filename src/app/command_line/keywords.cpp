@@ -165,12 +165,12 @@ constexpr Keyword kKeywords[] = {
     Flag("NOLOOPOPT", &Block::no_loop_optimisation, "leave out the optimisation of loops",
          kNoCommand),
 
-    // Who is told, and the window.
+    // Another program, and the window.
     Text("NOTIFY", "CLIENT", &Block::notify_client, kMaxNotifyClient, "Missing window class name",
-         "who is told about positions, flights and the end"),
+         "the program that positions, flights and the end are sent to"),
     {.name = "SENDLOG",
      .value_name = "SECONDS",
-     .help = "flight time between two positions that the client is told; 0: none",
+     .help = "flight time between two positions that are sent to it; 0: none",
      .take = TakeNumber,
      .effective_with = kTrackDownloads,
      .number = &Block::send_log_s,

@@ -10,7 +10,9 @@ namespace skyhaul {
 
 namespace {
 
-// Takes the quotes off a command line that was quoted as a whole. Returns 0 or -1 with a message.
+// "/GPS=IQCOMPEO /EXIT" dropped  ->  /GPS=IQCOMPEO /EXIT
+// "my flight.igc"                ->  my flight.igc
+// Returns 0 or -1 with a message.
 int Unquote(std::string_view& text, std::string& message) {
   if (!text.starts_with('"')) return 0;
   const size_t close = text.find('"', 1);
@@ -36,6 +38,7 @@ int ParseCommandLine(const std::string& text, const CommandLineHost& host, Comma
                      std::string& message) {
   block = {};
   message.clear();
+  // c_str(), so that the text ends at its first zero, as a command line of the system does.
   std::string_view rest(text.c_str());
   if (rest.empty()) return 0;
   if (Unquote(rest, message) != 0) return -1;
@@ -45,6 +48,7 @@ int ParseCommandLine(const std::string& text, const CommandLineHost& host, Comma
     block.file = CutToCharacters(rest, kMaxFileName);
     return 0;
   }
+  // A block that is half filled would start half a command.
   const int parsed = ParseSwitches(rest, host, block, message);
   if (parsed != 0) block = {};
   return parsed;

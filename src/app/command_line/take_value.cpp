@@ -47,8 +47,10 @@ std::string_view TakeSignedNumber(const Keyword& keyword, const std::string& val
   return kAccepted;
 }
 
+// /COM=3, /COM=/dev/ttyUSB0, /COM=\\.\COM12
 std::string_view TakePort(const Keyword& keyword, const std::string& value,
                           const CommandLineHost& host, CommandLineBlock& block) {
+  // The name of a device that was cut would be the name of another one.
   if (CutToCharacters(value, kMaxPortText) != value) return keyword.bad;
   uint32_t number = 0;
   if (host.is_port_name == nullptr || !host.is_port_name(value)) {
@@ -70,6 +72,7 @@ std::string_view TakeGpsType(const Keyword& keyword, const std::string& value,
   return kAccepted;
 }
 
+// /COMP_LOG=IGC: unlike the instruments of /GPS=, in upper case only.
 std::string_view TakeCompetitionFormat(const Keyword& keyword, const std::string& value,
                                        const CommandLineHost& /*host*/, CommandLineBlock& block) {
   if (value != "KML" && value != "IGC") return keyword.bad;
@@ -77,6 +80,7 @@ std::string_view TakeCompetitionFormat(const Keyword& keyword, const std::string
   return kAccepted;
 }
 
+// /WIN=0: the digit counts the ways in which a window can appear; see ShowCode for their codes.
 std::string_view TakeShowCode(const Keyword& keyword, const std::string& value,
                               const CommandLineHost& /*host*/, CommandLineBlock& block) {
   constexpr ShowCode kCodes[] = {ShowCode::kHidden, ShowCode::kMinimised, ShowCode::kNormal};
@@ -85,6 +89,7 @@ std::string_view TakeShowCode(const Keyword& keyword, const std::string& value,
   return kAccepted;
 }
 
+// /FILTER=09:30 /FILTEREND=17:45:00, in either order. The second one given finds the fault.
 std::string_view TakeFilterStart(const Keyword& keyword, const std::string& value,
                                  const CommandLineHost& /*host*/, CommandLineBlock& block) {
   const std::optional<uint32_t> start_s = SecondOfDayFromText(value);
@@ -118,6 +123,7 @@ std::string_view TakeTimeout(const Keyword& keyword, const std::string& value,
 std::string_view TakeTracks(const Keyword& keyword, const std::string& value,
                             const CommandLineHost& /*host*/, CommandLineBlock& block) {
   if (IsMissing(keyword, value)) return keyword.missing;
+  // A second /TRACK replaces the first, as with every switch that is given twice.
   std::optional<std::vector<uint32_t>> tracks = TrackListFromText(value);
   if (!tracks) return keyword.bad;
   block.tracks = std::move(*tracks);

@@ -17,6 +17,8 @@ int CompleteItem(Tokeniser& tokeniser) {
   return 0;
 }
 
+// /GPS=IQCOMPEO /COM=3 "/PILOT=First Last"
+// ^             ^       ^ an error: between two items only a blank and a slash can stand
 int FeedBetweenItems(Tokeniser& tokeniser, char byte) {
   if (EndsItem(byte)) return 1;
   if (byte != '/') return -1;
@@ -35,6 +37,8 @@ int FeedKeyword(Tokeniser& tokeniser, char byte) {
   return 1;
 }
 
+// A quote inside a value is a part of it: /PILOT=Ann"X. Only at its beginning does it hold blanks
+// together.
 int FeedValue(Tokeniser& tokeniser, char byte) {
   if (EndsItem(byte)) return CompleteItem(tokeniser);
   if (byte == '"' && tokeniser.item.value.empty()) {
@@ -45,6 +49,8 @@ int FeedValue(Tokeniser& tokeniser, char byte) {
   return 1;
 }
 
+// /PILOT="First Last"/EXIT: the closing quote ends the item, no blank has to follow. The end of the
+// text closes a quote that was left open.
 int FeedQuotedValue(Tokeniser& tokeniser, char byte) {
   if (byte == '"' || byte == kEnd) return CompleteItem(tokeniser);
   AppendWithin(byte, kMaxValue, tokeniser.value_seen, tokeniser.item.value);
@@ -71,8 +77,10 @@ int Tokenise(std::string_view text, const TakeItemFunction& take, std::string& m
   text = text.substr(0, text.find(kEnd));
   Tokeniser tokeniser;
   size_t position = 0;
+  // One step beyond the last byte: the zero that ends the text completes the last item.
   for (size_t i = 0; i <= text.size(); ++i) {
     const char byte = i < text.size() ? text[i] : kEnd;
+    // The message names a character, so the bytes that continue one do not count.
     if (StartsCharacter(byte)) ++position;
     const int fed = FeedCharacter(tokeniser, byte);
     if (fed < 0) {

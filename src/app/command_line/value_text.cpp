@@ -56,10 +56,12 @@ std::optional<uint32_t> TimeoutFromText(std::string_view text) {
   if (negative) text.remove_prefix(1);
   if (!IsDigits(text)) return std::nullopt;
   if (negative) return 0;
+  // Digits that do not fit in the number are a long time too.
   return std::min(NumberFromText(text).value_or(kMaxTimeoutSeconds), kMaxTimeoutSeconds);
 }
 
 std::optional<uint32_t> SecondOfDayFromText(std::string_view text) {
+  // "09:30" or "09:30:15": the length tells them apart, and the colons stand at fixed places.
   const bool has_seconds = text.size() == 8;
   if ((text.size() != 5 && !has_seconds) || text[2] != ':') return std::nullopt;
   if (has_seconds && text[5] != ':') return std::nullopt;
@@ -71,6 +73,7 @@ std::optional<uint32_t> SecondOfDayFromText(std::string_view text) {
 }
 
 std::optional<std::vector<uint32_t>> TrackListFromText(std::string_view text) {
+  // "1,3-5". A set, because ranges may overlap and only different numbers count.
   std::set<uint32_t> tracks;
   for (bool more = true; more;) {
     const size_t comma = text.find(',');
