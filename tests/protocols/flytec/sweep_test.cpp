@@ -141,12 +141,12 @@ struct Conversation : JobBench {
 // IGC lines carry no checksum, so a changed byte inside a fix cannot be seen. The positions must be
 // exactly what the lines that arrived say.
 void ExpectDecodedFromText(const Flight& flight) {
-  IgcDecoder decoder;
+  igc::Decoder decoder;
   std::string_view rest = flight.instrument_igc.text;
   for (size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
     std::string line(rest.substr(0, end));
     std::erase(line, '\r');
-    EXPECT_GE(DecodeInstrumentIgcLine(decoder, line), 0);
+    EXPECT_GE(igc::DecodeLine(decoder, line), 0);
     rest.remove_prefix(end + 1);
   }
   EXPECT_EQ(flight.points, decoder.points);
