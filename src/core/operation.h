@@ -7,10 +7,10 @@
 
 namespace skyhaul {
 
-// What long work carries with it: whom to tell, and whether it is still wanted. The abort flag may
+// What a long operation carries with it: the shell for its texts, and the abort flag. The flag may
 // be set from any thread; everything else belongs to the thread that does the work.
 struct Operation {
-  const Shell* shell = nullptr;  // null: nobody is told
+  const Shell* shell = nullptr;  // null: no texts are shown
   bool quiet = false;            // suppresses every message, status and progress text
   std::atomic<bool> aborted = false;
 };

@@ -14,8 +14,8 @@ struct OwnerRoutine {
 };
 
 // Routines that other threads hand to the thread that owns the document, where no toolkit's event
-// queue does this. A face without one puts PostToOwner() behind Shell::run_on_owner and waits with
-// RunNextRoutine() while a job runs. The queue must outlive everybody who may post to it.
+// queue does this. A face without one implements Shell::run_on_owner with PostToOwner() and calls
+// RunNextRoutine() while a job runs. The queue must outlive all callers of PostToOwner().
 struct OwnerQueue {
   std::mutex mutex;
   std::condition_variable posted;

@@ -6,7 +6,7 @@
 
 namespace skyhaul {
 
-// One flight in an instrument's memory, as its flight list tells it.
+// One flight in an instrument's memory, as its flight list has it.
 struct TrackListEntry {
   uint32_t index = 0;       // the instrument's own track index; the list number shown is one more
   uint32_t start_time = 0;  // seconds since 1989-12-31 00:00:00 UTC

@@ -21,8 +21,9 @@ std::string JoinedNames(const SerialLink& link) {
   return names;
 }
 
-// Told when it is found out: whoever can mend it should not have to wait for the end.
+// Shown when it is found out, so that a person who can mend it need not wait for the end.
 void AddReason(Job& job, std::vector<std::string>& reasons, const std::string& reason) {
+  // Each reason once, however many rounds there are.
   if (reason.empty() || std::find(reasons.begin(), reasons.end(), reason) != reasons.end()) return;
   reasons.push_back(reason);
   ShowStatus(job.operation, reason);
@@ -43,6 +44,7 @@ int TryCandidate(Job& job, const SerialSettings& settings, IdentifyOnce identify
   const int identified = identify(job);
   if (identified == 0) return 0;
   ClosePort(link);
+  // Silence, or an adapter that fails, says nothing about the other ports.
   return identified == kTimedOut || identified == kPortFailed ? 1 : -1;
 }
 
@@ -54,15 +56,17 @@ int FindInstrument(Job& job, const SerialSettings& settings, IdentifyOnce identi
   int opened = 0;
   for (uint32_t left = link.attempts; left > 0; left -= std::min(left, kAttemptsPerRound)) {
     ShowProgress(job.operation, FormatCountMessage("Connecting to GPS (%)", left));
-    opened = 0;
+    opened = 0;  // the message is about the last round
     for (const std::string& candidate : link.candidates) {
       if (StopRequested(job.operation)) return -1;
       link.port_name = candidate;
       const int tried = TryCandidate(job, settings, identify, opened, reasons);
       if (tried <= 0) return tried;
     }
+    // Asking takes its time by itself; a round without a port would pass at once.
     if (opened == 0) Pause(link, kRoundWithoutPort_ms);
   }
+  // The last wait may have been cut short by an abort, which has no message.
   if (StopRequested(job.operation)) return -1;
   std::string text = opened > 0 ? "No valid response from GPS"
                                 : "Could not open serial port (sure it's the right one ?)";

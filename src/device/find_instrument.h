@@ -5,8 +5,9 @@
 namespace skyhaul {
 
 // One try to identify the instrument on the open port. Returns 0 when it answered, kTimedOut or
-// kPortFailed when it is not behind this port, and any other negative number when the search is
-// over: the person aborted it, or the instrument was found and cannot be used, which has been said.
+// kPortFailed when it is not on this port, and any other negative number when the search is
+// over: the person aborted it, or the instrument was found and cannot be used; then a message has
+// been shown.
 using IdentifyOnce = int (*)(Job& job);
 
 // Looks for the instrument on every candidate port of a job whose port is chosen automatically: in

@@ -46,15 +46,17 @@ void RunJob(void* argument) {
   auto& running = *static_cast<RunningJob*>(argument);
   Job& job = running.job;
   job.result = running.procedure(job);
-  ClosePort(job.link);
+  ClosePort(job.link);  // before the completion routine, after which the port may be wanted again
   Runner& runner = TheRunner();
   {
     const std::scoped_lock lock(runner.mutex);
-    runner.last_failed = job.result < 0;
+    runner.last_failed = job.result < 0;  // the completion routine may ask for it
   }
+  // Without the lock, and before the job counts as ended: the completion routine may ask for the
+  // runner's state, and takes the results before whoever waits for the end looks for them.
   if (running.completion != nullptr) running.completion(running.completion_context, job);
   const std::scoped_lock lock(runner.mutex);
-  running.ended = true;
+  running.ended = true;  // a quiet job stays current, so that its results can be looked at
   if (!job.operation.quiet) runner.current.reset();
   runner.job_ended.notify_all();
 }
@@ -66,6 +68,7 @@ bool Idle(const Runner& runner) {
 void JoinEndedThread(Runner& runner) {
   if (runner.thread_platform == nullptr) return;
   const ThreadFunctions& thread = runner.thread_platform->thread;
+  // Its job has ended, so this takes no longer than the thread's last instructions.
   thread.join(thread.context, runner.thread);
   runner.thread_platform = nullptr;
 }
@@ -86,7 +89,7 @@ void SetUpLink(SerialLink& link, const ProtocolJobs& protocol, const JobRequest&
   link.attempts = request.attempts;
   link.xon_xoff = protocol.xon_xoff;
   link.port_name = request.port.configured.substr(0, kMaxPortName);
-  if (protocol.on_usb) return;
+  if (protocol.on_usb) return;  // it has no serial port to look for
   link.automatic = request.port.automatic;
   if (link.automatic) link.candidates = CandidatePorts(*request.platform, link.port_name);
 }
@@ -113,14 +116,15 @@ std::unique_ptr<RunningJob> MakeJob(const ProtocolJobs& protocol, JobRequest& re
 }  // namespace
 
 int StartJob(JobTable table, JobRequest request) {
-  Operation teller;
-  teller.shell = request.shell;
+  Operation no_job;
+  no_job.shell = request.shell;
   Runner& runner = TheRunner();
   std::unique_lock lock(runner.mutex);
   runner.last_failed = false;
+  // Unlocked for the message: a person may look at it for minutes.
   const auto refuse = [&](const char* text, const char* title) {
     lock.unlock();
-    ShowMessage(teller, text, title);
+    ShowMessage(no_job, text, title);
     return -1;
   };
 
@@ -129,6 +133,7 @@ int StartJob(JobTable table, JobRequest request) {
   JoinEndedThread(runner);
   std::unique_ptr<RunningJob> running = MakeJob(table[request.protocol_type], request);
   if (running == nullptr) return refuse("Access data block memory allocation", kTitle);
+  // Only now: a start that is refused leaves the trace of the job before, or of the one that runs.
   ClearTrace();
 
   // The job is current before its thread runs, so that the thread finds itself as the current job.
@@ -145,11 +150,12 @@ int StartJob(JobTable table, JobRequest request) {
 int AbortJob(const Shell* shell) {
   Runner& runner = TheRunner();
   std::unique_lock lock(runner.mutex);
+  // Under the lock to the end, so that the job cannot go while its abort flag is set.
   if (runner.current == nullptr) {
     lock.unlock();
-    Operation teller;
-    teller.shell = shell;
-    ShowMessage(teller, "Port not in use", "Abort GPS access");
+    Operation no_job;
+    no_job.shell = shell;
+    ShowMessage(no_job, "Port not in use", "Abort GPS access");
     return -1;
   }
   Operation& operation = runner.current->job.operation;

@@ -53,7 +53,7 @@ bool JobRunning();
 // made it quiet releases it. Does nothing while it runs, or when there is none.
 void ReleaseQuietJob();
 
-// Gives a running job two seconds; returns at once when none runs.
+// Waits for two seconds when a job runs; returns at once when none does.
 void PauseForRunningJob(const Platform& platform);
 
 // True from a job's failure until the next start.

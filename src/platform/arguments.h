@@ -5,10 +5,10 @@
 
 namespace skyhaul {
 
-// What the program was started with, behind its own name, in UTF-8.
+// The arguments that the program was started with, without its own name, in UTF-8.
 struct ProgramArguments {
-  std::vector<std::string> words;  // split, quotes taken away
-  std::string text;                // as it was typed, where the system keeps that; else empty
+  std::vector<std::string> words;  // split, quotes removed
+  std::string text;                // as it was typed, on systems that keep it; else empty
 };
 
 // argc and argv are those of main().

@@ -19,14 +19,14 @@ FileResult ReadWholeFile(const std::string& path, std::string& text);
 // Writes a whole file or nothing: the text goes to a temporary file in the same folder, is flushed
 // to the disk and then takes the name in one step. With kRefuse, of two programs that write the
 // same name at once exactly one succeeds and the other gets kExists. A replaced file keeps its
-// permissions; links are followed to the file they lead to. What is not a file, such as a pipe or a
-// terminal, is written to in place with kReplace, in part when writing fails. Folders are not
-// created.
+// permissions, and links are followed to their file. A pipe, a terminal or another device is
+// written to in place with kReplace; part of the text is written then when writing fails. Folders
+// are not created.
 FileResult WriteWholeFile(const std::string& path, const std::string& text, IfExists if_exists);
 
 bool FileExists(const std::string& path);
 bool IsDirectory(const std::string& path);
-// True when files can be made in the folder.
+// True when files can be created in the folder.
 bool FolderIsWritable(const std::string& path);
 
 }  // namespace skyhaul

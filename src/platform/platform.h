@@ -36,14 +36,15 @@ struct SerialSettings {
   bool xon_xoff = false;
 };
 
-// The step of configuring a port that failed, in the order they are taken. What a system sets up
+// The step at which configuring a port failed, in the order of the steps. What a system sets up
 // once for an open port counts as its state.
 enum class SetupStep { kNone, kGetState, kSetTimeouts, kSetState, kPurge };
 
 struct PortInfo {
-  uint32_t number = 0;      // from 1, what the command line calls it
-  std::string name;         // what open() takes
-  std::string description;  // what is behind it, e.g. a USB adapter's product name; may be empty
+  uint32_t number = 0;  // from 1, what the command line calls it
+  std::string name;     // what open() takes
+  std::string
+      description;  // what is connected to it, e.g. a USB adapter's product name; may be empty
 };
 
 struct SerialFunctions {
@@ -63,11 +64,11 @@ struct SerialFunctions {
   int (*write)(void* context, SerialHandle port, const uint8_t* bytes, size_t count) = nullptr;
   void (*close)(void* context, SerialHandle port) = nullptr;
 
-  // The ports with hardware behind them, at most kMaxPorts: on Linux the likeliest first and
+  // The ports that have hardware, at most kMaxPorts: on Linux the likeliest first and
   // numbered from 1, on Windows in the registry's order with the numbers of their COM names.
   // Returns 0, or -1 when the system's list cannot be read.
   int (*list)(void* context, std::vector<PortInfo>& ports) = nullptr;
-  // The name of port n; one that the list does not have gets a name that no port answers to.
+  // The name of port n; for a number that is not in the list, a name that no port has.
   std::string (*name_of)(void* context, uint32_t number) = nullptr;
 };
 
@@ -113,20 +114,20 @@ inline constexpr RegistryHandle kNoRegistryHandle = nullptr;
 // How a value is kept. The numbers are those of the Windows registry's value types.
 enum class ValueKind : uint32_t { kText = 1, kBinary = 3, kNumber = 4 };
 
-// The program's own key, made when it is not there; the same only for reading and only if it is
-// there; and the one that the computer's owner has prepared for users who have none yet.
+// kUser: the program's own key, created when it does not exist. kUserReadOnly: the same, never
+// created. kTemplate: what the computer's owner has prepared for users who have no settings yet.
 enum class RegistryKey { kUser, kUserReadOnly, kTemplate };
 
 struct RegistryOpening {
   RegistryHandle handle = kNoRegistryHandle;
-  // Nothing was kept there before. Several programs may be told so at once: what each of them only
-  // fills in is written with kKeep.
+  // Nothing was stored there before. Two programs that start at the same time may both get this, so
+  // defaults are written with IfSet::kKeep.
   bool created = false;
   bool missing = false;  // there is no such key, which is no error
   std::string reason;    // the system's own words; empty when opened or missing
 };
 
-// What a query has found: a value; no such value; one of another kind or larger than asked for.
+// The result of a query: a value; no such value; one of another kind, or larger than asked for.
 enum class QueryResult { kFound, kMissing, kUnfit };
 
 enum class IfSet { kReplace, kKeep };
@@ -145,16 +146,16 @@ struct RegistryFunctions {
   // Writes one value; with kKeep only when there is none. Returns 0, or -1 with the system's words.
   int (*set)(void* context, RegistryHandle key, const std::string& name, ValueKind kind,
              const std::string& bytes, IfSet if_set, std::string& reason) = nullptr;
-  // Makes sure that everything that was set is written. Returns 0, or -1 with the system's words;
-  // then the key is as it was before.
+  // Writes everything that was set. Returns 0, or -1 with the system's words; then the stored
+  // values are as they were before.
   int (*flush)(void* context, RegistryHandle key, std::string& reason) = nullptr;
-  // Takes what a person should be told about what was opened and queried: one sentence for each
-  // line that could not be made sense of.
+  // Returns the notes for the person since the last call: one sentence for each line that could not
+  // be understood when the key was opened or queried.
   std::vector<std::string> (*take_notes)(void* context, RegistryHandle key) = nullptr;
   // Forgets what was set and not flushed.
   void (*close)(void* context, RegistryHandle key) = nullptr;
 
-  // Where the user's key is, for a person to look at.
+  // Where the user's settings are stored, as a text for a person.
   std::string (*place)(void* context) = nullptr;
   // The folder that a new user's files go to.
   std::string (*documents_folder)(void* context) = nullptr;

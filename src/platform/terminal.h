@@ -7,17 +7,17 @@ namespace skyhaul {
 // True when standard error is a terminal that a line can be rewritten on.
 bool ErrorIsTerminal();
 
-// From now on writing to a pipe that nobody reads is an error like any other, not the program's
-// end.
+// From now on writing to a pipe that nobody reads any more is an ordinary error and does not end
+// the program.
 void SurviveBrokenPipes();
 
-// From now on a terminal that would take our texts for another encoding takes them as the UTF-8
-// they are; it gets its own encoding back at the program's end.
+// From now on the terminal shows our texts as UTF-8. It gets its own encoding back at the program's
+// end. Does nothing where that is the person's choice.
 void WriteUtf8();
 
-// From now on the first interrupt of the person (Ctrl-C, or a request to end) is only counted, and
-// the second ends the program at once with status 130. The first sets the flag too, unless it is
-// null; the flag must live as long as the program.
+// From now on the first interrupt (Ctrl-C, or a request to end) is only counted, and the second
+// ends the program at once with status 130. The first also sets the flag, unless it is null; the
+// flag must live as long as the program.
 void CountInterrupts(std::atomic<bool>* first);
 
 // How many interrupts there were; 0 when they are not counted.

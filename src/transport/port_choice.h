@@ -12,7 +12,7 @@ namespace skyhaul {
 // configured port moved to its head, or port 1 alone when the list is empty or unreadable.
 std::vector<std::string> CandidatePorts(const Platform& platform, const std::string& configured);
 
-// What the program remembers between two changes of the system's devices.
+// The ports at the last change of the system's devices.
 struct PortMemory {
   bool seen = false;  // the list was read before
   std::vector<std::string> names;

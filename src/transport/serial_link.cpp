@@ -13,8 +13,9 @@ namespace {
 constexpr uint32_t kAttempt_ms = 1000;
 constexpr uint32_t kSettle_ms = 100;
 constexpr uint32_t kSettleAfterReconfigure_ms = 200;
-constexpr uint32_t kPauseSlice_ms = 50;
+constexpr uint32_t kPauseSlice_ms = 50;  // how late an abort is seen
 
+// In the order of SetupStep.
 constexpr const char* kSetupMessages[] = {
     "",
     "Error getting COM port state",
@@ -39,7 +40,7 @@ PortOpening Open(SerialLink& link) {
 int ConfigureOpened(SerialLink& link, const SerialSettings& settings) {
   Pause(link, kSettle_ms);
   if (Configure(link, settings) != SetupStep::kNone) {
-    ClosePort(link);
+    ClosePort(link);  // left open, it would be busy for the next attempt
     return -1;
   }
   Pause(link, kSettle_ms);
@@ -54,26 +55,28 @@ std::string WithReason(const std::string& text, const std::string& reason) {
 
 int OpenPort(SerialLink& link, const SerialSettings& settings) {
   const std::string title = "Connecting to GPS on " + link.port_name;
-  std::string told_reason;
+  std::string shown_reason;
   for (uint32_t left = link.attempts; left > 0; --left) {
     if (StopRequested(*link.operation)) return -1;
     const PortOpening opening = Open(link);
     if (link.handle != kNoSerialHandle) {
       if (ConfigureOpened(link, settings) == 0) return 0;
+      // No further attempt: a port that opens and cannot be set up is the wrong one or broken.
       ShowMessage(*link.operation, "Error while initialising port", title);
       return -1;
     }
-    if (opening.reason != told_reason) {
-      // Told at the first attempt: whoever can mend it should not have to wait for the last.
-      told_reason = opening.reason;
-      ShowStatus(*link.operation, told_reason);
+    if (opening.reason != shown_reason) {
+      // At the first attempt, so that a person who can mend it need not wait for the last.
+      shown_reason = opening.reason;
+      ShowStatus(*link.operation, shown_reason);
     }
     ShowProgress(*link.operation, FormatCountMessage("Connecting to GPS (%)", left));
     Pause(link, kAttempt_ms);
   }
+  // The last pause may have been cut short by an abort, which has no message.
   if (StopRequested(*link.operation)) return -1;
   ShowMessage(*link.operation,
-              WithReason("Could not open serial port (sure it's the right one ?)", told_reason),
+              WithReason("Could not open serial port (sure it's the right one ?)", shown_reason),
               title);
   return -1;
 }
@@ -82,6 +85,7 @@ int TryOpenPort(SerialLink& link, const SerialSettings& settings, PortOpening& p
   problem = Open(link);
   if (link.handle == kNoSerialHandle) return -1;
   if (ConfigureOpened(link, settings) == 0) return 0;
+  // Which step failed is left out: with many ports to try, the port's name matters.
   problem = {.problem = PortProblem::kOther,
              .reason = link.port_name + " opened but could not be configured"};
   return -1;
@@ -94,7 +98,7 @@ int ReconfigurePort(SerialLink& link, uint32_t baud) {
                 "Initialising COM port");
     return -1;
   }
-  link.pending.clear();
+  link.pending.clear();  // received at the speed before
   Pause(link, kSettleAfterReconfigure_ms);
   return 0;
 }
@@ -108,6 +112,7 @@ void ClosePort(SerialLink& link) {
 }
 
 int WriteBytes(SerialLink& link, const uint8_t* bytes, size_t count) {
+  // Traced first, so that the trace also shows what a failing port was to be sent.
   TraceHexDump(bytes, count);
   const SerialFunctions& serial = link.platform->serial;
   return serial.write(serial.context, link.handle, bytes, count);
@@ -122,6 +127,7 @@ int WriteText(SerialLink& link, std::string_view text) {
 
 void Pause(const SerialLink& link, uint32_t ms) {
   const ClockFunctions& clock = link.platform->clock;
+  // By the clock and not by counting slices: a slice may take longer than it was asked to.
   const uint64_t end_ms = clock.tick_ms(clock.context) + ms;
   while (!link.operation->aborted) {
     const uint64_t now_ms = clock.tick_ms(clock.context);
@@ -134,10 +140,13 @@ void Pause(const SerialLink& link, uint32_t ms) {
 namespace internal {
 
 int Receive(SerialLink& link, size_t chunk) {
+  // Windows waits until the buffer is full, so a driver that expects a short answer asks for few
+  // bytes.
   link.pending.resize(std::min(chunk, kMaxChunk));
   const SerialFunctions& serial = link.platform->serial;
   const int received =
       serial.read(serial.context, link.handle, link.pending.data(), link.pending.size());
+  // Also after an error: what was pending has been fed before this read.
   link.pending.resize(received > 0 ? static_cast<size_t>(received) : 0);
   TraceBytes(link.pending.data(), link.pending.size());
   return received;

@@ -26,15 +26,16 @@ struct SerialLink {
   Operation* operation = nullptr;
   std::string port_name;
   uint32_t attempts = kDefaultAttempts;  // one-second attempts to open the port
-  bool automatic = false;                // the port was not chosen: every candidate is tried
+  bool automatic = false;                // no port was chosen: every candidate is tried
   std::vector<std::string> candidates;   // port names, the configured port first
   SerialHandle handle = kNoSerialHandle;
-  bool xon_xoff = false;         // flow control that the family asks for when it changes speed
+  bool xon_xoff = false;         // the family's flow control, for a change of speed
   std::vector<uint8_t> pending;  // received beyond the end of the last answer
 };
 
-// Opens and configures the link's port, attempt by attempt, with "Connecting to GPS (%)" between
-// them. Returns 0, or -1 after a message (or "Transfer aborted"). The port is closed on failure.
+// Opens and configures the link's port in one attempt a second, with "Connecting to GPS (%)"
+// between them. Returns 0, or -1 after a message (or "Transfer aborted"). The port is closed on
+// failure.
 int OpenPort(SerialLink& link, const SerialSettings& settings);
 
 // One attempt to open and configure, without messages. Returns 0 or -1; then problem says why.
@@ -48,14 +49,14 @@ int ReconfigurePort(SerialLink& link, uint32_t baud);
 void ClosePort(SerialLink& link);
 
 // Writes to the port and to the trace, bytes as a hex dump and text as text.
-// Returns 0 or -1; the caller says its own message.
+// Returns 0 or -1; the caller shows its own message.
 int WriteBytes(SerialLink& link, const uint8_t* bytes, size_t count);
 int WriteText(SerialLink& link, std::string_view text);
 
-// Lets time pass, in slices short enough for an abort to be felt at once; returns early then.
+// Waits; an abort ends the wait within 50 ms.
 void Pause(const SerialLink& link, uint32_t ms);
 
-// How a read with a deadline goes.
+// The terms of a read with a deadline.
 struct ReadTerms {
   uint32_t timeout_ms = 2000;
   bool since_last_byte = false;   // the time-out counts from the last byte received, not the start
@@ -65,7 +66,7 @@ struct ReadTerms {
 
 inline constexpr size_t kMaxChunk = 200;
 
-// What ReadWithDeadline asks of the one that takes the bytes.
+// The answer of the function that takes the bytes.
 enum class Feed { kMore, kDone };
 
 namespace internal {
@@ -93,8 +94,8 @@ bool FeedPending(SerialLink& link, bool drop_flow_control, FeedByte& feed) {
 // Feeds received bytes to `feed` (a function of one byte that returns Feed) until it is done.
 // Returns 0 then, kTimedOut, kPortFailed, or kAborted after the status "Transfer aborted"; the
 // abort flag is looked at before each read. Bytes after the one that was the last stay in the link
-// for the next call. Time that feeding takes is never counted as the instrument's silence: a
-// silence is only told after a read that brought nothing.
+// for the next call. Time spent in `feed` never counts as the instrument's silence: time is only up
+// after a read that brought nothing.
 template <typename FeedByte>
 int ReadWithDeadline(SerialLink& link, const ReadTerms& terms, FeedByte feed) {
   uint64_t start_ms = internal::Tick_ms(link);

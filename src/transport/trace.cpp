@@ -26,6 +26,7 @@ void ClearTrace() {
 void TraceText(std::string_view text) {
   const std::scoped_lock lock(Current().mutex);
   std::string& contents = Current().contents;
+  // The contents never grow beyond the capacity, so the difference cannot wrap.
   contents.append(text.substr(0, kTraceCapacity - contents.size()));
 }
 
@@ -36,6 +37,7 @@ void TraceBytes(const uint8_t* bytes, size_t count) {
 void TraceHexDump(const uint8_t* bytes, size_t count) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   constexpr size_t kBytesPerLine = 16;
+  // Built first and appended at once, so that no other thread's text comes between its lines.
   std::string dump;
   dump.reserve(count * 3 + count / kBytesPerLine + 1);
   for (size_t i = 0; i < count; ++i) {

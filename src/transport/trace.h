@@ -9,9 +9,9 @@ namespace skyhaul {
 
 inline constexpr size_t kTraceCapacity = 200000;
 
-// The communication trace: what went over the wire in the last job, for a pilot to send in when an
-// instrument misbehaves. One for the whole process; every function may be called from any thread.
-// Appending stops silently when the capacity is reached.
+// The communication trace: the bytes of the last job in both directions, for a pilot to send in
+// when an instrument misbehaves. There is one in the process; every function may be called from any
+// thread. What is beyond the capacity is dropped without a message.
 
 void ClearTrace();
 void TraceBytes(const uint8_t* bytes, size_t count);

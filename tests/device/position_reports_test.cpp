@@ -17,7 +17,7 @@ TEST(PositionReports, ReportsAtTheIntervalOfFlightTime) {
        {"me: Pos=47.000000,-11.500000,124", "me: Pos=47.000000,-11.500000,125",
         "me: Pos=47.000000,-11.500000,126"}},
   };
-  for (const auto& [client, interval_s, told] : cases) {
+  for (const auto& [client, interval_s, sent] : cases) {
     Bench bench;
     const Platform platform = BenchPlatform(bench);
     Job job;
@@ -33,7 +33,7 @@ TEST(PositionReports, ReportsAtTheIntervalOfFlightTime) {
       alt_dm += 5;
       ReportPosition(job, point, last_time);
     }
-    EXPECT_EQ(bench.told, told);
+    EXPECT_EQ(bench.told, sent);
   }
 }
 

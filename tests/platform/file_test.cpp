@@ -114,7 +114,7 @@ TEST_F(File, OfManyWritersOneTakesTheName) {
   EXPECT_EQ(CountFiles(), size_t{kRounds});
 }
 
-TEST_F(File, TellsWhatIsThere) {
+TEST_F(File, KnowsWhatIsThere) {
   Write(At("file"), "", IfExists::kRefuse);
   EXPECT_TRUE(FileExists(At("file")));
   EXPECT_TRUE(FileExists(folder.path.string()));

@@ -36,7 +36,7 @@ TEST(DeviceName, IsInTheDeviceNamespace) {
   }
 }
 
-TEST(DescribeDevice, TellsTheDriversThatItKnows) {
+TEST(DescribeDevice, NamesTheDriversThatItKnows) {
   EXPECT_EQ(DescribeDevice(R"(\Device\VCP0)"), "USB, FTDI");
   EXPECT_EQ(DescribeDevice(R"(\Device\Serial0)"), "");
 }

@@ -119,7 +119,7 @@ TEST_F(SerialLinkTest, ReadingKeepsWhatComesAfterTheAnswerAndTracesEverything) {
   EXPECT_EQ(TraceContents(), "$A\none\x13\n\x11two\n 0A FF\n");
 }
 
-TEST_F(SerialLinkTest, ReadingTellsTimeOutPortErrorAndAbortApart) {
+TEST_F(SerialLinkTest, ReadingKnowsTimeOutPortErrorAndAbortApart) {
   const auto never = [](uint8_t /*byte*/) { return Feed::kMore; };
   const auto text_every_second = [&] {
     for (uint64_t s = 1; s <= 3; ++s) Send(instrument.wire, "x", bench.now_ns + s * 1'000'000'000);
@@ -148,7 +148,7 @@ TEST_F(SerialLinkTest, ReadingTellsTimeOutPortErrorAndAbortApart) {
   bench.unplugged = true;
   start_ns = bench.now_ns;
   EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 60000}, never), kPortFailed);
-  EXPECT_EQ(Elapsed_ms(bench, start_ns), 0U) << "an unplugged adapter is told at once";
+  EXPECT_EQ(Elapsed_ms(bench, start_ns), 0U) << "an unplugged adapter is an error at once";
 }
 
 TEST_F(SerialLinkTest, TimeSpentOnFeedingIsNotTheInstrumentsSilence) {

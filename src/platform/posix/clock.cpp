@@ -20,7 +20,8 @@ uint64_t Tick(void*) {
   return MonotonicMilliseconds();
 }
 
-// Sleeps until a moment instead of for a time, so that signals cannot stretch or cut the wait.
+// Sleeps until a moment instead of for a time, so that signals cannot stretch or cut the wait. The
+// monotonic clock stands still while the computer sleeps, and so do all time-outs.
 void Wait(void*, uint32_t ms) {
   timespec end = Now(CLOCK_MONOTONIC);
   end.tv_sec += static_cast<time_t>(ms / 1000);

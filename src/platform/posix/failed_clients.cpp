@@ -4,7 +4,7 @@ namespace skyhaul {
 
 namespace {
 
-constexpr size_t kMaxFailedClients = 64;  // enough for one process; more are waited for each time
+constexpr size_t kMaxFailedClients = 64;  // a run has one; beyond the limit each text waits
 
 }  // namespace
 

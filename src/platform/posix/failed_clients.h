@@ -6,8 +6,8 @@
 
 namespace skyhaul {
 
-// The clients whose last text did not arrive. They are not waited for again until one does, so that
-// a client that went away cannot slow a download down.
+// The clients whose last text did not arrive. Nobody waits for them again until one does, so that a
+// client that has gone cannot slow a download down.
 struct FailedClients {
   std::mutex mutex;
   std::set<std::string> names;

@@ -20,6 +20,8 @@ namespace skyhaul {
 
 namespace {
 
+// A flight has a few megabytes. What is larger by far is something else (a disk image, /dev/zero)
+// and would use the memory up.
 constexpr size_t kMaxFileSize = size_t{1} << 30;
 constexpr size_t kChunk = size_t{1} << 16;
 constexpr size_t kMaxNameInTemporary = 200;  // leaves room for the rest within 255
@@ -60,7 +62,7 @@ int ReadToEnd(int fd, std::string& text) {
     text.resize(have + static_cast<size_t>(std::max<ssize_t>(count, 0)));
     if (text.size() > kMaxFileSize) return EFBIG;
     if (count == 0) return 0;
-    if (count < 0 && error != EINTR) return error;
+    if (count < 0 && error != EINTR) return error;  // EINTR: a signal came before the first byte
   }
 }
 
@@ -68,8 +70,10 @@ int OpenAndRead(const std::string& path, std::string& text) {
   const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
   struct stat status {};
   if (file.fd < 0 || fstat(file.fd, &status) != 0) return errno;
+  // A folder can be opened; only reading it fails.
   if (S_ISDIR(status.st_mode)) return EISDIR;
   if (status.st_size > static_cast<off_t>(kMaxFileSize)) return EFBIG;
+  // One chunk more, because the read that finds the end asks for one too.
   if (S_ISREG(status.st_mode)) text.reserve(static_cast<size_t>(status.st_size) + kChunk);
   return ReadToEnd(file.fd, text);
 }
@@ -77,6 +81,7 @@ int OpenAndRead(const std::string& path, std::string& text) {
 int WriteAll(int fd, const std::string& text) {
   size_t done = 0;
   while (done < text.size()) {
+    // A pipe or a disk that is nearly full takes a part; the next call gets the reason.
     const ssize_t count = write(fd, text.data() + done, text.size() - done);
     if (count < 0 && errno != EINTR) return errno;
     done += static_cast<size_t>(std::max<ssize_t>(count, 0));
@@ -84,7 +89,7 @@ int WriteAll(int fd, const std::string& text) {
   return 0;
 }
 
-// What a path leads to now, links followed.
+// What a path leads to at this moment, links followed.
 struct Target {
   std::string path;
   bool exists = false;
@@ -134,9 +139,12 @@ TemporaryFile::TemporaryFile(const std::string& target) : file(-1) {
   static std::atomic<unsigned> counter = 0;
   const size_t name_start = target.rfind('/') + 1;  // npos + 1 is 0
   folder = target.substr(0, name_start);
+  // The dot hides it: a program that watches the folder for flights does not pick up half of one.
   const std::string start = folder + "." + target.substr(name_start, kMaxNameInTemporary) + "." +
                             std::to_string(getpid()) + ".";
   for (int i = 0; i < kTemporaryAttempts; ++i) {
+    // The counter tells threads apart, the process number programs. A name may still be taken by
+    // what a crash has left over, hence O_EXCL and another try.
     path = start + std::to_string(counter++) + ".tmp";
     file.fd = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (file.fd >= 0 || errno != EEXIST) return;
@@ -146,9 +154,11 @@ TemporaryFile::TemporaryFile(const std::string& target) : file(-1) {
 // The bytes and the permissions are on the disk before the name is.
 int Fill(const TemporaryFile& temporary, const std::string& text, const Target& target) {
   if (temporary.file.fd < 0) return errno;
+  // Before the text, which is then never readable by more people than the old one was.
   if (target.exists && fchmod(temporary.file.fd, target.mode & 07777) != 0) return errno;
   const int error = WriteAll(temporary.file.fd, text);
   if (error != 0) return error;
+  // Without it a crash can leave the new name without any bytes.
   return fsync(temporary.file.fd) == 0 ? 0 : errno;
 }
 
@@ -184,14 +194,16 @@ int TakeName(TemporaryFile& temporary, const std::string& target, IfExists if_ex
   }
   if (error != 0) return error;
   temporary.path.clear();
-  // The file is there and whole; a folder that cannot be flushed does not change that.
+  // Flushing the folder makes the new name survive a crash. The file is there and whole, whether or
+  // not its folder can be flushed.
   const Descriptor folder(
       open(temporary.folder.empty() ? "." : temporary.folder.c_str(), O_RDONLY | O_CLOEXEC));
   if (folder.fd >= 0) fsync(folder.fd);
   return 0;
 }
 
-// A device or a pipe is written to, never replaced by a file.
+// A device or a pipe is written to, never replaced by a file. Without O_NOCTTY a terminal that is
+// written to could become the one whose Ctrl-C ends the program.
 int WriteDirectly(const std::string& path, const std::string& text) {
   const Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
   return file.fd < 0 ? errno : WriteAll(file.fd, text);
@@ -201,7 +213,7 @@ int WriteTarget(const Target& target, const std::string& text, IfExists if_exist
   if (S_ISDIR(target.mode)) return EISDIR;
   if (target.named && if_exists == IfExists::kRefuse) return EEXIST;
   if (target.exists && !S_ISREG(target.mode)) return WriteDirectly(target.path, text);
-  // Renaming asks only the folder: a write-protected file has to be looked at by itself.
+  // Renaming asks for permission to change the folder only, so a write-protected file is checked.
   if (target.exists && access(target.path.c_str(), W_OK) != 0) return errno;
   TemporaryFile temporary(target.path);
   const int error = Fill(temporary, text, target);
@@ -214,7 +226,7 @@ FileResult ReadWholeFile(const std::string& path, std::string& text) {
   text.clear();
   const int error = OpenAndRead(path, text);
   if (error == 0) return {};
-  text.clear();
+  text.clear();  // no caller takes the first part of a file for the whole
   return Failure(error);
 }
 

@@ -16,17 +16,19 @@ namespace skyhaul {
 namespace {
 
 constexpr uint64_t kPatience_ms = 1000;
-constexpr uint64_t kRetry_ms = 20;
+constexpr uint64_t kRetry_ms = 20;  // how late it is seen that the client has gone
 
 FailedClients& Failed() {
   static FailedClients failed;
   return failed;
 }
 
-// A connected socket is the only one whose poll tells that the client's queue has room.
+// poll() on an unconnected socket says that there is room whenever its own buffer has some; only on
+// a connected one it looks at the client's queue.
 int Connect(int fd, const std::string& client) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
+  // An empty path would be an abstract address. The size leaves room for the zero at the end.
   if (client.empty() || client.size() >= sizeof(address.sun_path)) return -1;
   std::copy(client.begin(), client.end(), address.sun_path);
   return connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
@@ -39,13 +41,14 @@ bool MayRetry(int error) {
 int SendWithin(int fd, const std::string& text, uint64_t patience_ms) {
   const uint64_t end_ms = MonotonicMilliseconds() + patience_ms;
   for (;;) {
+    // MSG_NOSIGNAL: a client that has just closed its socket is an error, not the program's end.
     const ssize_t sent = send(fd, text.data(), text.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
     if (sent >= 0) return 0;
     if (!MayRetry(errno)) return -1;
     const uint64_t now_ms = MonotonicMilliseconds();
     if (now_ms >= end_ms) return -1;
     pollfd wanted{.fd = fd, .events = POLLOUT, .revents = 0};
-    // In slices: a client that goes away wakes nobody.
+    // In slices, because poll() does not return when the client goes away.
     poll(&wanted, 1, static_cast<int>(std::min(end_ms - now_ms, kRetry_ms)));
   }
 }
@@ -57,6 +60,7 @@ int Deliver(const std::string& client, const std::string& text, uint64_t patienc
 }
 
 int Send(void*, const std::string& client, const std::string& text) {
+  // A socket for each text: a client that was started anew has the same path and another socket.
   const int result = Deliver(client, text, HasFailed(Failed(), client) ? 0 : kPatience_ms);
   RememberClient(Failed(), client, result != 0);
   return result;

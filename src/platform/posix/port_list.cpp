@@ -44,6 +44,7 @@ std::string DescribeUsb(const fs::path& device) {
   std::string maker = ReadAttribute(device / "manufacturer");
   std::string product = ReadAttribute(device / "product");
   if (product.empty()) return maker;
+  // Many products begin with their maker's name.
   if (maker.empty() || product.find(maker) != std::string::npos) return product;
   return maker + " " + product;
 }
@@ -55,6 +56,8 @@ bool HasHardware(const fs::path& entry) {
   return fs::exists(entry / "device", error) && ReadAttribute(entry / "type") != "0";
 }
 
+// The entry of a USB adapter is a link, and the folders above its device say which:
+//   /sys/class/tty/ttyUSB0/device -> /sys/devices/pci0000:00/0000:00:14.0/usb1/1-2/1-2:1.0/ttyUSB0
 FoundPort Describe(const fs::path& entry) {
   FoundPort port;
   port.entry = entry.filename().string();
@@ -70,6 +73,7 @@ FoundPort Describe(const fs::path& entry) {
   return port;
 }
 
+// Takes a number off the front of a text, without its leading zeros.
 std::string_view TakeDigits(std::string_view& text) {
   const size_t end = std::min(text.find_first_not_of("0123456789"), text.size());
   std::string_view digits = text.substr(0, end);
@@ -85,6 +89,7 @@ bool NaturalLess(std::string_view left, std::string_view right) {
     if (is_digit(left) && is_digit(right)) {
       const std::string_view a = TakeDigits(left);
       const std::string_view b = TakeDigits(right);
+      // Without leading zeros the longer number is the larger, whatever its size.
       if (a.size() != b.size()) return a.size() < b.size();
       if (a != b) return a < b;
     } else {
@@ -104,6 +109,7 @@ int ListPorts(const std::string& sysfs_root, const std::string& dev_root,
   std::error_code error;
   std::vector<FoundPort> found;
   fs::directory_iterator entry(fs::path(sysfs_root) / "class" / "tty", error);
+  // Errors come back as codes: an adapter may be pulled out while its entry is looked at.
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     if (HasHardware(entry->path())) found.push_back(Describe(entry->path()));
   }

@@ -10,7 +10,8 @@ namespace {
 
 constexpr const char* kLibrary = "libsecret-1.so.0";
 
-// What is used of the library's binary interface. All of it is fixed for its version 1.
+// The part of the library's binary interface that is used; all of it is fixed for its version 1. It
+// is loaded and not linked, so that the program runs on computers without a desktop.
 struct Attribute {
   const char* name;
   int type;  // 0: text
@@ -85,6 +86,8 @@ SecretResult Store(void*, const std::string& name, const std::string& id, const 
   const Library* library = SecretLibrary();
   if (library == nullptr) return SecretResult::kNoService;
   const std::string label = "Skyhaul " + name;
+  // Without a collection's name it goes into the person's default one. The null ends the
+  // attributes.
   Error* error = nullptr;
   library->store(&kSchema, nullptr, label.c_str(), secret.c_str(), nullptr, &error, "name",
                  name.c_str(), "id", id.c_str(), nullptr);
@@ -99,9 +102,10 @@ SecretResult Load(void*, const std::string& name, const std::string& id, std::st
   char* const found =
       library->lookup(&kSchema, nullptr, &error, "name", name.c_str(), "id", id.c_str(), nullptr);
   if (error != nullptr) return Failed(*library, error, reason);
+  // Null without an error: the service works and has no such secret.
   if (found == nullptr) return SecretResult::kMissing;
   secret = found;
-  library->free_password(found);
+  library->free_password(found);  // wipes it first
   return SecretResult::kDone;
 }
 

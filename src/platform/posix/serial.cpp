@@ -29,8 +29,8 @@ constexpr const char* kDevRoot = "/dev";
 
 constexpr cc_t kXonCharacter = 0x11;
 constexpr cc_t kXoffCharacter = 0x13;
-constexpr size_t kMaxRead = 1U << 20;
-constexpr uint32_t kCloseWait_ms = 500;
+constexpr size_t kMaxRead = 1U << 20;    // the count that is returned has to fit an int
+constexpr uint32_t kCloseWait_ms = 500;  // 240 bytes at 4800 baud, more than any last request
 constexpr uint32_t kCloseSlice_ms = 5;
 
 struct LineSpeed {
@@ -60,7 +60,7 @@ PortOpening RefuseOther(const std::string& name) {
 std::string GroupName(gid_t id) {
   group entry{};
   group* found = nullptr;
-  std::vector<char> buffer(16384);
+  std::vector<char> buffer(16384);  // a group's entry also names all its members
   const int error = getgrgid_r(id, &entry, buffer.data(), buffer.size(), &found);
   return error == 0 && found != nullptr ? found->gr_name : std::to_string(id);
 }
@@ -82,13 +82,13 @@ PortOpening RefuseForError(const std::string& name, int error) {
   switch (error) {
     case ENOENT:
     case ENOTDIR:
-    case ENXIO:
+    case ENXIO:  // the device file is there, and its hardware is not
     case ENODEV:
       return Refuse(PortProblem::kMissing, "There is no port " + name);
     case EACCES:
     case EPERM:
       return Refuse(PortProblem::kDenied, ReasonDenied(name));
-    case EBUSY:
+    case EBUSY:        // another program has set TIOCEXCL
     case EWOULDBLOCK:  // flock's word for a lock that another holds
       return Refuse(PortProblem::kBusy, "Another program is using " + name);
     default:
@@ -107,9 +107,11 @@ PortOpening RefuseNumber(const std::string& name) {
 PortOpening Open(void*, const std::string& name) {
   if (!IsPortName(name)) return RefuseNumber(name);
   struct stat status {};
+  // Looked at before it is opened: opening alone has effects on some devices, and waits on a pipe.
   if (stat(name.c_str(), &status) != 0) return RefuseForError(name, errno);
   if (!S_ISCHR(status.st_mode)) return RefuseOther(name);
-  // Without O_NONBLOCK, opening waits for a carrier that no instrument gives.
+  // Without O_NONBLOCK, opening waits for a carrier that no instrument gives. Without O_NOCTTY, an
+  // adapter that is pulled out could end the program with a hang-up signal.
   Descriptor port(open(name.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   if (port.fd < 0) return RefuseForError(name, errno);
   if (isatty(port.fd) == 0) return RefuseOther(name);
@@ -132,8 +134,10 @@ const LineSpeed* FindSpeed(uint32_t baud) {
 constexpr tcflag_t kControlBits = CSIZE | CSTOPB | PARENB | CRTSCTS | CLOCAL | CREAD;
 constexpr tcflag_t kControlWanted = CS8 | CLOCAL | CREAD;
 
-// Bytes pass unchanged in both directions. One byte is the least that a read gives (VMIN): with 0 a
-// port without data would read like one that is gone.
+// Bytes pass unchanged in both directions: no line ends are converted, nothing is echoed, and no
+// byte means "interrupt". One byte is the least that a read gives (VMIN): with 0 a port without
+// data would read like one that is gone. IXANY stays off, or any byte of an answer would undo an
+// XOFF.
 void MakeRaw(termios& state, bool xon_xoff) {
   state.c_iflag = xon_xoff ? IXON | IXOFF : 0;
   state.c_oflag &= ~static_cast<tcflag_t>(OPOST);
@@ -146,7 +150,7 @@ void MakeRaw(termios& state, bool xon_xoff) {
 }
 
 // tcsetattr() succeeds when it could apply any part of the state, so the port is asked what it
-// took.
+// took. An adapter that lacks a speed otherwise goes on with the one before.
 bool Took(int fd, const termios& wanted) {
   termios state{};
   if (tcgetattr(fd, &state) != 0) return false;
@@ -155,7 +159,8 @@ bool Took(int fd, const termios& wanted) {
          (state.c_cflag & kControlBits) == kControlWanted;
 }
 
-// Pseudo-terminals and some adapters have no modem lines.
+// DTR and RTS also feed the level converters of some cables. Pseudo-terminals and some adapters
+// have no modem lines, which is no reason to refuse them.
 bool HoldModemLines(int fd) {
   const int lines = TIOCM_DTR | TIOCM_RTS;
   return ioctl(fd, TIOCMBIS, &lines) == 0 || errno == ENOTTY || errno == EINVAL;
@@ -170,10 +175,12 @@ SetupStep Configure(void*, SerialHandle port, const SerialSettings& settings) {
   MakeRaw(state, settings.xon_xoff);
   cfsetispeed(&state, speed->code);
   cfsetospeed(&state, speed->code);
+  // TCSANOW does not wait for output to leave, which an XOFF may have stopped.
   if (tcsetattr(fd, TCSANOW, &state) != 0 || !Took(fd, state) || !HoldModemLines(fd)) {
     return SetupStep::kSetState;
   }
-  // An XOFF from before would hold the output back for ever.
+  // An XOFF from before would hold the output back for ever. Emptying comes last: what arrived
+  // until now was taken in with the speed before.
   if (tcflow(fd, TCOON) != 0 || tcflush(fd, TCIOFLUSH) != 0) return SetupStep::kPurge;
   return SetupStep::kNone;
 }
@@ -196,6 +203,7 @@ int Read(void*, SerialHandle port, uint8_t* buffer, size_t capacity) {
     if (now_ms >= end_ms) return 0;
     pollfd wanted{.fd = fd, .events = POLLIN, .revents = 0};
     const int ready = poll(&wanted, 1, static_cast<int>(end_ms - now_ms));
+    // Ready without data is a hang-up: the adapter was pulled out.
     if (ready > 0 && (wanted.revents & POLLIN) == 0) return -1;
   }
 }
@@ -235,14 +243,16 @@ int Write(void*, SerialHandle port, const uint8_t* bytes, size_t count) {
   const int fd = static_cast<int>(port);
   const uint64_t end_ms = MonotonicMilliseconds() + WritePatience(fd, count);
   if (WriteWithin(fd, bytes, count, end_ms) == 0) return 0;
+  // Else the rest of this request would leave later, in the middle of the next.
   tcflush(fd, TCOFLUSH);
   return -1;
 }
 
 // --- The end ------------------------------------------------------------------------------------
 
-// The kernel holds a closing program until the output is gone, up to 30 s when the other side has
-// stopped it. The last command gets its time; what then is still there never leaves.
+// When the other side has stopped the output, the kernel makes a closing program wait for it for up
+// to 30 s. The last request gets its time, and what is still there then is thrown away. The queue
+// is polled because tcdrain() has no time limit.
 void LetOutputLeave(int fd) {
   const ClockFunctions clock = PosixClock();
   const uint64_t end_ms = MonotonicMilliseconds() + kCloseWait_ms;
@@ -256,7 +266,8 @@ void LetOutputLeave(int fd) {
   }
 }
 
-// Both locks are given up by name: a child process may still have a copy of the descriptor.
+// Both locks are released before the descriptor is closed: a child process may have a copy of it,
+// and a lock lasts as long as any copy.
 void Close(void*, SerialHandle port) {
   const Descriptor owned(static_cast<int>(port));
   LetOutputLeave(owned.fd);

@@ -23,8 +23,8 @@ namespace {
 
 constexpr const char* kFileName = "/skyhaul/settings";
 constexpr const char* kLockSuffix = ".lock";
-constexpr mode_t kOthers = 077;  // everybody's permissions but the user's
-constexpr uint64_t kPatience_ms = 5000;
+constexpr mode_t kOthers = 077;          // everybody's permissions but the user's
+constexpr uint64_t kPatience_ms = 5000;  // a writing takes milliseconds, on a network disk longer
 constexpr uint32_t kRetry_ms = 10;
 
 constexpr std::string_view kFirstLines =
@@ -64,7 +64,7 @@ std::string TemplatePath() {
 }
 
 // Makes an empty file that only the user can read. Returns 1, 0 when it is there already, or -1
-// with errno.
+// with errno. O_EXCL: of two programs that start at once exactly one makes it.
 int MakeFile(const std::string& path) {
   const Descriptor made(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (made.fd >= 0) return 1;
@@ -86,8 +86,8 @@ RegistryOpening Refused(const std::string& path, const std::string& reason) {
   return {.handle = kNoRegistryHandle, .reason = path + ": " + reason};
 }
 
-// What has no settings yet: no file, or one without a byte. Such a one stands there while a program
-// is about to write its first settings, and stays when it could not.
+// True when there are no settings yet: no file, or an empty one. An empty one is there while a
+// program is about to write its first settings, and remains when that failed.
 bool IsNew(const FileResult& read, const std::string& text) {
   return read.problem == FileProblem::kMissing ||
          (read.problem == FileProblem::kNone && text.empty());
@@ -152,7 +152,7 @@ QueryResult Query(void*, RegistryHandle key, const std::string& name, ValueKind 
   file.asked_for.insert(place);
   const std::string& value = file.text.lines[static_cast<size_t>(place)].value;
   if (BytesFromValue(value, kind, capacity, bytes)) return QueryResult::kFound;
-  file.unfit[name] = value;
+  file.unfit[name] = value;  // so that writing keeps it as a comment: a person typed it
   file.notes.push_back(
       NoteOn(file, static_cast<size_t>(place),
              name + " must be " + WhatIsExpected(kind, capacity) + "; it is not used"));
@@ -178,7 +178,7 @@ int TakeLock(const std::string& path, std::string& reason) {
   const ClockFunctions clock = PosixClock();
   const uint64_t end_ms = MonotonicMilliseconds() + kPatience_ms;
   while (flock(lock.fd, LOCK_EX | LOCK_NB) != 0) {
-    // A file system that knows no locks: better written without than not at all.
+    // On a file system without locks the settings are better written unlocked than not at all.
     if (errno != EWOULDBLOCK && errno != EINTR) break;
     if (MonotonicMilliseconds() >= end_ms) {
       reason = lock_path + ": another program keeps the settings locked";
@@ -213,6 +213,8 @@ void Apply(const SettingsFile& file, SettingsText& text) {
 int Flush(void*, RegistryHandle key, std::string& reason) {
   SettingsFile& file = FileOf(key);
   if (file.changes.empty()) return 0;
+  // Under the lock the file is read again, and only the changes go into it, so that what other
+  // programs have written since it was opened stays.
   const Descriptor lock(TakeLock(file.path, reason));
   if (lock.fd < 0) return -1;
   if (MakePrivate(file.path) != 0) {
@@ -224,6 +226,7 @@ int Flush(void*, RegistryHandle key, std::string& reason) {
   SettingsText settings = ParseSettingsText(text.empty() ? kFirstLines : text);
   Apply(file, settings);
   const std::string after = FormatSettingsText(settings);
+  // What changes nothing also leaves the file's date.
   if (result.problem == FileProblem::kNone && after != text) {
     result = WriteWholeFile(file.path, after, IfExists::kReplace);
   }

@@ -78,7 +78,8 @@ bool TakeEscape(std::string_view& text, std::string& value) {
   return false;
 }
 
-// What is wrong with a value in quotes, or null.
+// What is wrong with a value in quotes, or null. The text begins with the opening quote:
+//   " with a blank\tand a tab"
 const char* Unquote(std::string_view text, std::string& value) {
   text.remove_prefix(1);
   while (!text.empty()) {
@@ -94,7 +95,10 @@ const char* Unquote(std::string_view text, std::string& value) {
   return "the closing quote is missing";
 }
 
-// What is wrong with a line, or null.
+// What is wrong with a line, or null. Lines that are right:
+//   IgcSite = Fiesch # 2          its value is "Fiesch # 2"
+//   IgcPilot="Anna \"A.\" Muster "
+//   # a comment
 const char* ParseLine(SettingsLine& line) {
   const std::string_view text = TrimBlanks(line.text);
   if (text.empty() || text.starts_with('#')) return nullptr;
@@ -103,6 +107,7 @@ const char* ParseLine(SettingsLine& line) {
   const std::string_view name = TrimBlanks(text.substr(0, equals));
   const std::string_view value = TrimBlanks(text.substr(equals + 1));
   if (name.empty()) return "there is no name before the =";
+  // Values end up in C strings, which would end there.
   if (text.find('\0') != std::string_view::npos) return "it holds a zero byte";
   if (!value.starts_with('"')) {
     line.value = value;
@@ -154,6 +159,7 @@ SettingsText ParseSettingsText(std::string_view text) {
     SettingsLine line;
     line.text = text.substr(0, end);
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    // From an editor on Windows.
     while (line.text.ends_with('\r')) line.text.pop_back();
     if (const char* wrong = ParseLine(line)) {
       settings.notes.push_back("Line " + std::to_string(settings.lines.size() + 1) + ": " + wrong);
@@ -170,6 +176,7 @@ std::string FormatSettingsText(const SettingsText& settings) {
 }
 
 ptrdiff_t FindSetting(const SettingsText& settings, std::string_view name) {
+  // From the end: of several lines with one name the last counts.
   for (size_t i = settings.lines.size(); i > 0; --i) {
     if (EqualIgnoringCase(settings.lines[i - 1].name, name)) return static_cast<ptrdiff_t>(i - 1);
   }

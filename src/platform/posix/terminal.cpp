@@ -15,7 +15,7 @@ namespace skyhaul {
 
 namespace {
 
-constexpr int kInterruptedStatus = 130;  // 128 + SIGINT, as shells report it
+constexpr int kInterruptedStatus = 130;  // 128 + SIGINT, as shells report it, for SIGTERM too
 
 std::atomic<int> interrupts = 0;
 std::atomic<std::atomic<bool>*> first_interrupt = nullptr;
@@ -27,6 +27,7 @@ static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_alw
 sem_t interrupted;
 
 void HandleSignal(int /*signal*/) {
+  // _exit() and not exit(): destructors may not run in a signal handler.
   if (interrupts.fetch_add(1) > 0) _exit(kInterruptedStatus);
   std::atomic<bool>* const first = first_interrupt;
   if (first != nullptr) *first = true;
@@ -69,7 +70,7 @@ void CountInterrupts(std::atomic<bool>* first) {
   StartPassingInterruptsOn();
   struct sigaction action = {};
   action.sa_handler = HandleSignal;
-  action.sa_flags = SA_RESTART;
+  action.sa_flags = SA_RESTART;  // a counted interrupt is no error of whatever is being read
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);

@@ -36,7 +36,7 @@ int Start(void*, void (*run)(void* argument), void* argument, ThreadHandle* thre
   const int error = pthread_create(&created, nullptr, RunThread, start.get());
   pthread_sigmask(SIG_SETMASK, &previous, nullptr);
   if (error != 0) return -1;
-  static_cast<void>(start.release());  // the thread's from here on
+  static_cast<void>(start.release());  // RunThread() owns it now
   *thread = static_cast<ThreadHandle>(created);
   return 0;
 }

@@ -26,8 +26,9 @@ std::string AbsoluteVariable(const char* name) {
   return value.starts_with('/') ? value : "";
 }
 
-// The path between the quotes of the documents line: absolute or below $HOME, quotes and
-// backslashes escaped as the shell does it.
+// The path between the quotes of the documents line, absolute or below $HOME, with quotes and
+// backslashes escaped as in a shell:
+//   XDG_DOCUMENTS_DIR="$HOME/Documents"
 std::string PathOfLine(std::string_view line) {
   constexpr std::string_view kHome = "$HOME";
   std::string path;
@@ -51,6 +52,7 @@ std::string ConfiguredDocuments() {
   for (size_t start = 0; start < text.size();) {
     const size_t end = std::min(text.find('\n', start), text.size());
     const std::string_view line = std::string_view(text).substr(start, end - start);
+    // Programs read the file as a shell would, so the last such line counts.
     if (line.starts_with(kDocumentsLine)) path = PathOfLine(line.substr(kDocumentsLine.size()));
     start = end + 1;
   }
@@ -62,6 +64,7 @@ std::string ConfiguredDocuments() {
 std::string HomeFolder() {
   std::string home = AbsoluteVariable("HOME");
   if (!home.empty()) return home;
+  // Services and cron jobs may run without the variable.
   const passwd* user = getpwuid(getuid());
   return user == nullptr || user->pw_dir == nullptr ? "" : user->pw_dir;
 }
@@ -78,6 +81,7 @@ std::vector<std::string> SystemConfigFolders() {
   std::vector<std::string> folders;
   for (size_t start = 0; start < list.size();) {
     const size_t end = std::min(list.find(':', start), list.size());
+    // Entries that are not absolute count as none, see above.
     if (list[start] == '/') folders.push_back(list.substr(start, end - start));
     start = end + 1;
   }
@@ -87,6 +91,7 @@ std::vector<std::string> SystemConfigFolders() {
 
 std::string DocumentsFolder() {
   std::string documents = ConfiguredDocuments();
+  // The desktop's file outlives the folder that it names.
   if (documents.starts_with('/') && IsDirectory(documents)) return documents;
   const std::string home = HomeFolder();
   return home.empty() ? "." : home;

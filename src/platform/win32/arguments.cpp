@@ -17,8 +17,8 @@ struct FreeLocal {
   void operator()(LPWSTR* words) const { LocalFree(words); }
 };
 
-// Behind the program's name, which is quoted or ends at the first blank.
-std::wstring_view BehindProgramName(std::wstring_view text) {
+// The text after the program's name, which is quoted or ends at the first blank.
+std::wstring_view AfterProgramName(std::wstring_view text) {
   const bool quoted = text.starts_with(L'"');
   size_t end = quoted ? text.find(L'"', 1) : text.find_first_of(L" \t");
   if (end != text.npos && quoted) ++end;
@@ -34,7 +34,7 @@ std::wstring_view BehindProgramName(std::wstring_view text) {
 ProgramArguments ReadProgramArguments(int /*argc*/, char** /*argv*/) {
   ProgramArguments arguments;
   const wchar_t* text = GetCommandLineW();
-  arguments.text = Utf8Text(BehindProgramName(text));
+  arguments.text = Utf8Text(AfterProgramName(text));
   int count = 0;
   const std::unique_ptr<LPWSTR, FreeLocal> words(CommandLineToArgvW(text, &count));
   if (words == nullptr) return arguments;

@@ -14,8 +14,9 @@ uint64_t Tick(void*) {
   return MonotonicMilliseconds();
 }
 
-// Waits on an event that nobody sets. The tick moves in steps, so that a wait can end before it
-// shows the whole time; waiting on until it does keeps callers that count ticks right.
+// Waits for an event that nobody sets. The tick moves in steps of up to 16 ms, so that a wait may
+// end before the tick shows the whole time; waiting on until it does keeps callers right that count
+// ticks.
 void Wait(void*, uint32_t ms) {
   static const OwnedHandle never(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   const uint64_t end_ms = MonotonicMilliseconds() + ms;

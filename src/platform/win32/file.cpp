@@ -14,6 +14,8 @@ namespace skyhaul {
 
 namespace {
 
+// A flight has a few megabytes. What is larger by far is something else and would use the memory
+// up.
 constexpr size_t kMaxFileSize = size_t{1} << 30;
 constexpr DWORD kChunk = DWORD{1} << 16;
 constexpr size_t kMaxNameInTemporary = 100;  // characters of up to two units; 255 units are allowed
@@ -66,6 +68,7 @@ bool IsFolder(DWORD attributes) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+// Shared with everybody: other programs may go on reading a flight, or delete it.
 HANDLE Open(const std::wstring& path, DWORD access, DWORD disposition) {
   return CreateFileW(path.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
                      nullptr);
@@ -89,12 +92,14 @@ DWORD ReadToEnd(HANDLE file, std::string& text) {
 }
 
 DWORD OpenAndRead(const std::wstring& path, std::string& text) {
+  // Opening a folder fails with "access denied", which would be taken for the reason.
   if (IsFolder(Attributes(path))) return kDirectoryNotSupported;
   const OwnedHandle file(Open(path, GENERIC_READ, OPEN_EXISTING));
   if (file.handle == nullptr) return GetLastError();
   LARGE_INTEGER size{};
   if (GetFileType(file.handle) == FILE_TYPE_DISK && GetFileSizeEx(file.handle, &size) != 0) {
     if (size.QuadPart > static_cast<LONGLONG>(kMaxFileSize)) return ERROR_FILE_TOO_LARGE;
+    // One chunk more, because the read that finds the end asks for one too.
     text.reserve(static_cast<size_t>(size.QuadPart) + kChunk);
   }
   return ReadToEnd(file.handle, text);
@@ -106,13 +111,13 @@ DWORD WriteAll(HANDLE file, const std::string& text) {
     const auto wanted = static_cast<DWORD>(std::min<size_t>(text.size() - done, kChunk));
     DWORD count = 0;
     if (WriteFile(file, text.data() + done, wanted, &count, nullptr) == 0) return GetLastError();
-    if (count == 0) return ERROR_WRITE_FAULT;
+    if (count == 0) return ERROR_WRITE_FAULT;  // else a device that takes nothing would loop
     done += count;
   }
   return ERROR_SUCCESS;
 }
 
-// What has a path's name now, links followed.
+// What has a path's name at this moment, links followed.
 struct Target {
   std::wstring path;
   bool exists = false;
@@ -122,6 +127,7 @@ struct Target {
 
 // Where the links in a path lead in the end.
 std::wstring FinalPath(HANDLE file, const std::wstring& path) {
+  // The first call counts the zero at the end, the second does not.
   const DWORD room = GetFinalPathNameByHandleW(file, nullptr, 0, FILE_NAME_NORMALIZED);
   std::wstring resolved(room, L'\0');
   const DWORD length = GetFinalPathNameByHandleW(file, resolved.data(), room, FILE_NAME_NORMALIZED);
@@ -179,6 +185,7 @@ TemporaryFile::TemporaryFile(const std::wstring& target) : file(nullptr) {
                              target.substr(name_start, kMaxNameInTemporary) + L"." +
                              std::to_wstring(GetCurrentProcessId()) + L".";
   for (int i = 0; i < kTemporaryAttempts && !made; ++i) {
+    // Longer than the target, so it may need the form without a limit although the target does not.
     path = WidePath(Utf8Text(start + std::to_wstring(counter++) + L".tmp"));
     HANDLE const opened = Open(path, GENERIC_WRITE, CREATE_NEW);
     made = opened != INVALID_HANDLE_VALUE;
@@ -194,6 +201,7 @@ DWORD Fill(TemporaryFile& temporary, const std::string& text) {
   const DWORD error = WriteAll(temporary.file.handle, text);
   if (error != ERROR_SUCCESS) return error;
   if (FlushFileBuffers(temporary.file.handle) == 0) return GetLastError();
+  // ReplaceFile() refuses a file that is still open.
   temporary.file.Close();
   return ERROR_SUCCESS;
 }
@@ -214,13 +222,15 @@ DWORD TakeNameOnce(const std::wstring& from, const Target& target, IfExists if_e
       return ERROR_SUCCESS;
     }
     const DWORD error = GetLastError();
+    // A rename could succeed where the replacement was refused, and lose the permissions.
     if (target.exists && IsHeld(error)) return error;
   }
   return MoveFileExW(from.c_str(), to, how) != 0 ? ERROR_SUCCESS : GetLastError();
 }
 
-// Virus scanners and search indexers open files for a moment, which keeps them from being renamed.
-// That the file may be changed and the folder may get one is known by now.
+// Virus scanners and search indexers open new files for a moment, during which they cannot be
+// renamed. By now it is known that the file may be changed and that the folder takes new ones, so a
+// denial is worth another try.
 DWORD TakeName(TemporaryFile& temporary, const Target& target, IfExists if_exists) {
   DWORD error = TakeNameOnce(temporary.path, target, if_exists);
   for (int i = 1; i < kShareAttempts && IsHeld(error); ++i) {

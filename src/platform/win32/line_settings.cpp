@@ -29,10 +29,12 @@ int SetLine(DCB& state, const SerialSettings& settings) {
   state.fOutxCtsFlow = FALSE;
   state.fOutxDsrFlow = FALSE;
   state.fDsrSensitivity = FALSE;
+  // No byte is dropped, replaced, or a reason to stop: checksums find the faults of the line.
   state.fParity = FALSE;
   state.fErrorChar = FALSE;
   state.fNull = FALSE;
   state.fAbortOnError = FALSE;
+  // Sending goes on although we have asked the instrument to pause.
   state.fTXContinueOnXoff = TRUE;
   state.fOutX = settings.xon_xoff ? TRUE : FALSE;
   state.fInX = state.fOutX;
@@ -46,6 +48,7 @@ int SetLine(DCB& state, const SerialSettings& settings) {
 }
 
 COMMTIMEOUTS TimeoutsFor(uint32_t baud) {
+  // Without an interval between bytes, a slow sender does not end a read early.
   return {.ReadIntervalTimeout = 0,
           .ReadTotalTimeoutMultiplier = 0,
           .ReadTotalTimeoutConstant = kReadWait_ms,

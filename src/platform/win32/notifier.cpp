@@ -15,6 +15,7 @@ HWND FindClient(const std::string& client) {
   if (class_name.empty()) return nullptr;
   HWND const window = FindWindowW(class_name.c_str(), nullptr);
   if (window != nullptr) return window;
+  // Windows that only take messages are not found by the call above.
   return FindWindowExW(HWND_MESSAGE, nullptr, class_name.c_str(), nullptr);
 }
 
@@ -22,6 +23,7 @@ HWND FindClient(const std::string& client) {
 // window that has not looked at its messages for 5 s is hung to the system, which then does not
 // wait for it any more: a client that hangs costs these seconds once.
 int Deliver(HWND window, const std::string& text) {
+  // SMTO_BLOCK: while this thread waits, no message of ours is handled in between.
   COPYDATASTRUCT data{};
   data.cbData = static_cast<DWORD>(text.size() + 1);
   data.lpData = const_cast<char*>(text.c_str());  // the system copies it and leaves it alone

@@ -22,6 +22,7 @@ std::string FolderOf(const std::string& path) {
 }
 
 std::string AsFolder(const std::string& path) {
+  // A drive's colon ends a folder too: "C:" with a backslash would be another folder.
   return NameStart(path) < path.size() ? path + '\\' : path;
 }
 

@@ -51,6 +51,7 @@ int ListPorts(HKEY root, const wchar_t* key_path, std::vector<PortInfo>& ports) 
     RegistryValue value;
     const LSTATUS status = ReadValue(key, index, value);
     if (status == ERROR_NO_MORE_ITEMS) break;
+    // A value that does not fit the buffers is passed over like one that names no port.
     const uint32_t number = status == ERROR_SUCCESS ? ComPortNumber(value.text) : 0;
     if (number < 1) continue;
     ports.push_back({.number = number,

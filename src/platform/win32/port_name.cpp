@@ -17,7 +17,7 @@ struct Driver {
   std::string_view description;
 };
 
-// Drivers of on-board ports and of some adapters all say "Serial", which tells nothing.
+// Drivers of on-board ports and of some adapters all say "Serial", which does not tell them apart.
 constexpr Driver kDrivers[] = {
     {R"(\Device\BthModem)", "Bluetooth"},
     {R"(\Device\ProlificSerial)", "USB, Prolific"},

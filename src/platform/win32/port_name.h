@@ -21,8 +21,8 @@ bool IsDeviceName(std::string_view text);
 // A port's name as a person knows it: without "\\.\".
 std::string_view PlainPortName(std::string_view name);
 
-// What is behind a port, by the name that its driver gave the device ("\Device\VCP0"); empty when
-// that tells nothing.
+// What is connected to a port, by the name that its driver gave the device ("\Device\VCP0"); empty
+// when the name does not say.
 std::string_view DescribeDevice(std::string_view device);
 
 }  // namespace skyhaul

@@ -56,7 +56,8 @@ std::string BytesOfData(ValueKind kind, const std::vector<BYTE>& data) {
 
 QueryResult Query(void*, RegistryHandle handle, const std::string& name, ValueKind kind,
                   size_t capacity, std::string& bytes) {
-  // A 16-bit character is one byte of ours or more.
+  // A 16-bit character is one byte of UTF-8 or more, so that a text which needs more room is too
+  // long.
   const size_t most = kind == ValueKind::kText ? capacity * sizeof(wchar_t) : capacity;
   std::vector<BYTE> data(most);
   DWORD type = REG_NONE;
@@ -65,7 +66,7 @@ QueryResult Query(void*, RegistryHandle handle, const std::string& name, ValueKi
       RegQueryValueExW(KeyOf(handle), WideText(name).c_str(), nullptr, &type, data.data(), &size);
   if (status == ERROR_FILE_NOT_FOUND) return QueryResult::kMissing;
   if (status != ERROR_SUCCESS || type != static_cast<DWORD>(kind)) return QueryResult::kUnfit;
-  data.resize(size);
+  data.resize(size);  // the size that the value has
   std::string found = BytesOfData(kind, data);
   if (found.size() > capacity) return QueryResult::kUnfit;
   if (kind == ValueKind::kNumber && found.size() != sizeof(DWORD)) return QueryResult::kUnfit;

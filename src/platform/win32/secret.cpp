@@ -14,7 +14,7 @@ namespace skyhaul {
 
 namespace {
 
-constexpr DWORD kLargestBlob = 4096;
+constexpr DWORD kLargestBlob = 4096;  // encryption adds some hundred bytes to a password
 
 // Data that the system has allocated; wiped before it is given back.
 struct SystemData {
@@ -49,14 +49,15 @@ SecretResult Store(void*, const std::string& name, const std::string& id, const 
                    std::string& reason) {
   DATA_BLOB plain = BlobOf(secret);
   DATA_BLOB entropy = BlobOf(id);
-  SystemData sealed;
+  // No dialog box: a batch run may have nobody who looks at the screen.
+  SystemData encrypted;
   if (CryptProtectData(&plain, L"Skyhaul", &entropy, nullptr, nullptr, CRYPTPROTECT_UI_FORBIDDEN,
-                       &sealed.blob) == 0) {
+                       &encrypted.blob) == 0) {
     return Failed(GetLastError(), reason);
   }
   const LSTATUS status =
       RegSetKeyValueW(HKEY_CURRENT_USER, kUserKeyPath, ValueName(name, id).c_str(), REG_BINARY,
-                      sealed.blob.pbData, sealed.blob.cbData);
+                      encrypted.blob.pbData, encrypted.blob.cbData);
   return status == ERROR_SUCCESS ? SecretResult::kDone : Failed(static_cast<DWORD>(status), reason);
 }
 
@@ -68,10 +69,11 @@ SecretResult Load(void*, const std::string& name, const std::string& id, std::st
                                       RRF_RT_REG_BINARY, nullptr, bytes.data(), &size);
   if (status == ERROR_FILE_NOT_FOUND) return SecretResult::kMissing;
   if (status != ERROR_SUCCESS) return Failed(static_cast<DWORD>(status), reason);
-  DATA_BLOB sealed = {.cbData = size, .pbData = bytes.data()};
+  DATA_BLOB encrypted = {.cbData = size, .pbData = bytes.data()};
   DATA_BLOB entropy = BlobOf(id);
   SystemData plain;
-  if (CryptUnprotectData(&sealed, nullptr, &entropy, nullptr, nullptr, CRYPTPROTECT_UI_FORBIDDEN,
+  // Fails when the value was stored under another id, or for another account.
+  if (CryptUnprotectData(&encrypted, nullptr, &entropy, nullptr, nullptr, CRYPTPROTECT_UI_FORBIDDEN,
                          &plain.blob) == 0) {
     return Failed(GetLastError(), reason);
   }

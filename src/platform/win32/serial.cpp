@@ -21,9 +21,10 @@ namespace {
 
 constexpr DWORD kQueueSize = 4096;  // bytes, in each direction
 constexpr DWORD kPurgeAll = PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR;
-constexpr size_t kMaxTransfer = 1U << 20;
+constexpr size_t kMaxTransfer = 1U << 20;  // counts and time-outs have 32 bits
 
-// The driver ends every call in its time. One that does not must not hold the job for ever.
+// Drivers end every call in the time that they were given. One that does not must not block the job
+// for ever.
 constexpr DWORD kDriverGrace_ms = 1000;
 
 // --- Opening ------------------------------------------------------------------------------------
@@ -83,6 +84,7 @@ PortOpening Open(void*, const std::string& name) {
   const DWORD error = ClaimPort(name, port->claim);
   if (error != ERROR_SUCCESS) return RefuseForError(name, error);
   const std::wstring wide_name = WideText(name);
+  // Overlapped, so that a call can be waited for with a limit and cancelled.
   OwnedHandle file(CreateFileW(wide_name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr));
   if (file.handle == nullptr) return RefuseForError(name, GetLastError());
@@ -100,8 +102,9 @@ bool MakeEvent(OwnedHandle& signal, OVERLAPPED& block) {
   return signal.handle != nullptr;
 }
 
-// What an open port gets once: the sizes of its queues, the event that it tells, and the events of
-// the overlapped calls. Reads have a time-out of their own, so nobody waits for the comm event.
+// Sets up what an open port needs once: the sizes of its queues, which kinds of event it reports,
+// and the events of the overlapped calls. Reads have a time-out of their own, so nobody waits for
+// the comm event.
 bool Prepare(SerialPort& port) {
   if (port.read_signal.handle != nullptr) return true;
   return SetupComm(port.file.handle, kQueueSize, kQueueSize) != 0 &&
@@ -121,6 +124,7 @@ SetupStep Configure(void*, SerialHandle handle, const SerialSettings& settings) 
   if (SetLine(state, settings) != 0 || SetCommState(port.file.handle, &state) == 0) {
     return SetupStep::kSetState;
   }
+  // After the new speed is set: what was received before was taken in with the old one.
   if (PurgeComm(port.file.handle, kPurgeAll) == 0) return SetupStep::kPurge;
   return Prepare(port) ? SetupStep::kNone : SetupStep::kSetState;
 }
@@ -142,6 +146,7 @@ Transfer FinishTransfer(SerialPort& port, OVERLAPPED& block, BOOL done, DWORD pa
     if (cancelled) CancelIoEx(port.file.handle, &block);
   }
   if (transfer.error == ERROR_IO_PENDING || transfer.error == ERROR_SUCCESS) {
+    // Waits for a cancelled call too: its block and its buffer must stay until it has ended.
     const BOOL ended = GetOverlappedResult(port.file.handle, &block, &transfer.count, TRUE);
     transfer.error = ended != 0 ? ERROR_SUCCESS : GetLastError();
   }
@@ -164,6 +169,7 @@ int Read(void*, SerialHandle handle, uint8_t* buffer, size_t capacity) {
   const DWORD wanted = static_cast<DWORD>(std::min(capacity, kMaxTransfer));
   const BOOL done = ReadFile(port.file.handle, buffer, wanted, nullptr, &port.read);
   const Transfer transfer = FinishTransfer(port, port.read, done, kReadWait_ms);
+  // Bytes count even when the call ended with an error; the next call reports it again.
   if (transfer.count > 0) return static_cast<int>(transfer.count);
   const bool is_there = ClearError(port);
   return transfer.error == ERROR_SUCCESS && is_there ? 0 : -1;

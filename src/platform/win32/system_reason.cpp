@@ -14,6 +14,7 @@ std::string SystemReason(uint32_t error) {
   const DWORD length = FormatMessageW(kFlags, nullptr, error, 0, text.data(),
                                       static_cast<DWORD>(text.size()), nullptr);
   std::string reason = Utf8Text({text.data(), length});
+  // The system's sentences end in a full stop and blanks; here they stand inside a line.
   while (!reason.empty() && (reason.back() == ' ' || reason.back() == '.')) reason.pop_back();
   return reason.empty() ? "System error " + std::to_string(error) : reason;
 }

@@ -30,7 +30,8 @@ BOOL WINAPI HandleConsoleEvent(DWORD event) {
   std::atomic<bool>* const first = first_interrupt;
   if (first != nullptr) *first = true;
   CallInterruptRoutine();
-  // When the console closes or the person logs off, returning ends the program.
+  // When the console closes or the person logs off, the system ends the program as soon as this
+  // returns, so the program gets the rest of its time to stop by itself.
   if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(kTimeToStop_ms);
   return TRUE;
 }
@@ -46,6 +47,7 @@ bool ErrorIsTerminal() {
 void SurviveBrokenPipes() {}
 
 void WriteUtf8() {
+  // 0: there is no console, and pipes and files get UTF-8 as it is.
   const UINT before = GetConsoleOutputCP();
   if (before == 0 || before == CP_UTF8 || SetConsoleOutputCP(CP_UTF8) == 0) return;
   console_code_page = before;

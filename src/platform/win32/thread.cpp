@@ -21,14 +21,15 @@ unsigned __stdcall RunThread(void* start) {
   return 0;
 }
 
-// The caller has the handle before the thread runs its first instruction, hence suspended first.
+// Starts suspended, so that the caller has the handle before the thread runs its first instruction.
+// _beginthreadex() and not CreateThread(): the C library keeps data for each thread.
 int Start(void*, void (*run)(void* argument), void* argument, ThreadHandle* thread) {
   auto start = std::make_unique<ThreadStart>(ThreadStart{.run = run, .argument = argument});
   const uintptr_t created =
       _beginthreadex(nullptr, 0, RunThread, start.get(), CREATE_SUSPENDED, nullptr);
   if (created == 0) return -1;
   *thread = created;
-  static_cast<void>(start.release());  // the thread's from here on
+  static_cast<void>(start.release());  // RunThread() owns it now
   ResumeThread(reinterpret_cast<HANDLE>(created));
   return 0;
 }

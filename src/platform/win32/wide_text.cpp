@@ -6,13 +6,15 @@ namespace skyhaul {
 
 namespace {
 
-// Folders cannot be made with longer names, because a short file name must fit behind them.
+// The limit for folders: the system refuses one in which no file of the old form (8 + 1 + 3
+// characters) could have a name.
 constexpr size_t kLongestUsualPath = MAX_PATH - 12;
 
 }  // namespace
 
 std::wstring WideText(std::string_view utf8) {
   const int size = static_cast<int>(utf8.size());
+  // 0 characters for a text that is not UTF-8, which leaves the result empty.
   const int length =
       MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), size, nullptr, 0);
   std::wstring wide(static_cast<size_t>(length), L'\0');

@@ -97,7 +97,7 @@ TEST_F(RegistryTest, ValuesComeBackAsTheyWere) {
 
 TEST_F(RegistryTest, WhatDoesNotFitIsNotRead) {
   const RegistryHandle key = Open();
-  // The system adds a zero to a text when it finds one behind it.
+  // The system adds a zero to a text when it finds one after it.
   SetRaw(L"Fits", REG_SZ, L"123456789", 8 * sizeof(wchar_t));
   SetRaw(L"Zero", REG_SZ, L"12345678", 9 * sizeof(wchar_t));
   SetRaw(L"Wide", REG_SZ, L"\x00fc\x00fc\x00fc\x00fc\x00fc", 5 * sizeof(wchar_t));
