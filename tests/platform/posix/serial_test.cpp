@@ -44,6 +44,14 @@ TEST(PosixSerialRead, DeliversTheLastBytesBeforeTheEnd) {
   EXPECT_EQ(port.Read(bytes), -1);
 }
 
+TEST_F(PosixSerial, AFailedWriteEmptiesTheOutput) {
+  const Port port(cable.name);
+  int result = 0;
+  for (int i = 0; i < 10000 && result == 0; ++i) result = port.Write(std::string(100, 'x'));
+  ASSERT_EQ(result, -1);
+  EXPECT_EQ(port.Write("x"), 0);
+}
+
 TEST_F(PosixSerial, ConfiguringReleasesStoppedOutput) {
   const Port port(cable.name);
   ASSERT_EQ(tcflow(static_cast<int>(port.handle), TCOOFF), 0);
