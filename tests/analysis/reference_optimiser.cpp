@@ -2,26 +2,62 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
+#include <numeric>
+#include <tuple>
 #include <vector>
 
 #include "analysis/projection.h"
-#include "tests/analysis/measured_task.h"
+#include "core/geodesy/geodesic.h"
+#include "core/units.h"
 
 namespace skyhaul {
 
+double Way_m(const TrackPoint& from, const TrackPoint& to) {
+  return std::max(0.0,
+                  GeodesicDistance_m(SemicirclesToRadians(from.lat), SemicirclesToRadians(from.lon),
+                                     SemicirclesToRadians(to.lat), SemicirclesToRadians(to.lon)));
+}
+
+TaskResult MeasuredTask(std::span<const TrackPoint> points, OptimiseTask task,
+                        std::span<const uint32_t> at) {
+  const auto way = [&](size_t from, size_t to) { return Way_m(points[at[from]], points[at[to]]); };
+  const bool is_return = task == OptimiseTask::kOutAndReturn;
+  TaskResult result = {.vertices = static_cast<uint32_t>(at.size())};
+  std::copy(at.begin(), at.end(), result.indices.begin());
+  if (is_return) {
+    result.legs_m = {way(0, 1)};
+    result.closing_m = way(0, 2);
+  } else if (task > OptimiseTask::kOutAndReturn) {
+    result.legs_m = {way(1, 2), way(2, 3), way(1, 3)};
+    result.closing_m = way(0, 4);
+  } else {
+    for (size_t k = 0; k + 1 < at.size(); ++k) result.legs_m[k] = way(k, k + 1);
+  }
+  result.distance_m =
+      (is_return ? 2 : 1) * std::accumulate(result.legs_m.begin(), result.legs_m.end(), 0.0);
+  result.score_m = result.distance_m - result.closing_m;
+  return result;
+}
+
+bool IsAllowed(OptimiseTask task, const OptimiseSettings& settings, const TaskResult& result) {
+  const auto& [first_m, second_m, third_m, fourth_m] = result.legs_m;
+  const double least_m = settings.fai_rule ? 10000 : 0;
+  if (task == OptimiseTask::kFree4) return second_m >= least_m;
+  if (task == OptimiseTask::kFree5) return std::min(second_m, third_m) >= least_m;
+  if (task == OptimiseTask::kOutAndReturn) return result.closing_m <= settings.gap_m;
+  if (task < OptimiseTask::kFree4) return true;
+  const bool fai = std::min({first_m, second_m, third_m}) >= 0.28 * result.distance_m;
+  return result.closing_m < settings.gap_m && result.score_m >= 0 &&
+         (fai || task == OptimiseTask::kFlatTriangle);
+}
+
 namespace {
 
-using Vertices = std::vector<uint32_t>;  // empty: nothing found
-
-struct Closing {
-  int32_t distance_m = 999999999;
-  uint32_t start = 0;
-  uint32_t finish = 0;
-};
+using Vertices = std::vector<uint32_t>;         // empty: nothing found
+using Closing = std::tuple<int32_t, int, int>;  // distance, start, minus finish: the least counts
 
 struct Farthest {
-  int distance_m = -1;
+  int32_t distance_m = -1;
   uint32_t at = 0;
 };
 
@@ -30,7 +66,7 @@ struct Reference {
   OptimiseSettings settings;
   std::vector<uint32_t> kept;
   std::vector<std::vector<int32_t>> d;
-  std::vector<Closing> closing;  // t1 * size + t3
+  std::vector<std::vector<Closing>> closing;  // t1, t3
   std::vector<Farthest> before;
   std::vector<Farthest> after;
 
@@ -39,14 +75,9 @@ struct Reference {
 
 void Reduce(Reference& r) {
   const size_t n = r.points.size();
-  size_t sum = n;
   for (size_t i = 0; i < n; ++i) {
-    if (n > 2000) {
-      sum += 1999;
-      if (sum < n) continue;
-      sum -= n;
-    }
-    r.kept.push_back(static_cast<uint32_t>(i));
+    const bool kept = n <= 2000 || i == 0 || 1999 * (i + 1) / n > 1999 * i / n;
+    if (kept) r.kept.push_back(static_cast<uint32_t>(i));
   }
 }
 
@@ -63,8 +94,7 @@ void FillMatrix(Reference& r) {
     for (uint32_t j = i + 1; j < r.Size(); ++j) {
       const double dx = places[i].x_m - places[j].x_m;
       const double dy = places[i].y_m - places[j].y_m;
-      const double above = std::sqrt(dx * dx + dy * dy) + 0.5;
-      const int d = static_cast<int>(above);
+      const int32_t d = static_cast<int32_t>(std::sqrt(dx * dx + dy * dy) + 0.5);
       r.d[i][j] = r.d[j][i] = d;
       if (d > r.after[i].distance_m) r.after[i] = {d, j};
       if (d > r.before[j].distance_m) r.before[j] = {d, i};
@@ -74,11 +104,11 @@ void FillMatrix(Reference& r) {
 
 // The last of equal ones wins.
 struct Best {
-  int score_m = -1;
+  int32_t score_m = -1;
   Vertices at;
 };
 
-void Offer(Best& best, int score_m, const Vertices& at) {
+void Offer(Best& best, int32_t score_m, const Vertices& at) {
   if (score_m >= best.score_m) best = {score_m, at};
 }
 
@@ -134,95 +164,79 @@ Vertices Coarse5(const Reference& r) {
 }
 
 Vertices CoarseOutAndReturn(const Reference& r) {
-  Vertices best;
-  int best_m = -999999999;
+  Best best;
   for (uint32_t a = 0; a < r.Size(); ++a) {
     const int32_t* from_a = r.d[a].data();
     for (uint32_t b = a + 1; b < r.Size(); ++b) {
       for (uint32_t c = b + 1; c < r.Size(); ++c) {
-        const int score = 2 * from_a[b] - from_a[c];
-        if (score <= best_m || from_a[c] >= r.settings.gap_m) continue;
-        best_m = score;
-        best = {a, b, c};
+        const int32_t score_m = 2 * from_a[b] - from_a[c];
+        if (score_m > best.score_m && from_a[c] < r.settings.gap_m) best = {score_m, {a, b, c}};
       }
     }
   }
-  return best_m >= 0 ? best : Vertices{};
-}
-
-bool Closer(const Closing& one, const Closing& other) {
-  if (one.distance_m != other.distance_m) return one.distance_m < other.distance_m;
-  if (one.start != other.start) return one.start < other.start;
-  return one.finish > other.finish;
+  return best.at;
 }
 
 // The best pair for t1 and t3 is that of a smaller t1, that of a greater t3, or t1 and t3.
 void FillClosing(Reference& r) {
   const uint32_t m = r.Size();
-  r.closing.assign(size_t{m} * m, {});
+  r.closing.assign(m, std::vector<Closing>(m));
   for (uint32_t t1 = 0; t1 < m; ++t1) {
     for (uint32_t t3 = m - 1; t3 > t1; --t3) {
-      Closing best = {r.d[t1][t3], t1, t3};
-      if (t1 > 0) best = std::min(best, r.closing[size_t{t1 - 1} * m + t3], Closer);
-      if (t3 + 1 < m) best = std::min(best, r.closing[size_t{t1} * m + t3 + 1], Closer);
-      r.closing[size_t{t1} * m + t3] = best;
+      Closing best = {r.d[t1][t3], static_cast<int>(t1), -static_cast<int>(t3)};
+      if (t1 > 0) best = std::min(best, r.closing[t1 - 1][t3]);
+      if (t3 + 1 < m) best = std::min(best, r.closing[t1][t3 + 1]);
+      r.closing[t1][t3] = best;
     }
   }
 }
 
 Vertices CoarseTriangle(const Reference& r, bool fai) {
-  Vertices best;
-  int best_m = -1;
+  Best best;
   for (uint32_t t1 = 0; t1 < r.Size(); ++t1) {
     for (uint32_t t3 = t1 + 2; t3 < r.Size(); ++t3) {
-      const Closing& closing = r.closing[size_t{t1} * r.Size() + t3];
-      if (closing.distance_m >= r.settings.gap_m) continue;
+      const auto [closing_m, start, minus_finish] = r.closing[t1][t3];
+      if (closing_m >= r.settings.gap_m) continue;
       const int32_t* from_t1 = r.d[t1].data();
       const int32_t* from_t3 = r.d[t3].data();
-      const int d13 = from_t1[t3];
+      const int32_t d13 = from_t1[t3];
       for (uint32_t t2 = t1 + 1; t2 < t3; ++t2) {
-        const int p = from_t1[t2] + from_t3[t2] + d13;
-        if (p - closing.distance_m <= best_m) continue;
-        const int least = (p * 7) / 25;
-        const int shortest = std::min({from_t1[t2], from_t3[t2], d13});
-        if (fai && least > shortest) continue;
-        best_m = p - closing.distance_m;
-        best = {closing.start, t1, t2, t3, closing.finish};
+        const int32_t p = from_t1[t2] + from_t3[t2] + d13;
+        if (p - closing_m <= best.score_m) continue;
+        if (fai && (p * 7) / 25 > std::min({from_t1[t2], from_t3[t2], d13})) continue;
+        best = {p - closing_m,
+                {static_cast<uint32_t>(start), t1, t2, t3, static_cast<uint32_t>(-minus_finish)}};
       }
     }
   }
-  return best;
+  return best.at;
 }
 
-// Every ascending combination within 2 points of the coarse vertices, the last vertex fastest.
-void ForEachNear(const Vertices& coarse, uint32_t count, Vertices& at,
-                 const std::function<void(const Vertices&)>& visit) {
-  const size_t k = at.size();
-  if (k == coarse.size()) return visit(at);
-  for (int step = -2; step <= 2; ++step) {
-    const int64_t index = int64_t{coarse[k]} + step;
-    if (index < (k == 0 ? 0 : int64_t{at.back()} + 1) || index >= count) continue;
-    at.push_back(static_cast<uint32_t>(index));
-    ForEachNear(coarse, count, at, visit);
-    at.pop_back();
-  }
-}
-
-TaskResult Refine(const Reference& r, OptimiseTask task, Vertices coarse) {
+// Every ascending combination within 2 points of the coarse vertices, the last vertex fastest: the
+// digits of a number to the base 5.
+TaskResult Refine(const Reference& r, OptimiseTask task, const Vertices& coarse) {
   if (coarse.empty()) return {};
-  for (uint32_t& vertex : coarse) vertex = r.kept[vertex];
   TaskResult best;
-  Vertices at;
-  ForEachNear(coarse, static_cast<uint32_t>(r.points.size()), at, [&](const Vertices& vertices) {
-    const TaskResult result = MeasuredTask(r.points, task, vertices);
-    if (!IsAllowed(task, r.settings, result)) return;
-    if (task == OptimiseTask::kOutAndReturn && result.score_m <= 0) return;
+  Vertices at(coarse.size());
+  for (int code = 0; code < std::pow(5, coarse.size()); ++code) {
+    bool ascends = true;
+    int rest = code;
+    // What is below 0 wraps to more than there are.
+    for (size_t k = at.size(); k-- > 0; rest /= 5) {
+      at[k] = r.kept[coarse[k]] + static_cast<uint32_t>(rest % 5) - 2;
+    }
+    for (size_t k = 0; k < at.size(); ++k) {
+      ascends &= at[k] < r.points.size() && (k == 0 || at[k - 1] < at[k]);
+    }
+    if (!ascends) continue;
+    const TaskResult result = MeasuredTask(r.points, task, at);
+    if (!IsAllowed(task, r.settings, result)) continue;
+    if (task == OptimiseTask::kOutAndReturn && result.score_m <= 0) continue;
     if (best.vertices == 0 || result.score_m >= best.score_m) best = result;
-  });
-  if (best.vertices == 0 && task == OptimiseTask::kOutAndReturn) {
-    return MeasuredTask(r.points, task, coarse);
   }
-  return best;
+  if (best.vertices > 0 || task != OptimiseTask::kOutAndReturn) return best;
+  for (size_t k = 0; k < at.size(); ++k) at[k] = r.kept[coarse[k]];
+  return MeasuredTask(r.points, task, at);
 }
 
 }  // namespace
@@ -232,19 +246,16 @@ OptimiseResult ReferenceOptimise(std::span<const TrackPoint> points,
   Reference r = {.points = points, .settings = settings};
   Reduce(r);
   FillMatrix(r);
+  std::vector<Vertices> coarse = {Coarse2(r), Coarse3(r), Coarse4(r), Coarse5(r)};
+  if (settings.gap_m > 0) {
+    FillClosing(r);
+    coarse.insert(coarse.end(),
+                  {CoarseOutAndReturn(r), CoarseTriangle(r, false), CoarseTriangle(r, true)});
+  }
   OptimiseResult result = {.valid = true};
-  const auto refine = [&](OptimiseTask task, const Vertices& coarse) {
-    result.tasks[static_cast<size_t>(task)] = Refine(r, task, coarse);
-  };
-  refine(OptimiseTask::kFree2, Coarse2(r));
-  refine(OptimiseTask::kFree3, Coarse3(r));
-  refine(OptimiseTask::kFree4, Coarse4(r));
-  refine(OptimiseTask::kFree5, Coarse5(r));
-  if (settings.gap_m == 0) return result;
-  FillClosing(r);
-  refine(OptimiseTask::kOutAndReturn, CoarseOutAndReturn(r));
-  refine(OptimiseTask::kFlatTriangle, CoarseTriangle(r, false));
-  refine(OptimiseTask::kFaiTriangle, CoarseTriangle(r, true));
+  for (size_t i = 0; i < coarse.size(); ++i) {
+    result.tasks[i] = Refine(r, static_cast<OptimiseTask>(i), coarse[i]);
+  }
   return result;
 }
 

@@ -69,40 +69,29 @@ Place At(TrackShape shape, double part, Random& random) {
 
 std::vector<Place> PlacesOf(const ShapePlan& plan) {
   Random random = {std::mt19937(plan.seed)};
-  if (plan.shape == TrackShape::kRandomWalk) return Walk(plan.points, false, random);
-  if (plan.shape == TrackShape::kBackToStart) return Walk(plan.points, true, random);
+  const bool home = plan.shape == TrackShape::kBackToStart;
+  if (home || plan.shape == TrackShape::kRandomWalk) return Walk(plan.points, home, random);
+  const auto count = static_cast<double>(plan.points);
   std::vector<Place> places;
   for (size_t i = 0; i < plan.points; ++i) {
-    places.push_back(
-        At(plan.shape, static_cast<double>(i) / static_cast<double>(plan.points), random));
+    places.push_back(At(plan.shape, static_cast<double>(i) / count, random));
   }
   return places;
 }
 
-int32_t Latitude(double lat_rad) {
-  return RadiansToSemicircles(std::clamp(lat_rad, -kPi / 2, kPi / 2));
-}
-
 }  // namespace
-
-const char* NameOf(TrackShape shape) {
-  constexpr const char* kNames[kTrackShapes] = {
-      "triangle",   "circle",    "circles", "out-and-return", "ridge",      "spiral",
-      "randomwalk", "scattered", "line",    "one-place",      "few-places", "back-to-start"};
-  return kNames[static_cast<size_t>(shape)];
-}
 
 std::vector<TrackPoint> MakeTrack(const ShapePlan& plan) {
   constexpr double kRadius_m = 6371000;
-  const double lat_rad = plan.region.lat_deg / kDegreesPerRadian;
-  const double lon_rad = plan.region.lon_deg / kDegreesPerRadian;
+  const TrackRegion& region = plan.region;
+  const double degrees = region.size_m / kRadius_m * kDegreesPerRadian;
   std::vector<TrackPoint> points;
   for (const Place& place : PlacesOf(plan)) {
-    const double east_rad = place.real() * plan.region.size_m / kRadius_m / std::cos(lat_rad);
-    const double turned = std::remainder(lon_rad + east_rad, 2 * kPi);
+    const double east_deg = place.real() * degrees / std::cos(region.lat_deg / kDegreesPerRadian);
     points.push_back({.time = static_cast<uint32_t>(points.size()),
-                      .lat = Latitude(lat_rad + place.imag() * plan.region.size_m / kRadius_m),
-                      .lon = RadiansToSemicircles(turned)});
+                      .lat = DegreesToSemicircles(
+                          std::clamp(region.lat_deg + place.imag() * degrees, -90., 90.)),
+                      .lon = DegreesToSemicircles(std::remainder(region.lon_deg + east_deg, 360))});
   }
   return points;
 }

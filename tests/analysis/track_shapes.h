@@ -37,8 +37,6 @@ struct ShapePlan {
   TrackRegion region = {};
 };
 
-const char* NameOf(TrackShape shape);
-
 // The same plan always gives the same track. Places are rounded to whole semicircles, a few
 // millimetres, so that ties are rare except where the shape repeats places.
 std::vector<TrackPoint> MakeTrack(const ShapePlan& plan);
