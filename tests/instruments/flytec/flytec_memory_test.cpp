@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "instruments/flytec/airspace_memory.h"
 #include "instruments/flytec/waypoint_memory.h"
 
@@ -23,17 +21,6 @@ AirspaceUpload Take(const Texts& lines) {
     EXPECT_EQ(TakeUploadLine(upload, line), last ? UploadLine::kLast : UploadLine::kMore) << line;
   }
   return upload;
-}
-
-TEST(AirspaceMemory, ListsWhatItTook) {
-  const AirspaceUpload upload = Take({kNameLine, kRemarkLine, kCentreLine, kStartLine, kEndLine});
-  EXPECT_EQ(upload.fault, 0);
-  std::vector<StoredAirspace> memory;
-  ASSERT_TRUE(StoreAirspace(memory, upload.airspace, 1));
-  EXPECT_EQ(AirspaceListBodies(memory),
-            (Texts{"PBRCTR," + kNameLine, "PBRCTR," + kRemarkLine, "PBRCTR," + kCentreLine,
-                   "PBRCTR," + kStartLine, "PBRCTR," + kEndLine, "PBRANS,1"}));
-  EXPECT_EQ(AirspaceListBodies({}), Texts{"PBRANS,1"});
 }
 
 TEST(AirspaceMemory, FindsWhatIsWrong) {
@@ -77,7 +64,7 @@ TEST(AirspaceMemory, ANewStartForgetsTheOldOne) {
   EXPECT_EQ(TakeUploadLine(upload, ""), UploadLine::kNotOne);
 }
 
-TEST(AirspaceMemory, RoomEndsInsideAnAirspaceAndBetweenThem) {
+TEST(Memory, RoomEndsInsideAnAirspaceAndBetweenRecords) {
   AirspaceUpload upload;
   (void)TakeUploadLine(upload, "104,000,Kreisbogen       ,3440");
   (void)TakeUploadLine(upload, "104,001,Remark Kreisbogen");
@@ -94,13 +81,16 @@ TEST(AirspaceMemory, RoomEndsInsideAnAirspaceAndBetweenThem) {
   EXPECT_FALSE(StoreAirspace(memory, {.name = "B"}, 1));
   EXPECT_TRUE(StoreAirspace(memory, {.name = "A", .number = "0002"}, 1));
   EXPECT_EQ(memory[0].number, "0002");
+
+  std::vector<StoredWaypoint> waypoints;
+  EXPECT_TRUE(StoreWaypoint(waypoints, {.long_name = "A", .altitude_m = 1}, 1));
+  EXPECT_FALSE(StoreWaypoint(waypoints, {.long_name = "B"}, 1));
+  EXPECT_TRUE(StoreWaypoint(waypoints, {.long_name = "A", .altitude_m = 2}, 1));
+  EXPECT_EQ(waypoints[0].altitude_m, 2);
 }
 
-TEST(WaypointMemory, MakesTheListLineOfARealInstrument) {
+TEST(WaypointMemory, AWaypointBelowTheSeaHasNoTensOfMetresInItsName) {
   StoredWaypoint waypoint;
-  ASSERT_TRUE(ReadUploadedWaypoint("4743.564,N,01121.571,E,,Urthaler Hof     ,0620", waypoint));
-  EXPECT_EQ(WaypointListBody(waypoint),
-            "PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620");
   ASSERT_TRUE(ReadUploadedWaypoint("0425.130,N,07607.610,W,,S03              ,-012", waypoint));
   EXPECT_EQ(WaypointListBody(waypoint),
             "PBRWPS,0425.130,N,07607.610,W,S03000,S03              ,-012");
@@ -128,30 +118,6 @@ TEST(WaypointMemory, RefusesWhatIsNotAWaypoint) {
     StoredWaypoint waypoint;
     EXPECT_FALSE(ReadUploadedWaypoint(fields, waypoint)) << fields;
   }
-}
-
-TEST(WaypointMemory, TheSameNameOverwritesAndRoomEnds) {
-  std::vector<StoredWaypoint> memory;
-  EXPECT_TRUE(StoreWaypoint(memory, {.long_name = "A", .altitude_m = 1}, 2));
-  EXPECT_TRUE(StoreWaypoint(memory, {.long_name = "B", .altitude_m = 2}, 2));
-  EXPECT_FALSE(StoreWaypoint(memory, {.long_name = "C", .altitude_m = 3}, 2));
-  EXPECT_TRUE(StoreWaypoint(memory, {.long_name = "A", .altitude_m = 4}, 2));
-  ASSERT_EQ(memory.size(), 2U);
-  EXPECT_EQ(memory[0].altitude_m, 4);
-  EXPECT_EQ(memory[1].altitude_m, 2);
-}
-
-TEST(WaypointMemory, GeneratedOnesDiffer) {
-  std::set<std::string> names;
-  std::set<std::string> positions;
-  for (uint32_t n = 0; n < kMaxWaypoints; ++n) {
-    const StoredWaypoint waypoint = GenerateWaypoint(n);
-    names.insert(waypoint.long_name);
-    positions.insert(waypoint.position);
-    EXPECT_EQ(waypoint.long_name.size(), 17U);
-  }
-  EXPECT_EQ(names.size(), kMaxWaypoints);
-  EXPECT_EQ(positions.size(), kMaxWaypoints);
 }
 
 }  // namespace

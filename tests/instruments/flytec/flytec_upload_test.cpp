@@ -43,14 +43,6 @@ TEST(FlytecUpload, WhatIsNotAnUploadIsNotAnswered) {
   EXPECT_TRUE(simulator.waypoints.empty());
 }
 
-TEST(FlytecUpload, FullMemoryIsToldForAirspacesOnly) {
-  Simulator simulator{.waypoint_room = 0, .airspace_room = 0};
-  EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDone);
-  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDone + kDone + Answer('3'));
-  EXPECT_TRUE(simulator.waypoints.empty());
-  EXPECT_TRUE(simulator.airspaces.empty());
-}
-
 TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
   const std::tuple<Refusal, std::string, std::string> cases[] = {
       {Refusal::kPlausibility, kDone, kDone + kDone + Answer('2')},

@@ -62,13 +62,19 @@ TEST(CtrLines, WhatCannotBeToldIsSaidBeforehand) {
   no_outline.segments.clear();
   CtrRecord long_outline = Mixed("A");
   long_outline.segments.assign(998, {.point = At(1, 1)});
-  CtrRecord wide = Mixed("A");
-  wide.segments[1].radius_m = 99999.6;
-  CtrRecord not_a_number = Mixed("A");
-  not_a_number.segments[1].radius_m = NAN;
+  CtrRecord longest_outline = no_outline;
+  longest_outline.segments.assign(997, {.point = At(1, 1)});
+  const auto with_radius = [](double radius_m) {
+    CtrRecord record = Mixed("A");
+    record.segments[1].radius_m = radius_m;
+    return record;
+  };
+  const CtrRecord wide = with_radius(99999.1);
   CtrRecord no_bearing = Mixed("A");
   no_bearing.segments[2].type = SegmentType::kArcByBearings;
   no_bearing.segments[2].end_bearing_deg = INFINITY;
+  CtrRecord last_number = Mixed("A");
+  last_number.number = 9999;
   CtrRecord numbered = Mixed("A");
   numbered.number = 10000;
   const std::pair<CtrRecord, const char*> cases[] = {
@@ -76,7 +82,12 @@ TEST(CtrLines, WhatCannotBeToldIsSaidBeforehand) {
       {no_outline, "CTR A has no outline"},
       {long_outline, "CTR A has more points than the instrument can be told"},
       {wide, "CTR A has a radius that is not from 1 to 99999 m"},
-      {not_a_number, "CTR A has a radius that is not from 1 to 99999 m"},
+      {with_radius(0.49), "CTR A has a radius that is not from 1 to 99999 m"},
+      {with_radius(NAN), "CTR A has a radius that is not from 1 to 99999 m"},
+      {with_radius(0.5), ""},  // sent as 1 m
+      {with_radius(99999), ""},
+      {longest_outline, ""},
+      {last_number, ""},
       {no_bearing, "CTR A has an arc without bearings"},
       {numbered, "CTR A has a number of more than four digits"},
   };
@@ -169,9 +180,11 @@ TEST(WriteCtrs, EachAnswerButOneEndsTheUpload) {
       {"$PBRANS,1*01\r\r", "E600 Format error 6"},
       {"", "Missing CTR upload ack."},
       {"$PBRANS,1*01\r", "Missing CTR upload ack."},
+      {"unplugged", "E601 COM port read error"},
   };
   for (const auto& [answer, message] : cases) {
     Upload b({kListEnd, answer});
+    if (answer == "unplugged") b.bench.fault = Unplug(60);
     EXPECT_LT(WriteCtrJob(b.job), 0) << message;
     EXPECT_EQ(b.recorder.messages,
               Texts{std::string("CTR upload acknowledge status: ") + message + "\nB"});
@@ -200,14 +213,6 @@ TEST(WriteCtrs, AFailedWriteTellsHowFarItCame) {
     EXPECT_EQ(b.recorder.statuses.back(), statuses[line]);
     EXPECT_EQ(b.recorder.messages, Texts{"CTR upload: COM port write error"});
   }
-}
-
-TEST(WriteCtrs, AReadFailureHasItsMessage) {
-  Upload b;
-  b.bench.fault = Unplug(50);
-  EXPECT_LT(WriteCtrJob(b.job), 0);
-  EXPECT_EQ(b.recorder.messages,
-            Texts{"CTR upload acknowledge status: E601 COM port read error\nA"});
 }
 
 }  // namespace

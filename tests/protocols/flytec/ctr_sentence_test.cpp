@@ -27,10 +27,10 @@ TEST(CtrSentence, BuildsTheRecord) {
   ASSERT_EQ(
       Take(receiver, {"$PBRCTR,007,000,Kreisbogen       ,3440", "$PBRCTR,007,001,Remark Kreisbogen",
                       "$PBRCTR,007,002,P,4710.002,N,01104.700,E",
-                      "$PBRCTR,007,003,C,4730.000,S,17959.999,W,12345",
+                      "$PBRCTR,007,003,C,4730.000,S,17959.999,W,99999",
                       "$PBRCTR,007,004,X,8959.999,N,18000.000,E",
                       "$PBRCTR,007,005,T,4703.000,N,01110.200,E,-",
-                      "$PBRCTR,007,006,Z,4706.000,N,01110.400,E,-", "$PBRCTR,3,0,Second,7",
+                      "$PBRCTR,007,006,Z,4706.000,N,01110.400,E,-", "$PBRCTR,3,0,Second,9999",
                       "$PBRCTR,3,1,", "$PBRCTR,3,2,P,0000.0,N,00000.0,W", "$PBRANS,1"}),
       0);
   ASSERT_EQ(receiver.airspaces.size(), 2U);
@@ -43,7 +43,7 @@ TEST(CtrSentence, BuildsTheRecord) {
   ExpectNear(first.segments[0].point, At(47 + 10.002 / 60, 11 + 4.7 / 60));
   EXPECT_EQ(first.segments[1].type, SegmentType::kCircle);
   ExpectNear(first.segments[1].point, At(-47.5, -179 - 59.999 / 60));
-  EXPECT_EQ(first.segments[1].radius_m, 12345);
+  EXPECT_EQ(first.segments[1].radius_m, 99999);
   const AirspaceSegment& arc = first.segments[2];
   EXPECT_EQ(arc.type, SegmentType::kArcByPoints);
   EXPECT_EQ(arc.direction, kCounterClockwise);
@@ -52,6 +52,7 @@ TEST(CtrSentence, BuildsTheRecord) {
   ExpectNear(arc.end, At(47.1, 11 + 10.4 / 60));
   EXPECT_EQ(receiver.airspaces[1].name, "Second");
   EXPECT_EQ(receiver.airspaces[1].remark, "");
+  EXPECT_EQ(receiver.airspaces[1].number, 9999U);
 }
 
 TEST(CtrSentence, LongTextsAreCut) {

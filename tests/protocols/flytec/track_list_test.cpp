@@ -16,6 +16,10 @@ TEST(TrackListLine, EachFieldHasItsMessage) {
   } cases[] = {
       {"$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D", nullptr},
       {"$PBRTL,07,01,27.04.17,15:29:56,00:04:55,1,2,3,4,5*00", nullptr},
+      {"$PBRTL,07,01,01.01.17,00:00:00,00:00:00", nullptr},
+      {"$PBRTL,07,01,31.12.17,23:59:59,99:59:59", nullptr},
+      {"$PBRTL,07,01,00.04.17,15:29:56,00:04:55", "Bad track date parameter"},
+      {"$PBRTL,07,01,27.00.17,15:29:56,00:04:55", "Bad track date parameter"},
       {"$PBRTL,07,01,27.04.17,15:29:56", "NMEA line parse error"},
       {"$PBRTL", "NMEA line parse error"},
       {"$PBRTR,07,01,27.04.17,15:29:56,00:04:55", "Bad NMEA identifier"},
@@ -91,50 +95,44 @@ TEST(TrackList, EachFailureHasItsMessage) {
   }
 }
 
-struct Span {
-  uint32_t start;
-  uint32_t end;
-};
-
-std::vector<Flight> Tracks(const std::vector<Span>& spans) {
-  std::vector<Flight> tracks;
-  for (const Span& span : spans) {
-    Flight track;
-    track.index = static_cast<uint32_t>(tracks.size());
-    track.points = {{.segment_start = 1, .time = span.start}, {.time = span.end}};
-    track.instrument_igc.text = "its own";
-    tracks.push_back(track);
+// Flights of two fixes each, from the start and to the end.
+std::vector<Flight> Flights(const std::vector<std::pair<uint32_t, uint32_t>>& spans) {
+  std::vector<Flight> flights;
+  for (const auto& [start, end] : spans) {
+    flights.push_back({.points = {{.segment_start = 1, .time = start}, {.time = end}},
+                       .instrument_igc = {.text = "its own"}});
   }
-  return tracks;
+  return flights;
 }
 
 TEST(JoinFlights, InTheOrderOfTimeWithoutOverlapOrLongGap) {
-  const std::tuple<std::vector<Span>, JoinResult, std::vector<uint32_t>> cases[] = {
-      {{{100, 200}}, JoinResult::kJoined, {100, 200}},
-      {{{300, 400}, {100, 200}}, JoinResult::kJoined, {100, 200, 300, 400}},
-      {{{100, 200}, {200, 300}}, JoinResult::kJoined, {100, 200, 200, 300}},
-      {{{100, 200}, {3800, 3900}}, JoinResult::kJoined, {100, 200, 3800, 3900}},
-      {{{100, 200}, {3801, 3900}}, JoinResult::kGap, {}},
-      {{{100, 200}, {199, 300}}, JoinResult::kOverlap, {}},
-      {{{500, 600}, {100, 200}, {150, 400}}, JoinResult::kOverlap, {}},
-  };
+  const std::tuple<std::vector<std::pair<uint32_t, uint32_t>>, JoinResult, std::vector<uint32_t>>
+      cases[] = {
+          {{{100, 200}}, JoinResult::kJoined, {100, 200}},
+          {{{300, 400}, {100, 200}}, JoinResult::kJoined, {100, 200, 300, 400}},
+          {{{100, 200}, {200, 300}}, JoinResult::kJoined, {100, 200, 200, 300}},
+          {{{100, 200}, {3800, 3900}}, JoinResult::kJoined, {100, 200, 3800, 3900}},
+          {{{100, 200}, {3801, 3900}}, JoinResult::kGap, {}},
+          {{{100, 200}, {199, 300}}, JoinResult::kOverlap, {}},
+          {{{500, 600}, {100, 200}, {150, 400}}, JoinResult::kOverlap, {}},
+      };
   for (const auto& [spans, result, expected] : cases) {
-    std::vector<Flight> tracks = Tracks(spans);
-    ASSERT_EQ(JoinFlights(tracks), result);
+    std::vector<Flight> flights = Flights(spans);
+    ASSERT_EQ(JoinFlights(flights), result);
     if (result != JoinResult::kJoined) {
-      EXPECT_EQ(tracks.size(), spans.size()) << "refused tracks stay as they are";
+      EXPECT_EQ(flights.size(), spans.size()) << "refused flights stay as they are";
       continue;
     }
-    ASSERT_EQ(tracks.size(), 1U);
+    ASSERT_EQ(flights.size(), 1U);
     std::vector<uint32_t> times;
     uint32_t segments = 0;
-    for (const TrackPoint& point : tracks[0].points) {
+    for (const TrackPoint& point : flights[0].points) {
       times.push_back(point.time);
       segments += point.segment_start;
     }
     EXPECT_EQ(times, expected);
     EXPECT_EQ(segments, spans.size());
-    EXPECT_EQ(tracks[0].instrument_igc.text.empty(), spans.size() > 1);
+    EXPECT_EQ(flights[0].instrument_igc.text.empty(), spans.size() > 1);
   }
 }
 

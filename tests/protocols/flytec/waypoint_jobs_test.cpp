@@ -63,13 +63,6 @@ TEST(ReadWaypoints, EachFailureHasItsMessageAndDeliversNothing) {
   }
 }
 
-TEST(ReadWaypoints, AnEmptyMemoryIsNotAFailure) {
-  FlytecBench b;
-  b.script.answers["$PBRWPS,"] = {"\x13\x11"};
-  EXPECT_EQ(ReadWaypointsJob(b.job), 0);
-  EXPECT_EQ(b.recorder.statuses.back(), "0 waypoints received");
-}
-
 // The sentences of an upload, which the instrument has received without checksum and line end.
 Texts Sent(FlytecBench& b) {
   Texts sentences;

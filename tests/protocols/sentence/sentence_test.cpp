@@ -57,7 +57,7 @@ TEST(Positions, AreWrittenRoundedWithTheHemisphereOfTheSign) {
   const std::tuple<double, const char*, const char*> cases[] = {
       {0, "0000.000,N", "00000.000,E"},           {-0.0000001, "0000.000,S", "00000.000,W"},
       {47.72606666, "4743.564,N", "04743.564,E"}, {-7.99999999, "0800.000,S", "00800.000,W"},
-      {90, "9000.000,N", "09000.000,E"},
+      {90, "9000.000,N", "09000.000,E"},          {0.00000917, "0000.001,N", "00000.001,E"},
   };
   for (const auto& [degrees, latitude, longitude] : cases) {
     EXPECT_EQ(FormatLatitude(degrees, kMilliminutesPerDegree), latitude);
@@ -83,6 +83,8 @@ TEST(Positions, AreReadWithinTheirLimits) {
       {"9000.000", "", 1000, 90},
       {"17959.999", "E", 1000, 179.99998333},
       {"", "N", 1000, 1000},
+      {"89590", "N", 1000, 1000},
+      {"179590", "", 1000, 1000},
       {"47a", "N", 1000, 1000},
       {"4743.56x", "E", 1000, 1000},
       {"4743.5", "NN", 1000, 1000},
@@ -129,6 +131,7 @@ TEST(SentenceRecogniser, TellsEachFaultByItsNumber) {
       {"82 characters", "$" + std::string(82, 'x'), {-kSentenceTooLong}},
       {"lower case first digit", "$PBRTR,08*d1", {-kBadFirstChecksumDigit}},
       {"lower case second digit", "$PBRTR,00*6a", {-kBadSecondChecksumDigit}},
+      {"no digit", "$PBRTR,00*G", {-kBadFirstChecksumDigit}},
       {"no CR", "$PBRANS,1*01\n", {-kCrMissing}},
       {"no LF", "$PBRANS,1*01\rx", {-kLfMissing}},
       {"wrong checksum", "$PBRANS,2*01\r\n", {-kChecksumMismatch}},
