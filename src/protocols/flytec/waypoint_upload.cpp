@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "core/count_message.h"
-#include "core/units.h"
 #include "core/text/printable.h"
+#include "core/units.h"
 #include "protocols/flytec/field_text.h"
 #include "protocols/flytec/product_data.h"
 #include "protocols/sentence/checksum.h"
@@ -18,10 +18,13 @@ namespace skyhaul::flytec {
 
 namespace {
 
+// Nothing acknowledges a waypoint, so the instrument gets time to store it.
 constexpr uint32_t kAfterWaypoint_ms = 300;
 constexpr const char* kTitle = "Write GPS waypoints";
 
-constexpr int32_t kHighestLatitude = 5399999;  // thousandths of a minute
+// Thousandths of a minute. The pole and 180 degrees would need 90 and 180 in the degrees, which the
+// instrument does not know.
+constexpr int32_t kHighestLatitude = 5399999;
 constexpr int32_t kHighestLongitude = 10799999;
 constexpr double kLowest_m = -9999;  // five characters
 constexpr double kHighest_m = 99999;
@@ -60,6 +63,7 @@ std::vector<std::string> NamesToSend(const Job& job) {
 
 // Sends one waypoint. Returns 0 or a negative number after a message or status.
 int SendWaypoint(Job& job, const FileWaypoint& waypoint, const std::string& name) {
+  // The status that counts the waypoints sent is shown by the caller instead of that of an abort.
   if (job.operation.aborted) return kAborted;
   if (WriteSentence(job.link, WaypointSentence(waypoint, name)) != 0) {
     ShowMessage(job.operation, "COM port write error", kTitle);
@@ -81,6 +85,7 @@ int SendWaypoints(Job& job) {
     const std::string obstacle = WaypointObstacle(waypoint);
     if (!obstacle.empty()) {
       ShowMessage(job.operation, "Waypoint " + FullName(waypoint) + " " + obstacle, kTitle);
+      // One that cannot be sent must not keep the others from the instrument.
       continue;
     }
     const int sent = SendWaypoint(job, waypoint, names[i]);
@@ -104,6 +109,7 @@ std::string WaypointObstacle(const FileWaypoint& waypoint) {
 }
 
 std::string WaypointSentence(const FileWaypoint& waypoint, const std::string& name) {
+  // $PBRWPR,4743.564,N,01121.571,E,,Urthaler Hof     ,0620*hh   the short name stays empty
   const double latitude_rad = SemicirclesToRadians(waypoint.lat);
   const double longitude_rad = SemicirclesToRadians(waypoint.lon);
   char text[kSentenceCapacity];
