@@ -74,6 +74,7 @@ int Read(void* context, SerialHandle /*port*/, uint8_t* buffer, size_t capacity)
   const uint64_t deadline_ns = bench.now_ns + kReadWait_ms * kNsPerMs;
   SimulatedInstrument* instrument = Answering(bench);
   const uint64_t arrival_ns = instrument == nullptr ? kNever_ns : NextArrival_ns(instrument->wire);
+  // A read that gets nothing waits its full time, as on a real port.
   if (arrival_ns > deadline_ns) {
     bench.now_ns = deadline_ns;
     return 0;
@@ -84,6 +85,8 @@ int Read(void* context, SerialHandle /*port*/, uint8_t* buffer, size_t capacity)
   std::vector<uint8_t> delivered;
   for (size_t i = 0; i < arrived; ++i) Deliver(bench, buffer[i], delivered);
   std::copy(delivered.begin(), delivered.end(), buffer);
+  // What arrived before the plug was pulled is still delivered; the failure comes with the next
+  // read.
   return bench.unplugged && delivered.empty() ? -1 : static_cast<int>(delivered.size());
 }
 
@@ -107,6 +110,7 @@ void Forward(Bench& bench, uint8_t byte, uint64_t at_ns) {
 int Write(void* context, SerialHandle /*port*/, const uint8_t* bytes, size_t count) {
   Bench& bench = Of(context);
   const size_t at = bench.writes++;
+  // A failed write reaches the instrument with no byte, and counts among the writes.
   if (bench.fault.kind == FaultKind::kFailWrite && bench.fault.at == at) return -1;
   if (bench.unplugged) return -1;
   bench.written.append(reinterpret_cast<const char*>(bytes), count);
@@ -151,6 +155,7 @@ int64_t UnixTime_s(void* context) {
 
 int StartThread(void* context, void (*run)(void*), void* argument, ThreadHandle* thread) {
   if (Of(context).no_threads) return -1;
+  // Threads are real even in virtual time: a job runs on one of its own.
   const ThreadFunctions& native = NativePlatform().thread;
   return native.start(native.context, run, argument, thread);
 }

@@ -39,6 +39,7 @@ void LogBytes(ConversationLog& log, Speaker speaker, std::string_view bytes, uin
     if (log.bytes.empty()) log.first_ns = now_ns;
     log.bytes += c;
     log.last_ns = now_ns;
+    // A flight has lines of its own, so that a long answer reads like the file.
     if (c == '\n' || log.bytes.size() == kLongestLine) Finish(log);
   }
 }

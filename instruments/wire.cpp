@@ -16,6 +16,7 @@ void Send(Wire& wire, std::string_view bytes, uint64_t not_before_ns) {
 
 uint64_t NextArrival_ns(const Wire& wire) {
   if (wire.held || wire.chunks.empty()) return kNever_ns;
+  // A byte has arrived when its stop bit has: one byte time after the line was free for it.
   return std::max(wire.chunks.front().not_before_ns, wire.free_at_ns) + ByteTime_ns(wire);
 }
 

@@ -49,6 +49,7 @@ char CheckLastField(char type, std::string_view field) {
 }
 
 char TakeElement(StoredAirspace& airspace, std::string_view element) {
+  // P,4710.001,N,01104.700,E   or with a further field: C,...,12345 and T,...,+
   const std::vector<std::string_view> fields = CutFields(element);
   const ElementKind* kind = KindOf(fields[0]);
   if (kind == nullptr || fields.size() != 1 + kPositionFields + kind->fields) {
@@ -104,6 +105,7 @@ UploadLine TakeUploadLine(AirspaceUpload& upload, std::string_view fields) {
   const int total = LeadingNumber(fields, kNumberDigits);
   const int line = LeadingNumber(fields.substr(kNumberDigits + 1), kNumberDigits);
   if (total < 0 || line < 0) return UploadLine::kNotOne;
+  // A new first line forgets what an upload that broke off has left.
   if (line == 0) upload = {.total = total};
   if (line != upload.next || total != upload.total || line >= total) {
     KeepFault(upload, kAirspaceSyntax);
@@ -112,6 +114,7 @@ UploadLine TakeUploadLine(AirspaceUpload& upload, std::string_view fields) {
     KeepFault(upload, TakeContent(upload.airspace, line, fields.substr(kStart)));
   }
   upload.next = line + 1;
+  // A faulty airspace is still received to its last line, which is the only one with an answer.
   if (upload.next < total) return UploadLine::kMore;
   if (OpenArc(upload.airspace) != 0 || upload.airspace.elements.empty()) {
     KeepFault(upload, kAirspaceImplausible);

@@ -48,6 +48,7 @@ StoredFlight ScanTimes(std::string_view text) {
     last = time_of_day;
   }
   if (first < 0) return {.start_time = day};
+  // Past midnight. The clock of a flight never runs back.
   if (last < first) last += static_cast<int>(kSecondsPerDay);
   return {.start_time = day + static_cast<uint32_t>(first),
           .duration_s = static_cast<uint32_t>(last - first)};

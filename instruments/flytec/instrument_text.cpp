@@ -30,6 +30,7 @@ PositionCheck CheckCoordinate(std::string_view digits, std::string_view hemisphe
   if (hemisphere.size() != 1 || hemispheres.find(hemisphere[0]) == std::string_view::npos) {
     return PositionCheck::kMalformed;
   }
+  // 89 degrees 60 minutes are as impossible as 91 degrees.
   const int most_degrees = degree_digits == 2 ? 90 : 180;
   const bool beyond = (degrees * 60 + minutes) * 1000 + thousandths > most_degrees * 60'000;
   return minutes > 59 || beyond ? PositionCheck::kImpossible : PositionCheck::kSound;
@@ -43,6 +44,7 @@ std::string InstrumentSentence(const std::string& body) {
 
 std::string_view SoundBody(std::string_view sentence) {
   sentence.remove_prefix(1);
+  // From the end: a name may hold an asterisk, a checksum cannot.
   const size_t star = sentence.rfind('*');
   if (star == std::string_view::npos) return sentence.ends_with(',') ? sentence : "";
   const std::string_view body = sentence.substr(0, star);

@@ -16,7 +16,9 @@ namespace {
 
 constexpr uint32_t kAfterLine_ms = 100;
 constexpr uint32_t kAfterArcLine_ms = 200;
-constexpr size_t kMostLines = 999;  // three digits
+// The total and the number of a sentence have three digits on the wire.
+constexpr size_t kMostLines = 999;
+// Five digits of whole metres: from what rounds to 1 to what is still 99999.
 constexpr double kSmallestRadius_m = 0.5;
 constexpr double kLargestRadius_m = 99999.0;
 constexpr uint32_t kLargestNumber = 9999;
@@ -39,7 +41,7 @@ bool IsArc(const AirspaceSegment& segment) {
 }
 
 size_t LineCount(const CtrRecord& record) {
-  size_t count = 2;
+  size_t count = 2;  // name and remark
   for (const AirspaceSegment& segment : record.segments) count += IsArc(segment) ? 3 : 1;
   return count;
 }
@@ -57,15 +59,21 @@ std::string Position(const AirspacePosition& position) {
 }
 
 void AddArc(Lines& lines, const AirspaceSegment& segment) {
+  // The instrument knows an arc by its ends. An outline may have bearings and a radius instead, so
+  // the ends are computed on the ellipsoid.
   const bool by_bearings = segment.type == SegmentType::kArcByBearings;
   const auto [start, end] = by_bearings ? EndsOfArc(segment) : ArcEnds{segment.start, segment.end};
   const std::string direction = segment.direction == kCounterClockwise ? ",-" : ",+";
+  // $PBRCTRW,007,004,X,4700.000,N,01100.000,W       centre
+  // $PBRCTRW,007,005,T,4706.000,N,01100.000,W,-     start and direction
+  // $PBRCTRW,007,006,Z,4700.000,N,01106.000,W,-     end
   AddLine(lines, "X," + Position(segment.point), kAfterArcLine_ms);
   AddLine(lines, "T," + Position(start) + direction, kAfterArcLine_ms);
   AddLine(lines, "Z," + Position(end) + direction, kAfterArcLine_ms);
 }
 
 void AddCircle(Lines& lines, const AirspaceSegment& segment) {
+  // $PBRCTRW,007,003,C,4730.000,S,01100.000,E,01235
   const auto radius_m = static_cast<uint32_t>(RoundHalfAwayFromZero(segment.radius_m));
   AddLine(lines, "C," + Position(segment.point) + "," + PaddedNumber(radius_m, 5), kAfterLine_ms);
 }
@@ -82,6 +90,7 @@ void AddSegment(Lines& lines, const AirspaceSegment& segment) {
 }
 
 std::string SegmentObstacle(const AirspaceSegment& segment) {
+  // Written so that a radius that is not a number is refused too.
   if (IsCircle(segment) &&
       !(segment.radius_m >= kSmallestRadius_m && segment.radius_m <= kLargestRadius_m)) {
     return "has a radius that is not from 1 to 99999 m";
@@ -108,6 +117,7 @@ std::string CtrObstacle(const CtrRecord& record) {
 std::vector<CtrLine> CtrLines(const CtrRecord& record, const std::string& name) {
   Lines lines;
   lines.total = LineCount(record);
+  // $PBRCTRW,007,000,A                ,3440
   AddLine(lines, name + "," + PaddedNumber(record.number, 4), kAfterLine_ms);
   AddLine(lines, FieldText(record.remark), kAfterLine_ms);
   for (const AirspaceSegment& segment : record.segments) AddSegment(lines, segment);

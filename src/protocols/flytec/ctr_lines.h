@@ -11,7 +11,7 @@ namespace skyhaul::flytec {
 // One sentence of an airspace on its way to the instrument.
 struct CtrLine {
   std::string sentence;   // with checksum, CR and LF
-  uint32_t pause_ms = 0;  // after it, which the instrument needs to store it
+  uint32_t pause_ms = 0;  // after the sentence, while the instrument stores it
   bool ends_segment = false;
 };
 

@@ -14,6 +14,8 @@ namespace skyhaul::flytec {
 
 namespace {
 
+// The list ends with a sentence of its own, not with a silence: an instrument may think for any
+// time between two airspaces.
 constexpr uint32_t kNoLimit_ms = UINT32_MAX;  // 49 days
 constexpr const char* kTitle = "Read CTR list";
 
@@ -50,6 +52,7 @@ int ReceiveCtrs(Job& job, CtrReceiver& receiver) {
       ReadWithDeadline(job.link, {.timeout_ms = kNoLimit_ms, .since_last_byte = true}, feed);
   if (result == kPortFailed) return Fail(job, "E701 COM port read error");
   if (result != 0) return result;
+  // The frame first: what a broken frame holds says nothing.
   if (framing < 0) return FailWithNumber(job, "E703 Format error %", framing);
   if (content < 0) return FailWithNumber(job, "E702 Format error %", content);
   return 0;

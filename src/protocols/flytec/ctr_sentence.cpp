@@ -19,7 +19,8 @@ constexpr uint32_t kLargestNumber = 9999;
 constexpr uint32_t kLargestRadius_m = 99999;
 constexpr double kRadiansPerMinute = 0.0002908882086657;  // pi / 10800
 
-// What tells a latitude from a longitude; its errors follow the first in the order of checking.
+// What a latitude and a longitude differ in. Their error numbers follow the first one in the order
+// of checking.
 struct CoordinateTerms {
   uint32_t limit;  // degrees and minutes stay below it
   double largest_minutes;
@@ -28,7 +29,7 @@ struct CoordinateTerms {
 };
 constexpr CoordinateTerms kLatitudeTerms = {9000, 90 * 60, "NS", kCtrLatitudeMissing};
 constexpr CoordinateTerms kLongitudeTerms = {18001, 180 * 60, "EW", kCtrLongitudeMissing};
-constexpr int kTooLarge = 1;  // behind CoordinateTerms::missing
+constexpr int kTooLarge = 1;  // added to CoordinateTerms::missing
 constexpr int kNoPoint = 2;
 constexpr int kBadFraction = 3;
 constexpr int kHemisphereMissing = 4;
@@ -47,7 +48,8 @@ int ParseMinutes(std::string_view text, const CoordinateTerms& terms, double& mi
   return 0;
 }
 
-// Takes a coordinate and its hemisphere off the front of rest; the last one takes all of it.
+// "4710.002,N,": takes a coordinate and its hemisphere off the front of rest. The last one of a
+// sentence takes all of rest, which no comma ends.
 int TakeCoordinate(std::string_view& rest, const CoordinateTerms& terms, bool last,
                    int32_t& semicircles) {
   std::string_view digits;
@@ -60,6 +62,7 @@ int TakeCoordinate(std::string_view& rest, const CoordinateTerms& terms, bool la
   if (!negative && hemisphere != std::string_view(terms.hemispheres, 1)) {
     return -(terms.missing + kBadHemisphere);
   }
+  // Sixty minutes and more pass the limit on DDMM, up to a place beyond the pole.
   if (minutes > terms.largest_minutes) return -kCtrOffTheEarth;
   const double radians = minutes * kRadiansPerMinute;
   semicircles = RadiansToSemicircles(negative ? -radians : radians);
@@ -76,8 +79,10 @@ int TakePoint(CtrRecord& record, AirspacePosition position) {
   return 1;
 }
 
+// $PBRCTR,003,002,C,4710.001,N,01104.700,E,12345
 int TakeCircle(CtrRecord& record, AirspacePosition centre, std::string_view radius) {
   uint32_t radius_m = 0;
+  // ParseUintField takes an empty text for 0, which is no radius here.
   const bool bad = radius.empty() || ParseUintField(radius, radius_m) != 0;
   if (bad || radius_m > kLargestRadius_m) return -kCtrBadRadius;
   record.segments.push_back(
@@ -89,6 +94,7 @@ int TakeCircle(CtrRecord& record, AirspacePosition centre, std::string_view radi
 int TakeArcPiece(CtrReceiver& receiver, char type, AirspacePosition position,
                  std::string_view direction) {
   std::vector<AirspaceSegment>& segments = receiver.airspaces.back().segments;
+  // X opens the arc with its centre and has no direction; T and Z follow it into the same segment.
   if (type == 'X') {
     segments.push_back({.type = SegmentType::kArcByPoints, .point = position});
     receiver.arc_piece = type;
@@ -97,6 +103,7 @@ int TakeArcPiece(CtrReceiver& receiver, char type, AirspacePosition position,
   if (direction != "+" && direction != "-") return -kCtrBadDirection;
   if (type == 'T') {
     segments.back().start = position;
+    // Z repeats the direction. T's counts, because it comes first.
     segments.back().direction = direction[0];
     receiver.arc_piece = type;
   } else {
@@ -118,11 +125,13 @@ bool InOrder(char arc_piece, char type) {
 }
 
 int TakePiece(CtrReceiver& receiver, std::string_view rest) {
+  // $PBRCTR,007,005,T,4703.000,N,01110.200,E,-   type, position, what the type needs
   std::string_view type;
   if (!SplitField(rest, type)) return -kCtrTypeMissing;
   constexpr std::string_view kTypes = "PXCTZ";
   if (type.size() != 1 || kTypes.find(type[0]) == std::string_view::npos) return -kCtrBadType;
   if (!InOrder(receiver.arc_piece, type[0])) return -kCtrArcOutOfOrder;
+  // P and X end with the position, so anything after it is a bad hemisphere.
   const bool position_is_all = type == "P" || type == "X";
   AirspacePosition position;
   if (const int bad = TakePosition(rest, position_is_all, position); bad != 0) return bad;
@@ -131,6 +140,7 @@ int TakePiece(CtrReceiver& receiver, std::string_view rest) {
   return TakeArcPiece(receiver, type[0], position, rest);
 }
 
+// $PBRCTR,007,000,Kreisbogen       ,3440   total, number of the sentence, name, number
 int OpenCtr(CtrReceiver& receiver, uint32_t total, uint32_t index, std::string_view rest) {
   if (total < kLeastTotal) return -kCtrTotalTooSmall;
   if (index != 0) return -kCtrNotAtStart;
@@ -148,6 +158,7 @@ int OpenCtr(CtrReceiver& receiver, uint32_t total, uint32_t index, std::string_v
   return 1;
 }
 
+// $PBRCTR,007,001,Remark Kreisbogen   then one sentence for each piece of the outline
 int ContinueCtr(CtrReceiver& receiver, uint32_t total, uint32_t index, std::string_view rest) {
   const bool remark = receiver.next_index == 1;
   if (index != receiver.next_index) return remark ? -kCtrNoRemark : -kCtrOutOfSequence;
@@ -158,6 +169,7 @@ int ContinueCtr(CtrReceiver& receiver, uint32_t total, uint32_t index, std::stri
     return result;
   }
   if (++receiver.next_index < receiver.total) return 1;
+  // The airspace is whole by its own count, but its last arc is not.
   if (receiver.arc_piece != 0) return -kCtrArcOutOfOrder;
   receiver.next_index = 0;
   return 1;
@@ -169,6 +181,7 @@ int TakeCtrSentence(CtrReceiver& receiver, std::string_view sentence) {
   std::string_view rest = sentence;
   std::string_view field;
   if (!SplitField(rest, field)) return -kCtrNoField;
+  // Inside an airspace the closing sentence would leave it cut off: it counts as unknown there.
   if (receiver.next_index == 0 && field == "$PBRANS") return rest == "1" ? 0 : -kCtrBadEnd;
   if (field != "$PBRCTR") return -kCtrUnknownSentence;
   uint32_t total = 0;

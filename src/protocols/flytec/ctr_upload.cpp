@@ -15,12 +15,13 @@ namespace skyhaul::flytec {
 
 namespace {
 
+// The instrument checks and stores a whole airspace before it answers.
 constexpr uint32_t kAnswer_ms = 20000;
 constexpr uint32_t kBeforeNextCtr_ms = 300;
 constexpr const char* kTitle = "CTR upload";
 constexpr const char* kAnswerTitle = "CTR upload acknowledge status";
 
-// How far an upload is.
+// How far an upload has come.
 struct CtrProgress {
   uint32_t total = 0;  // airspaces
   uint32_t taken = 0;  // of them
@@ -40,6 +41,7 @@ std::string SegmentsSent(const CtrProgress& progress) {
 int FailWrite(const Job& job, size_t line, const CtrProgress& progress) {
   ShowMessage(job.operation, "COM port write error", kTitle);
   const std::string segments = SegmentsSent(progress);
+  // The sentence that failed is the last one that may have arrived.
   const std::string statuses[] = {"CTR name sent", "CTR remark sent", segments};
   ShowStatus(job.operation, statuses[line < 2 ? line : 2]);
   return -1;
@@ -48,6 +50,7 @@ int FailWrite(const Job& job, size_t line, const CtrProgress& progress) {
 // Returns 0 or a negative number after its message or status.
 int SendLines(Job& job, const std::vector<CtrLine>& lines, CtrProgress& progress) {
   for (size_t i = 0; i < lines.size(); ++i) {
+    // Asked before each sentence: the pauses of a long outline add up to minutes.
     if (StopRequested(job.operation)) {
       ShowStatus(job.operation, SegmentsSent(progress));
       return kAborted;
@@ -65,6 +68,7 @@ int SendLines(Job& job, const std::vector<CtrLine>& lines, CtrProgress& progress
 // its message.
 int AwaitAnswer(Job& job, const std::string& name) {
   ShowStatus(job.operation, "Waiting for CTR transfer ack.");
+  // $PBRANS,1*01
   PrefixRecogniser recogniser{.prefix = "$PBRANS,"};
   int error = 0;
   const auto feed = [&](uint8_t byte) {
@@ -106,7 +110,7 @@ int SendCtr(Job& job, const CtrRecord& record, const std::string& field, CtrProg
   return 0;
 }
 
-// The selected airspaces that can be told to the instrument; the others are named in a message.
+// The selected airspaces that the instrument can hold; each of the others is named in a message.
 std::vector<const CtrRecord*> Sendable(const Job& job) {
   std::vector<const CtrRecord*> records;
   for (const CtrRecord& record : job.data.airspaces) {
@@ -161,6 +165,7 @@ const char* CtrAnswerText(char answer) {
 
 int WriteCtrJob(Job& job) {
   const std::vector<const CtrRecord*> records = Sendable(job);
+  // Each obstacle has had its message.
   if (records.empty()) return -1;
   ProductData product;
   const int identified = ReadProductData(job, product);

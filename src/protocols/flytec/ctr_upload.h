@@ -4,17 +4,17 @@
 
 namespace skyhaul::flytec {
 
-// What the instrument says behind "$PBRANS," when an airspace has arrived, as the person reads it.
+// The text for the character after "$PBRANS,", with which the instrument acknowledges an airspace.
 // '1' is success.
 const char* CtrAnswerText(char answer);
 
-// Job procedure: sends the selected ones of job.data.airspaces to the instrument, each acknowledged
-// before the next one; the progress tells which one is on its way and how many were taken. One that
-// cannot be told to the instrument is named in a message and passed over. Returns the number that
-// the instrument has taken, which job.data.sent has too, or a negative number after a message that
-// names the airspace (or the statuses of an abort); the last status is then "% CTR segments sent",
-// or, when the sentence that failed was the first or second of an airspace, "CTR name sent" or "CTR
-// remark sent".
+// Job procedure: sends the selected ones of job.data.airspaces to the instrument and waits for the
+// acknowledgement of each before the next one; the progress names the airspace and counts those
+// that were taken. An airspace that the instrument cannot hold is named in a message and passed
+// over. Returns the number that the instrument has taken, also in job.data.sent, or a negative
+// number after a message that names the airspace (or the statuses of an abort). The last status is
+// then "% CTR segments sent", or "CTR name sent" or "CTR remark sent" when the first or second
+// sentence of an airspace failed.
 int WriteCtrJob(Job& job);
 
 }  // namespace skyhaul::flytec

@@ -10,6 +10,7 @@ std::string FieldText(std::string_view utf8, size_t width) {
   std::string text = ToAscii(utf8);
   text.resize(width, ' ');
   for (char& c : text) {
+    // A comma would end the field, an asterisk the sentence, a dollar would begin another.
     if (c == ',' || c == '*' || c == '$') c = '-';
     if (c < ' ' || c == '\x7f') c = ' ';
   }
@@ -18,6 +19,7 @@ std::string FieldText(std::string_view utf8, size_t width) {
 
 std::vector<std::string> NameFields(std::span<const std::string> utf8, uint32_t& changed) {
   std::vector<std::string> fields;
+  // In the order of the list: the first of several names that become alike stays as it is.
   std::set<std::string> taken;
   changed = 0;
   for (const std::string& text : utf8) {
@@ -27,6 +29,8 @@ std::vector<std::string> NameFields(std::span<const std::string> utf8, uint32_t&
     const std::string base = TextOfField(field, kNameWidth);
     for (uint32_t n = 2; !taken.insert(field).second; ++n) {
       const std::string number = std::to_string(n);
+      // The number replaces the last characters of a name that fills its width, and follows a
+      // shorter one.
       field = FieldText(base.substr(0, kNameWidth - number.size()) + number);
       is_changed = true;
     }

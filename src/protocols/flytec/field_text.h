@@ -16,9 +16,9 @@ inline constexpr size_t kNameWidth = 17;  // of every name and remark that is se
 // a blank.
 std::string FieldText(std::string_view utf8, size_t width = kNameWidth);
 
-// Texts as fields of kNameWidth, none of them blank and no two alike, because the instrument
-// tells what it stores apart by this name: a clash gets a number at its end. changed is how many
-// were cut or numbered.
+// Texts as fields of kNameWidth, none of them blank and no two alike: the instrument overwrites
+// what it has under the same name. A clash gets a number at its end. changed is how many were cut
+// or numbered.
 std::vector<std::string> NameFields(std::span<const std::string> utf8, uint32_t& changed);
 
 // A received field without the blanks at its end, at most so many bytes of it.

@@ -5,7 +5,7 @@ namespace skyhaul::flytec {
 namespace {
 
 constexpr Model kModels[] = {
-    // In the order they are looked for: "COMPEO+" must be found before "COMPEO".
+    // In the order of the search: "COMPEO+" must be found before "COMPEO", which is a part of it.
     {.device_name = "5020", .model_name = "5020", .track_list_above = "1.13"},
     {.device_name = "5030", .model_name = "5030", .track_list_above = "2.19"},
     {.device_name = "6020", .model_name = "6020"},
@@ -28,7 +28,10 @@ const Model* FindModel(const std::string& device_name) {
 
 bool HasTrackList(const std::string& device_name, const std::string& software) {
   for (const Model& model : kModels) {
+    // The whole name here: a name that only contains a model's is of an instrument nobody has
+    // tried.
     if (device_name != model.device_name) continue;
+    // As text, so that "1.9" is above "1.13".
     return model.track_list_above == nullptr || software > model.track_list_above;
   }
   return false;

@@ -16,6 +16,7 @@ namespace skyhaul::flytec {
 namespace {
 
 constexpr uint32_t kAnswer_ms = 2000;
+// The instrument needs a second before it takes the next command.
 constexpr uint32_t kBeforeNextCommand_ms = 1000;
 constexpr uint32_t kAttemptsPerRequest = 2;  // a request takes two of the one-second attempts
 constexpr size_t kLongestLine = 80;
@@ -29,6 +30,7 @@ constexpr int kNoPilotName = -5;
 std::string Normalised(std::string_view text, size_t longest) {
   std::string result;
   for (const char c : text) {
+    // The instrument pads its fields with blanks.
     if (c == ' ' && (result.empty() || result.back() == ' ')) continue;
     result += c;
   }
@@ -41,16 +43,18 @@ int AskOnce(Job& job, ProductData& data) {
   if (WriteSentence(job.link, kRequestProductData) != 0) return kWriteFailed;
   LineCollector collector;
   collector.limit = kLongestLine;
+  // Other lines may still be on their way from an earlier conversation, so they are passed over.
   const auto feed = [&](uint8_t byte) {
     const bool complete = CollectLineByte(collector, byte);
     return complete && ParseProductData(collector.line, data) == 0 ? Feed::kDone : Feed::kMore;
   };
   const int result = ReadWithDeadline(job.link, {.timeout_ms = kAnswer_ms}, feed);
   if (result != 0) return result;
+  // An instrument without a pilot has not been set up: its flights would be nobody's.
   return data.pilot_name.empty() ? kNoPilotName : 0;
 }
 
-// Says what ended the asking; a time-out is said by the one who counts attempts.
+// Shows why a request failed. A time-out has no message here: the caller counts the attempts.
 void TellFailure(const Job& job, int failure) {
   switch (failure) {
     case kWriteFailed:
@@ -66,6 +70,7 @@ void TellFailure(const Job& job, int failure) {
 
 int AskWithAttempts(Job& job, ProductData& data) {
   const uint32_t attempts = job.link.attempts;
+  // An odd number of attempts ends with a whole request.
   for (uint32_t used = 0; used < attempts; used += kAttemptsPerRequest) {
     ShowProgress(job.operation, FormatCountMessage("Requesting product info (%)",
                                                    (attempts - used) / kAttemptsPerRequest));
@@ -82,6 +87,7 @@ int AskOnCandidate(Job& job) {
   ProductData data;
   const int result = AskOnce(job, data);
   if (result == kNoPilotName) TellFailure(job, result);
+  // The search goes on to the next port after a failure to write, as after a failure to read.
   return result == kWriteFailed ? kPortFailed : result;
 }
 
@@ -98,6 +104,7 @@ void FillIdentity(Job& job, const ProductData& data) {
 }  // namespace
 
 int ParseProductData(std::string_view line, ProductData& data) {
+  // $PBRSNP,5030,JIMI HENDRIX     ,01001,2.00*hh   device, pilot, serial number, software
   const std::vector<std::string_view> fields = SplitFields(line, kFields);
   if (fields.size() < kFields || fields[0] != "$PBRSNP") return -1;
   const std::string_view software = fields[4].substr(0, fields[4].find('*'));
@@ -120,6 +127,7 @@ int ReadProductData(Job& job, ProductData& data) {
   ShowProgress(job.operation,
                data.device_name + ", SN" + data.serial_number + ", SW" + data.software);
   FillIdentity(job, data);
+  // Every job goes on with a request.
   Pause(job.link, kBeforeNextCommand_ms);
   return StopRequested(job.operation) ? kAborted : 0;
 }

@@ -7,7 +7,7 @@
 
 namespace skyhaul::flytec {
 
-// What an instrument of the family says about itself.
+// What an instrument of the family reports about itself.
 struct ProductData {
   std::string device_name;    // up to 16 characters
   std::string pilot_name;     // up to 40
@@ -19,9 +19,10 @@ struct ProductData {
 // blanks at both ends, and each run of blanks inside becomes one.
 int ParseProductData(std::string_view line, ProductData& data);
 
-// Opens the job's port (any candidate's when it is chosen automatically), asks the instrument who
-// it is, fills the job's identity texts, and waits for the instrument to be ready for the next
-// command. Returns 0, or a negative number after a message (or "Transfer aborted").
+// Opens the job's port (or tries the candidates when it is chosen automatically), asks for the
+// instrument's identification, fills the job's identity texts, and waits until the instrument is
+// ready for the next command. Returns 0, or a negative number after a message (or "Transfer
+// aborted").
 int ReadProductData(Job& job, ProductData& data);
 
 }  // namespace skyhaul::flytec

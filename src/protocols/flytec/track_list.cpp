@@ -29,6 +29,7 @@ int ReceiveSlots(Job& job, std::vector<TrackListEntry>& slots) {
     TrackListEntry entry;
     bad = ParseTrackListLine(collector.line, entry);
     if (bad != nullptr) return Feed::kDone;
+    // By index and not in the order of arrival: a line that comes twice counts once, the last one.
     if (entry.index < kSlots) slots[entry.index] = entry;
     return Feed::kMore;
   };
@@ -45,6 +46,7 @@ int ReceiveSlots(Job& job, std::vector<TrackListEntry>& slots) {
 }  // namespace
 
 int ReadTrackList(Job& job, const ProductData& product) {
+  // The caller knows whether it can do without the list, so nothing is shown here.
   if (!HasTrackList(product.device_name, product.software)) return kNoTrackList;
   if (WriteSentence(job.link, kRequestTrackList) != 0) {
     ShowMessage(job.operation, "E500 COM port write error", kTitle);
@@ -54,6 +56,7 @@ int ReadTrackList(Job& job, const ProductData& product) {
   const int received = ReceiveSlots(job, slots);
   if (received != 0) return received;
   for (TrackListEntry& slot : slots) {
+    // A slot without a start was never filled. No real flight starts at the zero of the time scale.
     if (slot.start_time != 0) job.data.track_list.push_back(std::move(slot));
   }
   const auto count = static_cast<uint32_t>(job.data.track_list.size());

@@ -19,6 +19,7 @@ int ParseTriple(std::string_view text, char separator, uint32_t (&numbers)[3]) {
   size_t at = 0;
   for (int i = 0; i < 3; ++i) {
     const size_t end = i < 2 ? text.find(separator, at) : text.size();
+    // ParseUintField alone would take a blank text for 0 and any length.
     if (end == std::string_view::npos || end == at || end - at > 2) return -1;
     if (ParseUintField(text.substr(at, end - at), numbers[i]) != 0) return -1;
     at = end + 1;
@@ -30,6 +31,7 @@ int ParseDate(std::string_view text, CalendarTime& calendar) {
   uint32_t date[3];
   if (ParseTriple(text, '.', date) != 0) return -1;
   const auto [day, month, year] = date;
+  // The lengths of the months are left to the instrument's clock.
   if (day < 1 || day > 31 || month < 1 || month > 12) return -1;
   calendar = {.year = static_cast<int>(2000 + year),
               .month = static_cast<int>(month),
@@ -53,6 +55,8 @@ std::string_view WithoutChecksum(std::string_view field) {
 
 }  // namespace
 
+// $PBRTL,NN,n,DD.MM.YY,HH:MM:SS,HH:MM:SS*hh, for example
+// $PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D
 const char* ParseTrackListLine(std::string_view line, TrackListEntry& entry) {
   const std::vector<std::string_view> fields = SplitFields(line, kMostFields);
   if (fields.size() < kLeastFields) return "NMEA line parse error";
@@ -63,6 +67,7 @@ const char* ParseTrackListLine(std::string_view line, TrackListEntry& entry) {
   CalendarTime date;
   if (ParseDate(fields[3], date) != 0) return "Bad track date parameter";
   uint32_t start_s = 0;
+  // A start is a time of day; a duration may have up to 99 hours.
   if (ParseSeconds(fields[4], 23, start_s) != 0) return "Bad track time parameter";
   if (ParseSeconds(WithoutChecksum(fields[5]), 99, entry.duration_s) != 0) {
     return "Bad track duration parameter";

@@ -19,6 +19,7 @@ namespace skyhaul::flytec {
 
 namespace {
 
+// The instrument gets a rest before each flight.
 constexpr uint32_t kBeforeRequest_ms = 500;
 constexpr uint32_t kSilence_ms = 2000;
 constexpr uint32_t kFixesPerProgress = 100;
@@ -29,11 +30,13 @@ int Fail(const Job& job, const std::string& text) {
   return -1;
 }
 
-// Told of the first position and of every hundredth after it.
-void TellPosition(const Job& job, const igc::Decoder& decoder, uint32_t duration_s) {
+// Shows the first position and every hundredth after it, as a share of the listed duration.
+void ShowPosition(const Job& job, const igc::Decoder& decoder, uint32_t duration_s) {
   const auto count = static_cast<uint32_t>(decoder.points.size());
+  // Every hundredth is enough for a person.
   if (count % kFixesPerProgress != 1) return;
   if (count == 1) ShowStatus(job.operation, "Receiving track log");
+  // A fix may lie before the first one when the receiver has set its clock.
   const uint32_t now = std::max(decoder.points.back().time, decoder.start_time);
   const uint32_t flown_s = now - decoder.start_time;
   const std::string text =
@@ -53,23 +56,26 @@ int ReceiveTrack(Job& job, TrackReceiver& receiver, uint32_t duration_s) {
     fault = FeedTrackByte(receiver, byte);
     if (fault != TrackFault::kNone) return Feed::kDone;
     if (receiver.decoder.points.size() > before) {
-      TellPosition(job, receiver.decoder, duration_s);
+      ShowPosition(job, receiver.decoder, duration_s);
       ReportPosition(job, receiver.decoder.points.back(), last_report_time);
     }
     return Feed::kMore;
   };
   const int result =
       ReadWithDeadline(job.link, {.timeout_ms = kSilence_ms, .since_last_byte = true}, feed);
+  // The fault first: it has stopped the reading, whose result says only that it was stopped.
   if (fault != TrackFault::kNone) return Fail(job, TrackFaultMessage(fault, receiver.detail));
   if (result == kPortFailed) return Fail(job, "E203 COM port read error");
+  // Silence is the end of a flight: IGC text has no mark of its own.
   return result == kTimedOut ? 0 : result;
 }
 
-// Downloads one track behind the given request.
+// Downloads one flight after the given request.
 int DownloadTrack(Job& job, const std::string& request, uint32_t index, uint32_t duration_s) {
   if (StopRequested(job.operation)) return kAborted;
   ShowStatus(job.operation, FormatCountMessage("Requesting track log %", index + 1));
   Pause(job.link, kBeforeRequest_ms);
+  // An abort during the pause must not start a transfer of minutes.
   if (StopRequested(job.operation)) return kAborted;
   if (WriteSentence(job.link, request) != 0) return Fail(job, "E202 COM port write error");
 
@@ -78,6 +84,7 @@ int DownloadTrack(Job& job, const std::string& request, uint32_t index, uint32_t
   if (received != 0) return received;
   igc::Decoder& decoder = receiver.decoder;
   if (decoder.points.empty()) return Fail(job, "0 points received");
+  // Kept all the same: an unsigned flight is better than none.
   if (decoder.g_records == 0) ShowMessage(job.operation, "No G-records found", kTitle);
   job.data.flights.push_back({.points = std::move(decoder.points),
                               .instrument_igc = {.expected = true,
@@ -119,8 +126,8 @@ int DownloadChosen(Job& job, const ProductData& product) {
   return 0;
 }
 
-// The number of all positions received, which the last status tells.
-int TellPoints(const Job& job) {
+// Shows the number of all positions received as the last status, and returns it.
+int ShowPoints(const Job& job) {
   uint32_t points = 0;
   for (const Flight& flight : job.data.flights) {
     points += static_cast<uint32_t>(flight.points.size());
@@ -154,7 +161,7 @@ int TrackLogJob(Job& job) {
                                            : DownloadChosen(job, product);
   if (downloaded != 0) return downloaded;
   if (job.join_tracks && Join(job) != 0) return -1;
-  return TellPoints(job);
+  return ShowPoints(job);
 }
 
 int AllTracksJob(Job& job) {
@@ -165,6 +172,7 @@ int AllTracksJob(Job& job) {
   if (listed < 0) return listed;
   for (const TrackListEntry& entry : job.data.track_list) {
     if (entry.index >= kRequestableTracks) {
+      // The list is in the order of the index, so all that follow are too old as well.
       ShowMessage(job.operation,
                   FormatCountMessage("Track log % is too old to be requested", entry.index + 1),
                   kTitle);
@@ -176,7 +184,7 @@ int AllTracksJob(Job& job) {
     if (downloaded != 0) return downloaded;
     ShowStatus(job.operation, FormatCountMessage("Analysing track log %", entry.index + 1));
   }
-  const int points = TellPoints(job);
+  const int points = ShowPoints(job);
   ShowStatus(job.operation, "Downloading completed");
   return points;
 }

@@ -11,6 +11,7 @@ namespace {
 constexpr size_t kLongestLine = 81;
 
 TrackFault DecodeLine(TrackReceiver& receiver) {
+  // A line without a byte, as between two CR LF.
   if (receiver.line.empty()) return TrackFault::kNone;
   const int result = igc::DecodeLine(receiver.decoder, receiver.line);
   receiver.line.clear();
@@ -26,7 +27,9 @@ TrackFault FeedTrackByte(TrackReceiver& receiver, uint8_t byte) {
   if (receiver.text.size() >= receiver.most_text) return TrackFault::kTextMemory;
   receiver.text += static_cast<char>(byte);
   if (byte == '\n') return DecodeLine(receiver);
+  // Kept in the text, which is signed as it stands, but not part of a record.
   if (byte == '\r') return TrackFault::kNone;
+  // At once and not at the end of the line: noise may have no line end.
   if (receiver.line.empty() && (byte < 'A' || byte > 'Z')) {
     receiver.detail = byte;
     return TrackFault::kBadRecordType;

@@ -38,6 +38,7 @@ int ReceiveWaypoints(Job& job, std::vector<WaypointRecord>& waypoints) {
   int error = 0;
   const auto feed = [&](uint8_t byte) {
     error = FeedWaypointByte(recogniser, byte);
+    // The wrong waypoint ends the list: a part of it would look like the whole.
     if (error < 0 || waypoints.size() == kMostWaypoints) return Feed::kDone;
     if (error > 0) return Feed::kMore;
     waypoints.push_back(recogniser.waypoint);
@@ -53,7 +54,9 @@ int ReceiveWaypoints(Job& job, std::vector<WaypointRecord>& waypoints) {
   if (error < 0) {
     return Fail(job, FormatCountMessage("E302 Format error %", static_cast<uint32_t>(-error)));
   }
+  // The only other way to end without a time-out is a list that is too long.
   if (result == 0) return Fail(job, "E303 Waypoint memory allocation");
+  // The silence that ends the list came before the end of a sentence.
   if (recogniser.state != WaypointState::kStart) {
     return Fail(job, "The waypoint list broke off inside a waypoint");
   }

@@ -9,10 +9,11 @@ namespace skyhaul::flytec {
 
 namespace {
 
+// $PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03
 constexpr std::string_view kPrefix = "$PBRWPS,";
 constexpr double kRadiansPerMinute = 0.0002908882086657;  // pi / 10800
 
-// What tells a latitude from a longitude, and what comes after each of its pieces.
+// What a latitude and a longitude differ in, and what follows each of their pieces.
 struct CoordinateTerms {
   uint32_t limit;    // no further digit once the value has reached it
   uint8_t positive;  // its hemispheres' letters
@@ -40,7 +41,7 @@ constexpr CoordinateTerms kLongitudeTerms = {.limit = 1796,
                                              .comma = WaypointState::kLongitudeComma,
                                              .next = WaypointState::kShortName,
                                              .too_long = kWaypointLongitudeTooLong};
-constexpr int kBadDigit = 1;  // behind CoordinateTerms::too_long
+constexpr int kBadDigit = 1;  // added to CoordinateTerms::too_long
 constexpr int kBadFraction = 2;
 constexpr int kBadHemisphere = 3;
 constexpr int kCommaMissing = 4;
@@ -64,12 +65,14 @@ int EndFields(WaypointRecogniser& recogniser) {
 int FeedWhole(WaypointRecogniser& recogniser, WaypointCoordinate& coordinate,
               const CoordinateTerms& terms, uint8_t byte) {
   if (IsDigit(byte)) {
+    // Checked before the digit is added: 896 may not grow, so that 8959 is the largest.
     if (coordinate.whole >= terms.limit) return -terms.too_long;
     coordinate.whole = coordinate.whole * 10 + (byte - uint32_t{'0'});
     coordinate.any_digit = true;
     return 1;
   }
   if (coordinate.any_digit && byte == '.') return GoOn(recogniser, terms.fraction);
+  // Whole minutes without a decimal point.
   if (coordinate.any_digit && byte == ',') return GoOn(recogniser, terms.hemisphere);
   return -(terms.too_long + kBadDigit);
 }
@@ -85,6 +88,7 @@ int FeedFraction(WaypointRecogniser& recogniser, WaypointCoordinate& coordinate,
 
 int FeedHemisphere(WaypointRecogniser& recogniser, WaypointCoordinate& coordinate,
                    const CoordinateTerms& terms, uint8_t byte) {
+  // An empty hemisphere is the positive one.
   if (byte == ',') return GoOn(recogniser, terms.next);
   if (byte != terms.positive && byte != terms.negative) return -(terms.too_long + kBadHemisphere);
   coordinate.negative = byte == terms.negative;
@@ -101,6 +105,7 @@ bool IsLineEnd(uint8_t byte) {
 
 int FeedShortName(WaypointRecogniser& recogniser, uint8_t byte) {
   if (byte == ',') return GoOn(recogniser, WaypointState::kLongName);
+  // Short sentences end here, without long name and altitude.
   if (byte == '*') return EndFields(recogniser);
   if (IsLineEnd(byte)) return -kWaypointLineEndInShortName;
   if (recogniser.length == kWaypointShortName) return -kWaypointShortNameTooLong;
@@ -122,6 +127,7 @@ int FeedAltitude(WaypointRecogniser& recogniser, uint8_t byte) {
     const bool any_digit = recogniser.length > sign;
     if (any_digit) return byte == '*' ? EndFields(recogniser) : -kWaypointAltitudeTooLong;
     if (byte != '-' || recogniser.length > 0) return -kWaypointBadAltitude;
+    // A minus counts as one of the five characters, and only as the first one.
     recogniser.altitude_negative = true;
     ++recogniser.length;
     return 1;
@@ -133,6 +139,7 @@ int FeedAltitude(WaypointRecogniser& recogniser, uint8_t byte) {
 }
 
 int32_t Semicircles(const WaypointCoordinate& coordinate) {
+  // DDMM or DDDMM: the last two digits are minutes.
   const uint32_t minutes = coordinate.whole / 100 * 60 + coordinate.whole % 100;
   const double radians = (minutes + coordinate.fraction) * kRadiansPerMinute;
   return RadiansToSemicircles(coordinate.negative ? -radians : radians);
@@ -189,6 +196,7 @@ int FeedStart(WaypointRecogniser& recogniser, uint8_t byte) {
 
 int FeedPrefix(WaypointRecogniser& recogniser, uint8_t byte) {
   if (byte != static_cast<uint8_t>(kPrefix[recogniser.prefix_index])) {
+    // Another sentence, or a '$' that begins a new one inside it.
     recogniser.state = WaypointState::kStart;
     return FeedStart(recogniser, byte);
   }
@@ -232,6 +240,7 @@ int FeedState(WaypointRecogniser& recogniser, uint8_t byte) {
 }  // namespace
 
 int FeedWaypointByte(WaypointRecogniser& recogniser, uint8_t byte) {
+  // The '$' clears the sum when it starts a sentence, so it is never part of it.
   recogniser.running_xor = static_cast<uint8_t>(recogniser.running_xor ^ byte);
   const int result = FeedState(recogniser, byte);
   if (result < 0) recogniser.state = WaypointState::kStart;

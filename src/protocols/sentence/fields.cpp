@@ -15,6 +15,7 @@ bool SplitField(std::string_view& rest, std::string_view& field) {
 std::vector<std::string_view> SplitFields(std::string_view line, size_t max_fields) {
   std::vector<std::string_view> fields;
   std::string_view field;
+  // The last field that is allowed takes the rest of the line.
   while (fields.size() + 1 < max_fields && SplitField(line, field)) fields.push_back(field);
   fields.push_back(line);
   return fields;
@@ -30,6 +31,7 @@ int ParseUintField(std::string_view text, uint32_t& value) {
     number = number * 10 + static_cast<uint32_t>(text[i] - '0');
   }
   while (i < text.size() && text[i] == ' ') ++i;
+  // A blank between two digits, a sign or a letter.
   if (i != text.size()) return -1;
   value = number;
   return 0;

@@ -14,6 +14,7 @@ bool CollectLineByte(LineCollector& collector, uint8_t byte) {
     collector.started = false;
     return true;
   }
+  // Between CR and LF nothing belongs to the line. A line may also end with LF alone.
   if (byte == '\r') collector.ended = true;
   if (!collector.ended && collector.line.size() < collector.limit) {
     collector.line += static_cast<char>(byte);

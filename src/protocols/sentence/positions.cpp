@@ -17,7 +17,9 @@ constexpr double kLatitudeLimit = 8960;
 constexpr double kLongitudeLimit = 17960;
 
 SentenceCoordinate Split(double value, double per_unit, const char* hemispheres) {
+  // Rounded once, on the smallest unit: 59.9996 minutes become the next degree and not 60 minutes.
   const auto n = static_cast<uint64_t>(std::floor(std::fabs(value) * per_unit + 0.5));
+  // The hemisphere is that of the value before rounding: 0000.000 may be south.
   return {.degrees = static_cast<uint32_t>(n / 60000),
           .minutes = static_cast<uint32_t>(n / 1000 % 60),
           .thousandths = static_cast<uint32_t>(n % 1000),
@@ -33,6 +35,7 @@ std::string Format(const SentenceCoordinate& coordinate, size_t degree_digits) {
 int ParseCoordinate(std::string_view digits, std::string_view hemisphere, double limit,
                     const char* hemispheres, double& radians) {
   if (hemisphere.size() > 1) return -1;
+  // An empty hemisphere is the positive one.
   const char letter = hemisphere.empty() ? hemispheres[0] : hemisphere[0];
   if (letter != hemispheres[0] && letter != hemispheres[1]) return -1;
   // "4623.456", or "00712.345"

@@ -34,6 +34,7 @@ int FeedTail(Recogniser& recogniser, uint8_t byte) {
       return 1;
     default:
       if (byte != '\n') return -kLfMissing;
+      // Compared at the very end, so that a sentence with a broken end is reported as that.
       if (recogniser.received != recogniser.computed) return -kChecksumMismatch;
       recogniser.state = SentenceState::kStart;
       return 0;
@@ -47,11 +48,13 @@ int BackToStartOnError(Recogniser& recogniser, int result) {
 }
 
 int FeedBody(SentenceRecogniser& recogniser, uint8_t byte) {
+  // The sum as it was before the asterisk, which is not part of it.
   if (byte == '*') {
     recogniser.computed = recogniser.running_xor;
     recogniser.state = SentenceState::kFirstDigit;
     return 1;
   }
+  // The text holds the '$' too.
   if (recogniser.text.size() > kMaxSentenceBody) return -kSentenceTooLong;
   recogniser.running_xor = Xor(recogniser.running_xor, byte);
   recogniser.text += static_cast<char>(byte);
@@ -90,6 +93,7 @@ int FeedPrefixedSentenceByte(PrefixRecogniser& recogniser, uint8_t byte) {
   recogniser.running_xor = Xor(before, byte);
   switch (recogniser.state) {
     case SentenceState::kStart:
+      // Noise before a sentence is no fault.
       if (byte != static_cast<uint8_t>(recogniser.prefix[0])) return 1;
       recogniser.running_xor = 0;
       recogniser.prefix_index = 1;
@@ -98,6 +102,7 @@ int FeedPrefixedSentenceByte(PrefixRecogniser& recogniser, uint8_t byte) {
     case SentenceState::kPrefix:
       return BackToStartOnError(recogniser, FeedPrefix(recogniser, byte));
     case SentenceState::kStatus:
+      // Whatever follows the status until the asterisk counts in the checksum and is not kept.
       recogniser.status = static_cast<char>(byte);
       recogniser.state = SentenceState::kBody;
       return 1;
