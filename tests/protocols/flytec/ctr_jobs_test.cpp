@@ -14,7 +14,7 @@ namespace {
 // One point, one circle and one arc: 7 sentences.
 CtrRecord Mixed(const std::string& name) {
   return {.name = name,
-          .remark = "Remark Kreisbogen is longer",
+          .remark = "Remark\tKreisbogen is longer",
           .number = 3440,
           .segments = {{.type = SegmentType::kPoint, .point = At(47.5, 11.25)},
                        {.type = SegmentType::kCircle, .point = At(-47.5, 11), .radius_m = 1234.6},

@@ -46,6 +46,7 @@ TEST(TrackListLine, EachFieldHasItsMessage) {
   EXPECT_EQ(entry.index, 1U);
   EXPECT_EQ(CalendarFromTime(entry.start_time), start);
   EXPECT_EQ(entry.duration_s, 295U);
+  EXPECT_EQ(entry.line, "$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D");
 }
 
 std::string ListLine(uint32_t index) {
