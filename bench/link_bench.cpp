@@ -21,8 +21,8 @@ void Download(benchmark::State& state) {
   const auto fixes = static_cast<size_t>(state.range(0));
   flytec_simulator::Simulator simulator;
   std::string text;
-  WriteIgc(GenerateFlightOfLength({.start_time = 1'100'000'000}, fixes).points, {},
-           {.serial = "000"}, text);
+  igc::Write(GenerateFlightOfLength({.start_time = 1'100'000'000}, fixes).points, {},
+             {.serial = "000"}, text);
   simulator.flights = {flytec_simulator::FlightFromIgc(text)};
 
   double efficiency = 0;
