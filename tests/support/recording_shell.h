@@ -42,7 +42,9 @@ inline Shell MakeShell(RecordingShell& recorder) {
                 RecorderOf(context).list = list;
                 chosen = RecorderOf(context).choice;
                 return chosen.empty() ? -1 : static_cast<int>(chosen.size());
-              }};
+              },
+          .tracks_chosen = [](void*, const std::vector<TrackListEntry>&,
+                              const std::vector<uint32_t>&) {}};
 }
 
 inline bool Has(const std::vector<std::string>& texts, const std::string& text) {
