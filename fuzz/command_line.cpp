@@ -1,79 +1,71 @@
 // The command line: any text parses to a block within its limits or to a message, and what a shell
 // hands over as arguments means the same as text.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
+#include <functional>
 
 #include "app/command_line/characters.h"
 #include "app/command_line/from_arguments.h"
 #include "app/command_line/keywords.h"
 #include "app/command_line/parse.h"
 #include "app/command_line/tokeniser.h"
+#include "fuzz/frame.h"
+
+namespace skyhaul {
 
 namespace {
 
-using skyhaul::CommandLineBlock;
-using skyhaul::CutToCharacters;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
+void RequireShort(const std::string& text, size_t max_characters) {
+  Require(CutToCharacters(text, max_characters) == text);
+  Require(text.size() <= max_characters * kMaxBytesPerCharacter);
 }
 
-void CheckLimits(const CommandLineBlock& block) {
-  Require(CutToCharacters(block.port_text, skyhaul::kMaxPortText) == block.port_text);
-  for (const skyhaul::Keyword& keyword : skyhaul::Keywords()) {
-    if (keyword.text == nullptr) continue;
-    const std::string& text = block.*keyword.text;
-    Require(CutToCharacters(text, keyword.max_characters) == text);
-    Require(text.size() <= keyword.max_characters * skyhaul::kMaxBytesPerCharacter);
+void RequireLimits(const CommandLineBlock& block) {
+  RequireShort(block.port_text, kMaxPortText);
+  for (const Keyword& keyword : Keywords()) {
+    if (keyword.text != nullptr) RequireShort(block.*keyword.text, keyword.max_characters);
   }
-  Require(block.port_number <= skyhaul::kMaxPort);
-  Require(block.tracks.size() <= skyhaul::kMaxTracks);
-  for (size_t i = 0; i < block.tracks.size(); ++i) {
-    Require(block.tracks[i] > (i == 0 ? 0 : block.tracks[i - 1]));
-    Require(block.tracks[i] <= skyhaul::kMaxTrackNumber);
-  }
-  Require(block.timeout_s.value_or(0) <= skyhaul::kMaxTimeoutSeconds);
+  Require(block.port_number <= kMaxPort && block.tracks.size() <= kMaxTracks);
+  const auto& tracks = block.tracks;
+  Require(std::ranges::adjacent_find(tracks, std::greater_equal()) == tracks.end());
+  Require(tracks.empty() || (tracks.front() > 0 && tracks.back() <= kMaxTrackNumber));
+  Require(block.timeout_s.value_or(0) <= kMaxTimeoutSeconds);
   if (block.filter_start_s && block.filter_stop_s) {
     Require(*block.filter_start_s <= *block.filter_stop_s && *block.filter_stop_s < 86400);
   }
 }
 
-void CheckParsing(const std::string& text) {
-  const skyhaul::CommandLineHost host = {
+void RequireParsed(const std::string& text) {
+  const CommandLineHost host = {
       .is_port_name = [](const std::string& name) { return name.starts_with('/'); }};
   CommandLineBlock block;
   std::string message;
-  const int result = skyhaul::ParseCommandLine(text, host, block, message);
-  Require(result == 0 || result == -1);
+  const int result = ParseCommandLine(text, host, block, message);
   Require(message.empty() == (result == 0));
-  Require(result == 0 || !block.present);
-  CheckLimits(block);
+  Require(result == 0 || (result == -1 && !block.present));
+  RequireLimits(block);
 }
 
 // A value that can be written at all comes back as it was, cut to its limit.
-void CheckArgument(const std::string& value) {
+void RequireKept(const std::string& value) {
   if (value.find_first_of(std::string("\"\0", 2)) != std::string::npos) return;
   const std::string arguments[] = {"/EXIT", "/PILOT=" + value, "/USB"};
-  const skyhaul::ArgumentText rebuilt = skyhaul::CommandTextFromArguments(
-      arguments, {}, [](const std::string& /*path*/) { return false; });
+  const ArgumentText rebuilt =
+      CommandTextFromArguments(arguments, {}, [](const std::string& /*path*/) { return false; });
   int items = 0;
-  const auto take = [&](const skyhaul::Item& item) {
-    if (++items == 2) Require(item.value == CutToCharacters(value, skyhaul::kMaxValue));
+  const auto take = [&](const Item& item) {
+    if (++items == 2) Require(item.value == CutToCharacters(value, kMaxValue));
     return 0;
   };
   std::string message;
-  Require(skyhaul::Tokenise(rebuilt.text, take, message) == 0);
-  Require(items == 3);
+  Require(Tokenise(rebuilt.text, take, message) == 0 && items == 3);
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string text(reinterpret_cast<const char*>(data), size);
-  CheckParsing(text);
-  CheckArgument(text);
-  return 0;
+void Fuzz(std::string_view input) {
+  const std::string text(input);
+  RequireParsed(text);
+  RequireKept(text);
 }
+
+}  // namespace skyhaul

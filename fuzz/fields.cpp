@@ -2,39 +2,30 @@
 
 #include "protocols/sentence/fields.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
 #include "core/shell.h"
+#include "fuzz/frame.h"
 #include "protocols/flytec/product_data.h"
 #include "protocols/flytec/track_list_line.h"
 #include "protocols/sentence/positions.h"
 
-namespace {
+namespace skyhaul {
 
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
+namespace {
 
 void RequirePosition(std::string_view digits, std::string_view hemisphere) {
   double latitude_rad = 0;
-  if (skyhaul::ParseLatitude(digits, hemisphere, latitude_rad) == 0) {
+  if (ParseLatitude(digits, hemisphere, latitude_rad) == 0) {
     Require(latitude_rad > -1.6 && latitude_rad < 1.6);
   }
   double longitude_rad = 0;
-  if (skyhaul::ParseLongitude(digits, hemisphere, longitude_rad) == 0) {
+  if (ParseLongitude(digits, hemisphere, longitude_rad) == 0) {
     Require(longitude_rad > -3.2 && longitude_rad < 3.2);
   }
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace skyhaul;
-  const std::string_view line(reinterpret_cast<const char*>(data), size);
-
+void Fuzz(std::string_view line) {
   const auto fields = SplitFields(line, 10);
   std::string joined;
   for (const std::string_view field : fields) {
@@ -58,5 +49,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Require(product.device_name.size() <= 16 && product.pilot_name.size() <= 40);
     Require(product.serial_number.size() <= 7 && product.software.size() <= 6);
   }
-  return 0;
 }
+
+}  // namespace skyhaul

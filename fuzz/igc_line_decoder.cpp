@@ -1,22 +1,13 @@
 // Any bytes as the lines of an instrument: each answer must agree with what the line did.
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
-
 #include "formats/igc/decode_line.h"
+#include "fuzz/frame.h"
+
+namespace skyhaul {
 
 namespace {
 
-using skyhaul::TrackPoint;
-
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
-
-void RequireGoodFix(const skyhaul::igc::Decoder& decoder) {
+void RequireGoodFix(const igc::Decoder& decoder) {
   // 89 degrees and 99.999 minutes.
   constexpr int32_t kMaxLatitude = 1'081'700'000;
   const TrackPoint& point = decoder.points.back();
@@ -34,10 +25,10 @@ void RequireGoodFix(const skyhaul::igc::Decoder& decoder) {
   }
 }
 
-void FeedLine(skyhaul::igc::Decoder& decoder, std::string_view line) {
-  const skyhaul::igc::Decoder before = decoder;
-  const int result = skyhaul::igc::DecodeLine(decoder, line);
-  Require(result >= -skyhaul::igc::kBadGpsAltitude && result <= 1);
+void FeedLine(igc::Decoder& decoder, std::string_view line) {
+  const igc::Decoder before = decoder;
+  const int result = igc::DecodeLine(decoder, line);
+  Require(result >= -igc::kBadGpsAltitude && result <= 1);
   Require(decoder.points.size() == before.points.size() + (result == 1 ? 1 : 0));
   Require(std::equal(before.points.begin(), before.points.end(), decoder.points.begin()));
   if (result == 1) RequireGoodFix(decoder);
@@ -51,13 +42,9 @@ void FeedLine(skyhaul::igc::Decoder& decoder, std::string_view line) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  std::string_view text(reinterpret_cast<const char*>(data), size);
-  skyhaul::igc::Decoder decoder;
-  while (!text.empty()) {
-    const size_t line_end = std::min(text.find('\n'), text.size());
-    FeedLine(decoder, text.substr(0, line_end));
-    text.remove_prefix(std::min(line_end + 1, text.size()));
-  }
-  return 0;
+void Fuzz(std::string_view text) {
+  igc::Decoder decoder;
+  while (!text.empty()) FeedLine(decoder, TakeLine(text));
 }
+
+}  // namespace skyhaul

@@ -1,25 +1,15 @@
 // Any bytes as an IGC file: the readers must survive them and keep what they promise.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "core/units.h"
 #include "formats/igc/header.h"
 #include "formats/igc/read_igc.h"
 #include "formats/igc/security_record.h"
 #include "formats/igc/write_igc.h"
+#include "fuzz/frame.h"
+
+namespace skyhaul {
 
 namespace {
-
-using skyhaul::TrackPoint;
-
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
 
 bool IsFixOfAFile(const TrackPoint& point, bool first) {
   constexpr int32_t kPole = 1 << 30;
@@ -41,22 +31,20 @@ void RequireGoodFlight(const std::vector<TrackPoint>& points) {
 
 // The degrees that the reader accepts end below 90 and 180; the minutes reach them all the same.
 bool IsReadBack(const TrackPoint& point) {
-  return std::abs(skyhaul::SemicirclesToMilliminutes(point.lat)) < 90 * 60000 &&
-         std::abs(skyhaul::SemicirclesToMilliminutes(point.lon)) < 180 * 60000;
+  return std::abs(SemicirclesToMilliminutes(point.lat)) < 90 * 60000 &&
+         std::abs(SemicirclesToMilliminutes(point.lon)) < 180 * 60000;
 }
 
 void RequireWrittenBack(const std::vector<TrackPoint>& points, std::string_view free_text) {
   std::string text;
-  const int length = skyhaul::igc::Write(points, {.pilot = std::string(free_text)},
-                                         {.sign = true, .may_be_signed = true}, text);
+  const int length = igc::Write(points, {.pilot = std::string(free_text)},
+                                {.sign = true, .may_be_signed = true}, text);
   Require(length == static_cast<int>(text.size()));
-  Require(skyhaul::igc::CheckSecurityRecord(text) == skyhaul::igc::SecurityCheck::kPassed);
-  for (const TrackPoint& point : points) {
-    if (!IsReadBack(point)) return;
-  }
+  Require(igc::CheckSecurityRecord(text) == igc::SecurityCheck::kPassed);
+  if (!std::ranges::all_of(points, IsReadBack)) return;
   std::vector<TrackPoint> again;
   std::string message;
-  Require(skyhaul::igc::Read(text, again, message) == static_cast<int>(points.size()));
+  Require(igc::Read(text, again, message) == static_cast<int>(points.size()));
   for (size_t i = 0; i < points.size(); ++i) {
     Require(again[i].time == points[i].time);
     Require(again[i].lat == points[i].lat && again[i].lon == points[i].lon);
@@ -66,21 +54,18 @@ void RequireWrittenBack(const std::vector<TrackPoint>& points, std::string_view 
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+void Fuzz(std::string_view text) {
   std::vector<TrackPoint> points(1);
   std::string message;
-  const int count = skyhaul::igc::Read(text, points, message);
-  if (count < 0) {
-    Require(count == -1 && points.empty() && !message.empty());
-  } else {
-    Require(count > 0 && points.size() == static_cast<size_t>(count) && message.empty());
-    RequireGoodFlight(points);
-    RequireWrittenBack(points, text.substr(0, 200));
-  }
+  const int count = igc::Read(text, points, message);
+  Require(count != 0);
+  RequireAllOrNothing(count, points.size(), message);
+  RequireGoodFlight(points);
+  if (count > 0) RequireWrittenBack(points, text.substr(0, 200));
 
-  const skyhaul::igc::Header header = skyhaul::igc::ReadHeader(text);
+  const igc::Header header = igc::ReadHeader(text);
   Require(header.pilot.find_first_of(std::string_view("\r\n\0\x1b", 4)) == std::string::npos);
-  skyhaul::igc::CheckSecurityRecord(text);
-  return 0;
+  igc::CheckSecurityRecord(text);
 }
+
+}  // namespace skyhaul

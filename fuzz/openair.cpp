@@ -3,24 +3,14 @@
 #include "core/airspace.h"
 
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <string_view>
 
 #include "formats/openair/read_openair.h"
 #include "formats/openair/write_openair.h"
+#include "fuzz/frame.h"
+
+namespace skyhaul {
 
 namespace {
-
-using skyhaul::AirspaceLimit;
-using skyhaul::AirspaceSegment;
-using skyhaul::CtrRecord;
-
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
 
 void RequireGoodSegment(const AirspaceSegment& segment) {
   constexpr int64_t kPole = 1 << 30;
@@ -30,8 +20,7 @@ void RequireGoodSegment(const AirspaceSegment& segment) {
   Require(segment.radius_m >= 0 && segment.radius_m <= 5400 * 1852.0);
   Require(segment.start_bearing_deg >= 0 && segment.start_bearing_deg <= 360);
   Require(segment.end_bearing_deg >= 0 && segment.end_bearing_deg <= 360);
-  Require(segment.direction == skyhaul::kClockwise ||
-          segment.direction == skyhaul::kCounterClockwise);
+  Require(segment.direction == kClockwise || segment.direction == kCounterClockwise);
 }
 
 bool SameLimit(const AirspaceLimit& left, const AirspaceLimit& right) {
@@ -52,8 +41,8 @@ bool SameSegment(const AirspaceSegment& left, const AirspaceSegment& right) {
 
 // A radius of less than a millionth of a metre is written as nothing, which no reader takes.
 bool CanBeWritten(const AirspaceSegment& segment) {
-  const bool has_radius = segment.type == skyhaul::SegmentType::kCircle ||
-                          segment.type == skyhaul::SegmentType::kArcByBearings;
+  const bool has_radius =
+      segment.type == SegmentType::kCircle || segment.type == SegmentType::kArcByBearings;
   return !has_radius || segment.radius_m > 1e-6;
 }
 
@@ -67,17 +56,15 @@ void RequireSame(const CtrRecord& left, const CtrRecord& right) {
   }
 }
 
-void RequireWrittenBack(const skyhaul::openair::AirspaceFile& file) {
+void RequireWrittenBack(const openair::AirspaceFile& file) {
   for (const CtrRecord& airspace : file.airspaces) {
-    for (const AirspaceSegment& segment : airspace.segments) {
-      if (!CanBeWritten(segment)) return;
-    }
+    if (!std::ranges::all_of(airspace.segments, CanBeWritten)) return;
   }
-  const std::string text = skyhaul::openair::Write(file.airspaces);
-  Require(skyhaul::openair::LooksLike(text));
-  skyhaul::openair::AirspaceFile again;
+  const std::string text = openair::Write(file.airspaces);
+  Require(openair::LooksLike(text));
+  openair::AirspaceFile again;
   std::string message;
-  const int count = skyhaul::openair::Read(text, again, message);
+  const int count = openair::Read(text, again, message);
   Require(count == static_cast<int>(file.airspaces.size()));
   for (size_t i = 0; i < file.airspaces.size(); ++i) {
     RequireSame(file.airspaces[i], again.airspaces[i]);
@@ -86,21 +73,18 @@ void RequireWrittenBack(const skyhaul::openair::AirspaceFile& file) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
-  skyhaul::openair::AirspaceFile file;
+void Fuzz(std::string_view text) {
+  openair::AirspaceFile file;
   std::string message;
-  const int count = skyhaul::openair::Read(text, file, message);
-  if (count < 0) {
-    Require(count == -1 && file.airspaces.empty() && file.notes.empty() && !message.empty());
-    return 0;
-  }
-  Require(count > 0 && file.airspaces.size() == static_cast<size_t>(count) && message.empty());
-  Require(skyhaul::openair::LooksLike(text));
+  const int count = openair::Read(text, file, message);
+  Require(count != 0);
+  RequireAllOrNothing(count, file.airspaces.size(), message);
+  Require(count > 0 ? openair::LooksLike(text) : file.notes.empty());
   for (const CtrRecord& airspace : file.airspaces) {
     Require(!airspace.segments.empty() && airspace.remark.empty() && airspace.number == 0);
-    for (const AirspaceSegment& segment : airspace.segments) RequireGoodSegment(segment);
+    std::ranges::for_each(airspace.segments, RequireGoodSegment);
   }
-  RequireWrittenBack(file);
-  return 0;
+  if (count > 0) RequireWrittenBack(file);
 }
+
+}  // namespace skyhaul

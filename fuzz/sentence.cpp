@@ -3,43 +3,31 @@
 
 #include "protocols/sentence/recogniser.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <string>
-
+#include "fuzz/frame.h"
 #include "protocols/sentence/checksum.h"
 
-namespace {
+namespace skyhaul {
 
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
-
-bool EndsWith(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace skyhaul;
+void Fuzz(std::string_view text) {
   SentenceRecogniser any;
   PrefixRecogniser prefixed{.prefix = "$PBRANS,"};
   std::string fed;
-  for (size_t i = 0; i < size; ++i) {
-    fed += static_cast<char>(data[i]);
-    const int result = FeedSentenceByte(any, data[i]);
+  for (const char c : text) {
+    const auto byte = static_cast<uint8_t>(c);
+    fed += c;
+    const int result = FeedSentenceByte(any, byte);
     Require(result <= 1 && result >= -kLfMissing);
     Require(any.text.size() <= kMaxSentenceBody + 1);
     if (result == 0) {
       std::string again = any.text;
       AppendNmeaChecksum(again, again.size() + 6);
-      Require(EndsWith(fed, again));
+      Require(fed.ends_with(again));
     }
-    const int status = FeedPrefixedSentenceByte(prefixed, data[i]);
+    const int status = FeedPrefixedSentenceByte(prefixed, byte);
     Require(status <= 1 && status >= -kLfMissing);
     if (status == 0) Require(fed.find(std::string("$PBRANS,") + prefixed.status) != fed.npos);
     if (status <= 0) Require(prefixed.state == SentenceState::kStart);
   }
-  return 0;
 }
+
+}  // namespace skyhaul

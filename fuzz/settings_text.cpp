@@ -1,25 +1,12 @@
 // Any bytes as a settings file: nothing that a person wrote is lost, a value that is put into it is
 // the one that is found, and what is written is read back the same.
 
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
 #include "platform/posix/settings_text.h"
+#include "fuzz/frame.h"
+
+namespace skyhaul {
 
 namespace {
-
-using skyhaul::FindSetting;
-using skyhaul::FormatSettingsText;
-using skyhaul::ParseSettingsText;
-using skyhaul::SettingsLine;
-using skyhaul::SettingsText;
-using skyhaul::ValueKind;
-
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
 
 std::string ValueOf(const SettingsText& settings, std::string_view name) {
   const ptrdiff_t place = FindSetting(settings, name);
@@ -40,18 +27,17 @@ void RequireKindsRead(const std::string& value) {
   for (const ValueKind kind : {ValueKind::kText, ValueKind::kBinary, ValueKind::kNumber}) {
     constexpr size_t kCapacity = 40;
     std::string bytes;
-    if (!skyhaul::BytesFromValue(value, kind, kCapacity, bytes)) continue;
+    if (!BytesFromValue(value, kind, kCapacity, bytes)) continue;
     Require(bytes.size() <= kCapacity);
     std::string again;
-    const std::string written = skyhaul::ValueFromBytes(bytes, kind);
-    Require(skyhaul::BytesFromValue(written, kind, kCapacity, again) && again == bytes);
+    const std::string written = ValueFromBytes(bytes, kind);
+    Require(BytesFromValue(written, kind, kCapacity, again) && again == bytes);
   }
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+void Fuzz(std::string_view text) {
   SettingsText settings = ParseSettingsText(text);
   RequireTextsKept(settings, ParseSettingsText(FormatSettingsText(settings)));
   for (const SettingsLine& line : settings.lines) {
@@ -61,9 +47,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   const size_t lines = settings.lines.size();
   const std::string value(text.substr(0, 200));
-  skyhaul::PutSetting(settings, "IgcSite", value, true);
+  PutSetting(settings, "IgcSite", value, true);
   Require(settings.lines.size() <= lines + 1);
   settings = ParseSettingsText(FormatSettingsText(settings));
   Require(ValueOf(settings, "IgcSite") == value);
-  return 0;
 }
+
+}  // namespace skyhaul

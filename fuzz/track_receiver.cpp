@@ -3,30 +3,24 @@
 
 #include "protocols/flytec/track_receiver.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <string>
+#include "fuzz/frame.h"
 
-namespace {
+namespace skyhaul {
 
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
+using namespace flytec;
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace skyhaul;
-  using namespace skyhaul::flytec;
+void Fuzz(std::string_view text) {
   TrackReceiver receiver;
   size_t fed = 0;
   TrackFault fault = TrackFault::kNone;
-  while (fed < size && fault == TrackFault::kNone) fault = FeedTrackByte(receiver, data[fed++]);
-  Require(receiver.text == std::string(reinterpret_cast<const char*>(data), fed));
+  while (fed < text.size() && fault == TrackFault::kNone) {
+    fault = FeedTrackByte(receiver, static_cast<uint8_t>(text[fed++]));
+  }
+  Require(receiver.text == text.substr(0, fed));
   const auto ends =
       static_cast<size_t>(std::count(receiver.text.begin(), receiver.text.end(), '\n'));
   Require(receiver.decoder.points.size() + receiver.decoder.g_records <= ends);
   Require(TrackFaultMessage(fault, receiver.detail).empty() == (fault == TrackFault::kNone));
-  return 0;
 }
+
+}  // namespace skyhaul

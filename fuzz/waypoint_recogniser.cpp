@@ -3,36 +3,28 @@
 
 #include "protocols/flytec/waypoint_recogniser.h"
 
-#include <cstddef>
-#include <cstdint>
 #include <cstring>
 
+#include "fuzz/frame.h"
 #include "protocols/flytec/field_text.h"
 #include "protocols/flytec/waypoint_upload.h"
 
-namespace {
+namespace skyhaul {
 
-void Require(bool holds) {
-  if (!holds) __builtin_trap();
-}
+using namespace flytec;
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  using namespace skyhaul;
-  using namespace skyhaul::flytec;
-  constexpr int32_t kQuarterTurn = 1 << 30;  // semicircles
+void Fuzz(std::string_view text) {
   WaypointRecogniser recogniser;
-  for (size_t i = 0; i < size; ++i) {
-    const int result = FeedWaypointByte(recogniser, data[i]);
+  for (const char c : text) {
+    const int result = FeedWaypointByte(recogniser, static_cast<uint8_t>(c));
     Require(result <= 1 && result >= -kWaypointLfMissing);
-    Require((result == 1) || recogniser.state == WaypointState::kStart);
+    Require(result == 1 || recogniser.state == WaypointState::kStart);
     if (result != 0) continue;
     const WaypointRecord& waypoint = recogniser.waypoint;
     Require(std::strlen(waypoint.name) <= kWaypointShortName);
     Require(std::strlen(waypoint.description) <= kWaypointLongName);
     Require(waypoint.altitude >= -9999 && waypoint.altitude <= 99999);
-    Require(waypoint.lat >= -kQuarterTurn && waypoint.lat <= kQuarterTurn);
+    Require(std::abs(int64_t{waypoint.lat}) <= 1 << 30);
     const FileWaypoint sent = {.lat = waypoint.lat,
                                .lon = waypoint.lon,
                                .altitude_m = static_cast<double>(waypoint.altitude),
@@ -40,5 +32,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (!WaypointObstacle(sent).empty()) continue;
     Require(WaypointSentence(sent, FieldText(sent.description)).size() < 80);
   }
-  return 0;
 }
+
+}  // namespace skyhaul
