@@ -20,4 +20,8 @@ function(skyhaul_room path)
   add_library(${target} STATIC ${ROOM_SOURCES})
   target_include_directories(${target} PUBLIC ${include})
   target_link_libraries(${target} PUBLIC ${ROOM_LINK} PRIVATE skyhaul_warnings)
+  if(SKYHAUL_FUZZ)
+    # The fuzzer finds its way by what an input reaches.
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
