@@ -94,7 +94,8 @@ void FillMatrix(Reference& r) {
     for (uint32_t j = i + 1; j < r.Size(); ++j) {
       const double dx = places[i].x_m - places[j].x_m;
       const double dy = places[i].y_m - places[j].y_m;
-      const int32_t d = static_cast<int32_t>(std::sqrt(dx * dx + dy * dy) + 0.5);
+      const double above = std::sqrt(dx * dx + dy * dy) + 0.5;
+      const auto d = static_cast<int32_t>(above);
       r.d[i][j] = r.d[j][i] = d;
       if (d > r.after[i].distance_m) r.after[i] = {d, j};
       if (d > r.before[j].distance_m) r.before[j] = {d, i};
