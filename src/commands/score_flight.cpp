@@ -15,8 +15,8 @@ constexpr uint32_t kExactBudget_ms = 60'000;
 
 // The flight to score. Null after a message when there is none.
 std::shared_ptr<const Flight> FlightToScore(const Session& session,
-                                            const ScoreFlightRequest& request,
-                                            const Operation& operation) {
+                                            const ScoreFlightRequest& request) {
+  const Operation operation = {.shell = session.shell};
   if (request.path.empty()) {
     if (session.document->lists.flight == nullptr) {
       ShowMessage(operation, "There is no flight: open or download one first", kTitle);
@@ -34,7 +34,7 @@ std::shared_ptr<const Flight> FlightToScore(const Session& session,
 ScoreFlightResult ScoreFlight(const Session& session, const ScoreFlightRequest& request,
                               const Operation& operation) {
   ScoreFlightResult result;
-  result.flight = FlightToScore(session, request, operation);
+  result.flight = FlightToScore(session, request);
   if (result.flight == nullptr) return result;
   const auto& points = result.flight->points;
   FlightScore& score = result.score;
@@ -55,7 +55,7 @@ ScoreFlightResult ScoreFlight(const Session& session, const ScoreFlightRequest& 
   const char* reason = operation.aborted ? ": stopped"
                        : request.exact   ? ": too many fixes"
                                          : ": not enough memory";
-  ShowMessage(operation, score.file + reason, kTitle);
+  ShowMessage(Operation{.shell = session.shell}, score.file + reason, kTitle);
   return result;
 }
 

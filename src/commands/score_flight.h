@@ -25,8 +25,9 @@ struct ScoreFlightResult {
   uint32_t generation = 0;               // of the document's flight, when it was scored
 };
 
-// Computes a flight's greatest distances. The operation can stop it, which is a failure unless an
-// exact search has results to show; the search shows its progress there. Failures have been said.
+// Computes a flight's greatest distances. The operation can stop the search, which is a failure
+// unless an exact search has results to show; its shell, when it has one, gets the search's
+// progress. Messages about failures go to the session's shell.
 ScoreFlightResult ScoreFlight(const Session& session, const ScoreFlightRequest& request,
                               const Operation& operation);
 

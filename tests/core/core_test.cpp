@@ -5,7 +5,6 @@
 
 #include "core/count_message.h"
 #include "core/time_scale.h"
-#include "core/track_log.h"
 #include "core/units.h"
 
 namespace skyhaul {
@@ -71,33 +70,6 @@ TEST(TimeScale, OtherScales) {
   EXPECT_EQ(TimeFromUnix(1795264496), 1164198896U);
   EXPECT_EQ(TimeFromUnix(-5), 0U);
   EXPECT_EQ(TimeFromUnix(INT64_MAX / 2), UINT32_MAX);
-}
-
-TEST(TrackLog, InstallingResetsTheSelectionAndMarksOldResults) {
-  InstallTrackLog({.points = {{.time = 1}, {.time = 2}, {.time = 3}, {.time = 4}},
-                   .instrument_igc = {.expected = true, .text = "AXSH"}});
-  const uint32_t generation = CurrentTrackLog().generation;
-  SelectTrackPoints({1, 2});
-  InstallTrackLog({.points = {{.time = 9}}});
-  EXPECT_TRUE(CurrentTrackLog().selection.empty());
-  EXPECT_FALSE(CurrentTrackLog().flight.instrument_igc.expected);
-  EXPECT_NE(CurrentTrackLog().generation, generation);
-}
-
-TEST(TrackLog, ExportsTheSelectionUnlessItHasAHole) {
-  const std::tuple<std::vector<uint32_t>, int, std::vector<uint32_t>> cases[] = {
-      {{}, 0, {10, 11, 12, 13}},    {{2}, 0, {12}},      {{2, 1}, 0, {11, 12}},
-      {{1, 1, 2, 99}, 0, {11, 12}}, {{0, 1, 3}, -1, {}},
-  };
-  for (const auto& [selection, result, expected] : cases) {
-    InstallTrackLog({.points = {{.time = 10}, {.time = 11}, {.time = 12}, {.time = 13}}});
-    SelectTrackPoints(selection);
-    std::vector<TrackPoint> points;
-    EXPECT_EQ(SelectedTrackPoints(CurrentTrackLog(), points), result);
-    std::vector<uint32_t> times;
-    for (const TrackPoint& point : points) times.push_back(point.time);
-    EXPECT_EQ(times, expected);
-  }
 }
 
 TEST(Units, RoundsHalfAwayFromZero) {

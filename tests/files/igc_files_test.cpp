@@ -18,17 +18,17 @@ using Texts = std::vector<std::string>;
 
 const char* const kMinimal = "AXXX001\r\nHFDTE140526\r\nB1200004743564N01121571EA0062000640\r\n";
 
-TrackLog SomeLog() {
-  TrackLog log;
+Flight SomeFlight() {
+  Flight flight;
   const uint32_t start = TimeFromCalendar({.year = 2026, .month = 5, .day = 14, .hour = 11});
   for (uint32_t i = 0; i < 3; ++i) {
-    log.flight.points.push_back({.segment_start = i == 0 ? 1U : 0U,
-                                 .time = start + i,
-                                 .lat = MilliminutesToSemicircles(2863564),
-                                 .lon = MilliminutesToSemicircles(681571),
-                                 .gps_alt_dm = 6400});
+    flight.points.push_back({.segment_start = i == 0 ? 1U : 0U,
+                             .time = start + i,
+                             .lat = MilliminutesToSemicircles(2863564),
+                             .lon = MilliminutesToSemicircles(681571),
+                             .gps_alt_dm = 6400});
   }
-  return log;
+  return flight;
 }
 
 // A path of folders that are not there: two characters for each, three bytes.
@@ -55,14 +55,15 @@ class IgcFilesTest : public testing::Test {
   std::string written;
 };
 
-TEST_F(IgcFilesTest, ReadingFailuresAreToldAndKeepTheOldTrack) {
+TEST_F(IgcFilesTest, ReadingFailuresAreTold) {
   const std::string minimal = kMinimal;
   WriteText(folder.File("good.igc"), minimal);
   WriteText(folder.File("empty.igc"), "");
   WriteText(folder.File("broken.igc"), minimal + "B120001474356xN01121571EA0062000640\r\n");
   std::filesystem::create_directory(folder.path / "folder.igc");
-  ASSERT_EQ(ReadIgcFile(operation, folder.File("good")), 1);
-  const uint32_t generation = CurrentTrackLog().generation;
+  std::string text;
+  std::vector<TrackPoint> points;
+  ASSERT_EQ(LoadIgcFile(operation, folder.File("good.igc"), text, points), 1);
 
   const struct {
     std::string base;
@@ -76,41 +77,41 @@ TEST_F(IgcFilesTest, ReadingFailuresAreToldAndKeepTheOldTrack) {
       {Deep(126) + "x", "File name too long"},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(ReadIgcFile(operation, c.base), -1) << c.message;
+    EXPECT_EQ(LoadIgcFile(operation, c.base + ".igc", text, points), -1) << c.message;
     const std::string expected = std::string("Reading IGC log file: ") + c.message;
     EXPECT_EQ(recorder.messages.back().substr(0, expected.size()), expected);
-    EXPECT_EQ(CurrentTrackLog().generation, generation);
+    EXPECT_TRUE(points.empty());
   }
 }
 
 TEST_F(IgcFilesTest, AnInstrumentsOwnTextIsSavedUnchanged) {
-  TrackLog log = SomeLog();
-  log.flight.instrument_igc = {.expected = true,
-                               .text = "whatever\nit \xff said\r\n",
-                               .manufacturer = "FLY",
-                               .serial = "A12"};
-  ASSERT_EQ(SaveIgcAuto(operation, log, save, written), 3);
+  Flight flight = SomeFlight();
+  flight.instrument_igc = {.expected = true,
+                           .text = "whatever\nit \xff said\r\n",
+                           .manufacturer = "FLY",
+                           .serial = "A12"};
+  ASSERT_EQ(SaveIgcAuto(operation, flight, save, written), 3);
   EXPECT_EQ(folder.Names(), Texts{"2026-05-14-xxx-A12-01.igc"});
-  EXPECT_EQ(ReadText(written), log.flight.instrument_igc.text);
+  EXPECT_EQ(ReadText(written), flight.instrument_igc.text);
   EXPECT_EQ(recorder.statuses, Texts{"3 positions written"});
 }
 
 TEST_F(IgcFilesTest, OtherLogsAreWrittenAndSigned) {
-  ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  ASSERT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), 3);
   EXPECT_EQ(folder.Names(), Texts{"2026-05-14-xsh-000-01.igc"});
   const std::string text = ReadText(written);
   EXPECT_EQ(igc::CheckSecurityRecord(text), igc::SecurityCheck::kPassed);
   std::vector<TrackPoint> points;
   std::string again;
   EXPECT_EQ(LoadIgcFile(operation, written, again, points), 3);
-  EXPECT_EQ(points, SomeLog().flight.points);
+  EXPECT_EQ(points, SomeFlight().points);
 }
 
 TEST_F(IgcFilesTest, FreeNumbersEndAt35AndNothingIsOverwritten) {
-  for (int i = 1; i <= 35; ++i) ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  for (int i = 1; i <= 35; ++i) ASSERT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), 3);
   EXPECT_EQ(folder.Names().size(), 35U);
   EXPECT_EQ(folder.Names().back(), "2026-05-14-xsh-000-35.igc");
-  EXPECT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), -1);
+  EXPECT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), -1);
   EXPECT_EQ(recorder.messages, Texts{"Save IGC log: No free flight number available"});
   EXPECT_EQ(folder.Names().size(), 35U);
 }
@@ -119,11 +120,11 @@ TEST_F(IgcFilesTest, OverwritingKeepsWhatThisRunHasWritten) {
   const std::string first = folder.File("2026-05-14-xsh-000-01.igc");
   WriteText(first, "old");
   save.overwrite = true;
-  ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  ASSERT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), 3);
   EXPECT_EQ(written, first);
   EXPECT_NE(ReadText(first), "old");
   save.not_over = {first};
-  ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  ASSERT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), 3);
   EXPECT_EQ(written, folder.File("2026-05-14-xsh-000-02.igc"));
 }
 
@@ -135,7 +136,7 @@ TEST_F(IgcFilesTest, TwoAtOnceNeverShareANumber) {
       const Operation nobody;
       for (int i = 0; i < 15; ++i) {
         std::string path;
-        if (SaveIgcAuto(nobody, SomeLog(), save, path) == 3) mine.push_back(path);
+        if (SaveIgcAuto(nobody, SomeFlight(), save, path) == 3) mine.push_back(path);
       }
     });
   }
@@ -147,41 +148,42 @@ TEST_F(IgcFilesTest, TwoAtOnceNeverShareANumber) {
 
 TEST_F(IgcFilesTest, FixedNamesAndTemplates) {
   save.path = folder.File("log-$date-$time.igc");
-  ASSERT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  ASSERT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), 3);
   EXPECT_EQ(folder.Names(), Texts{"log-20260514-110000.igc"});
-  EXPECT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), -1);
+  EXPECT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), -1);
   EXPECT_EQ(
       recorder.messages.back().find("Save IGC log: File open error, possibly already existing\n"),
       0U);
   save.overwrite = true;
-  EXPECT_EQ(SaveIgcAuto(operation, SomeLog(), save, written), 3);
+  EXPECT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), 3);
 }
 
 TEST_F(IgcFilesTest, SavingFailuresLeaveNothing) {
-  TrackLog none = SomeLog();
-  none.flight.instrument_igc.expected = true;
-  TrackLog hole = SomeLog();
-  hole.selection = {0, 2};
+  const Flight none = {.instrument_igc = {.expected = true}};
   const struct {
-    TrackLog log;
+    Flight flight;
     std::string path;
     const char* message;
   } cases[] = {
       {{}, folder.File(""), "Save IGC log: No positions"},
       {none, folder.File(""), "Save IGC log: No log stored"},
-      {hole, folder.File(""), "Save IGC log: No gaps in selected points allowed"},
-      {SomeLog(), folder.File("none/"), "Save IGC log: File open error\n"},
-      {SomeLog(), Deep(125) + "x$date", "Save IGC log: File open error, possibly"},
-      {SomeLog(), Deep(125) + "xx$date", "Save IGC log: Too long file name\n"},
-      {SomeLog(), Deep(117), "Save IGC log: File open error\n"},
-      {SomeLog(), Deep(116) + "xx/", "Save IGC log: Too long file name\n"},
+      {SomeFlight(), folder.File("none/"), "Save IGC log: File open error\n"},
+      {SomeFlight(), Deep(125) + "x$date", "Save IGC log: File open error, possibly"},
+      {SomeFlight(), Deep(125) + "xx$date", "Save IGC log: Too long file name\n"},
+      {SomeFlight(), Deep(117), "Save IGC log: File open error\n"},
+      {SomeFlight(), Deep(116) + "xx/", "Save IGC log: Too long file name\n"},
   };
   for (const auto& c : cases) {
     save.path = c.path;
-    EXPECT_EQ(SaveIgcAuto(operation, c.log, save, written), -1);
+    EXPECT_EQ(SaveIgcAuto(operation, c.flight, save, written), -1);
     EXPECT_EQ(recorder.messages.back().find(c.message), 0U) << recorder.messages.back();
   }
+  save.selection = {0, 2};
+  EXPECT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), -1);
+  EXPECT_EQ(recorder.messages.back(), "Save IGC log: No gaps in selected points allowed");
   EXPECT_TRUE(folder.Names().empty());
+  EXPECT_EQ(CheckIgcFolderLength(operation, Deep(117)), 0);
+  EXPECT_EQ(CheckIgcFolderLength(operation, Deep(116) + "xx/"), -1);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "report/summary.h"
+#include "report/file_summary.h"
 
 #include <gtest/gtest.h>
 
@@ -11,13 +11,13 @@
 namespace skyhaul {
 namespace {
 
-struct Flight {
+struct SomeFlightText {
   std::vector<TrackPoint> points;
   std::string text;
 };
 
-Flight SomeFlight() {
-  Flight flight;
+SomeFlightText SomeFlight() {
+  SomeFlightText flight;
   flight.points =
       GenerateFlight(
           {.start_time = TimeFromCalendar({.year = 2026, .month = 5, .day = 14, .hour = 23})})
@@ -29,7 +29,7 @@ Flight SomeFlight() {
 }
 
 TEST(Summary, FindsTheFlightBetweenTheWaits) {
-  const Flight flight = SomeFlight();
+  const SomeFlightText flight = SomeFlight();
   const FlightSummary summary = SummariseFlight("a.igc", flight.text, flight.points);
   const uint32_t waited_before = summary.take_off_time - flight.points.front().time;
   const uint32_t waited_after = flight.points.back().time - summary.landing_time;
@@ -56,15 +56,15 @@ TEST(Summary, ATrackThatNeverFliesShowsItsEnds) {
 }
 
 TEST(Summary, IsTextForPeopleAndJsonForMachines) {
-  const Flight flight = SomeFlight();
+  const SomeFlightText flight = SomeFlight();
   const FlightSummary summary = SummariseFlight("odd\xff.igc", flight.text, flight.points);
   const std::string text = SummaryText(summary);
   EXPECT_NE(text.find("Pilot           Jos\u00e9 \"Pepe\"\n"), std::string::npos) << text;
   EXPECT_NE(text.find("Date            2026-05-14\n"), std::string::npos) << text;
   EXPECT_NE(text.find("Security        Security check PASSED\n"), std::string::npos) << text;
 
-  const auto json =
-      nlohmann::json::parse(SummariesJson(std::vector{summary, summary}), nullptr, false);
+  const auto json = nlohmann::json::parse(SummariesJson(std::vector<FileSummary>{summary, summary}),
+                                          nullptr, false);
   ASSERT_TRUE(json.is_array());
   ASSERT_EQ(json.size(), 2U);
   EXPECT_EQ(json[0]["pilot"], "Jos\u00e9 \"Pepe\"");

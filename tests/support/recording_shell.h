@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/owner_queue.h"
 #include "core/shell.h"
 
 namespace skyhaul {
@@ -16,6 +17,8 @@ struct RecordingShell {
   std::vector<int> percents;
   std::vector<uint32_t> choice = {0};  // what choose_tracks picks; empty: nothing
   std::vector<TrackListEntry> list;    // what choose_tracks was shown
+  std::vector<uint32_t> chosen;        // of the flights that tracks_chosen showed
+  OwnerQueue owner;                    // what run_on_owner was handed
 };
 
 inline RecordingShell& RecorderOf(void* context) {
@@ -43,8 +46,13 @@ inline Shell MakeShell(RecordingShell& recorder) {
                 chosen = RecorderOf(context).choice;
                 return chosen.empty() ? -1 : static_cast<int>(chosen.size());
               },
-          .tracks_chosen = [](void*, const std::vector<TrackListEntry>&,
-                              const std::vector<uint32_t>&) {}};
+          .tracks_chosen =
+              [](void* context, const std::vector<TrackListEntry>&,
+                 const std::vector<uint32_t>& chosen) { RecorderOf(context).chosen = chosen; },
+          .run_on_owner =
+              [](void* context, void (*routine)(void*), void* argument) {
+                PostToOwner(RecorderOf(context).owner, routine, argument);
+              }};
 }
 
 inline bool Has(const std::vector<std::string>& texts, const std::string& text) {

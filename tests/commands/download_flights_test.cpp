@@ -1,0 +1,200 @@
+#include "commands/download_flights.h"
+
+#include "tests/commands/session_bench.h"
+
+namespace skyhaul {
+namespace {
+
+using How = FlightChoice::How;
+using Kind = FlightTarget::Kind;
+
+class DownloadFlightsTest : public SessionBench {
+ protected:
+  void SetUp() override {
+    simulator.flights = {flytec_simulator::FlightFromIgc(newest),
+                         flytec_simulator::FlightFromIgc(oldest)};
+    SessionBench::SetUp();
+    request.instrument = flytec;
+    request.flights.how = How::kNewest;
+    request.target.path = folder.File(".");
+  }
+
+  DownloadFlightsResult Run() {
+    return RunToEnd<DownloadFlightsResult>(
+        [&](auto end) { DownloadFlights(session, request, end); });
+  }
+
+  // Asks for flights by their list numbers.
+  void Choose(std::vector<uint32_t> numbers) {
+    request.flights = {.how = How::kNumbers, .numbers = std::move(numbers)};
+  }
+
+  const std::string newest = IgcOfHour("12");
+  const std::string oldest = IgcOfHour("11");
+  DownloadFlightsRequest request;
+};
+
+TEST_F(DownloadFlightsTest, TheNewestIsSavedAndBecomesTheDocuments) {
+  request.instrument.client = "me";
+  const DownloadFlightsResult result = Run();
+  EXPECT_TRUE(result.done);
+  EXPECT_EQ(result.written, Texts{folder.File("./2017-04-27-xxx-123-01.igc")});
+  EXPECT_EQ(ReadText(result.written[0]), newest);
+  EXPECT_EQ(FlightPoints(), 30U);
+  EXPECT_EQ(document.lists.flight->instrument_igc.text, newest);
+  EXPECT_FALSE(document.State(ListKind::kFlight).modified);
+  EXPECT_EQ(document.identity.owner, "6030: Simulated Pilot");
+  EXPECT_EQ(recorder.chosen, std::vector<uint32_t>{0});
+  EXPECT_EQ(bench.told.size(), 3U) << "positions of 30 s, one each 10 s";
+}
+
+TEST_F(DownloadFlightsTest, SeveralAreFilesInTheOrderTheyWereFlownOrOneFlight) {
+  Choose({1, 2});
+  ASSERT_TRUE(Run().done);
+  EXPECT_EQ(ReadText(folder.File("2017-04-27-xxx-123-01.igc")), oldest);
+  EXPECT_EQ(ReadText(folder.File("2017-04-27-xxx-123-02.igc")), newest);
+  EXPECT_EQ(document.lists.flight->instrument_igc.text, newest);
+  request.join = true;
+  ASSERT_TRUE(Run().done);
+  EXPECT_EQ(FlightPoints(), 60U);
+  EXPECT_NE(ReadText(folder.File("2017-04-27-xsh-000-01.igc")).find("HFPLTPILOT: Simulated Pilot"),
+            std::string::npos);
+}
+
+TEST_F(DownloadFlightsTest, APersonIsOnlyAskedWhenTheRequestLeavesItOpen) {
+  request.flights.how = How::kAsk;
+  recorder.choice = {1};
+  ASSERT_TRUE(Run().done);
+  EXPECT_EQ(recorder.list.size(), 2U);
+  EXPECT_EQ(document.lists.flight->instrument_igc.text, oldest);
+  recorder.choice = {};
+  EXPECT_FALSE(Run().done);
+}
+
+TEST_F(DownloadFlightsTest, AnInstrumentWithoutListGivesItsSelectedFlight) {
+  simulator.device_name = "COMPETINO";
+  simulator.software = "1.13";
+  simulator.selected_flight = 1;
+  ASSERT_TRUE(Run().done);
+  EXPECT_EQ(document.lists.flight->instrument_igc.text, oldest);
+  Choose({1});
+  EXPECT_FALSE(Run().done);
+  EXPECT_TRUE(Said("leave TRACK out"));
+  EXPECT_FALSE(
+      RunToEnd<FlightListResult>([&](auto end) { ReadFlightList(session, flytec, end); }).done);
+  EXPECT_EQ(recorder.messages.back(), "Read GPS track list: This instrument has no track list");
+}
+
+TEST_F(DownloadFlightsTest, FilesOfOtherFormatsAreNumbered) {
+  Choose({1, 2});
+  request.target = {.kind = Kind::kFile, .path = folder.File("a.kml")};
+  ASSERT_TRUE(Run().done);
+  EXPECT_EQ(folder.Names(), (Texts{"a-2.kml", "a.kml"}));
+  // The second name is taken: the first flight is saved all the same, and the newest not lost.
+  std::filesystem::rename(folder.path / "a-2.kml", folder.path / "d-2.kml");
+  request.target.path = folder.File("d.kml");
+  const DownloadFlightsResult result = Run();
+  EXPECT_FALSE(result.done);
+  EXPECT_EQ(result.written, Texts{folder.File("d.kml")});
+  EXPECT_TRUE(document.State(ListKind::kFlight).modified);
+  // An IGC file under a fixed name holds the instrument's own text.
+  request.target.path = folder.File("x.igc");
+  request.flights.how = How::kNewest;
+  ASSERT_TRUE(Run().done);
+  EXPECT_EQ(ReadText(folder.File("x.igc")), newest);
+}
+
+TEST_F(DownloadFlightsTest, AFilterCutsWhatIsWrittenButNotTheInstrumentsOwnText) {
+  constexpr uint32_t kNoon_s = 12 * 3600;
+  request.target.filter = {.start_s = kNoon_s + 12, .stop_s = kNoon_s + 20};
+  ASSERT_TRUE(Run().done);
+  EXPECT_EQ(ReadText(folder.File("2017-04-27-xxx-123-01.igc")), newest);
+  EXPECT_TRUE(Said("the instrument's own record is saved whole"));
+
+  request.target.kind = Kind::kFile;
+  request.target.path = folder.File("a.plt");
+  ASSERT_TRUE(Run().done);
+  const std::string text = ReadText(folder.File("a.plt"));
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 6 + 9) << "heading and nine fixes";
+  EXPECT_EQ(FlightPoints(), 30U) << "the document has the whole flight";
+
+  request.target.path = folder.File("b.plt");
+  request.target.filter = {.start_s = kNoon_s + 60};
+  EXPECT_FALSE(Run().done);
+  EXPECT_TRUE(Said("no positions between the times of FILTER and FILTEREND"));
+}
+
+TEST_F(DownloadFlightsTest, WhatCannotBeSavedIsReportedBeforeTheDownload) {
+  WriteText(folder.File("there.kml"), "old");
+  std::string deep;
+  while (deep.size() < 240) deep += "$date/";
+  const struct {
+    FlightTarget target;
+    const char* message;
+  } cases[] = {
+      {{.path = folder.File("none")}, "There is no folder "},
+      {{.path = deep}, "Too long file name"},
+      {{.kind = Kind::kFile, .path = folder.File("there.kml")}, "exists already"},
+      {{.kind = Kind::kFile, .path = folder.File("a.gpx")}, "Tracks cannot be written as"},
+      {{.kind = Kind::kFile, .path = folder.File("none/a.kml")}, "There is no folder "},
+  };
+  for (const auto& c : cases) {
+    request.target = c.target;
+    recorder.messages.clear();
+    EXPECT_FALSE(Run().done);
+    EXPECT_TRUE(Said(c.message)) << c.message;
+  }
+  EXPECT_EQ(bench.opens, 0U);
+}
+
+TEST_F(DownloadFlightsTest, AFailureKeepsTheOldFlightAndWhatArrivedWhole) {
+  ReplaceFlight(document, {.points = {{.time = 77}}}, {}, false, "");
+  Choose({3});
+  EXPECT_FALSE(Run().done);
+  EXPECT_EQ(recorder.messages.back(), "Select track: There is no track 3 in the list");
+
+  simulator.flights[1].igc_text = "nonsense\r\n";
+  Choose({1, 2});
+  EXPECT_EQ(Run().written, Texts{folder.File("./2017-04-27-xxx-123-01.igc")});
+  request.join = true;
+  EXPECT_TRUE(Run().written.empty()) << "half of a joined flight is none";
+  request.instrument.protocol_type = kFlymaster;
+  EXPECT_FALSE(Run().done);
+  EXPECT_EQ(recorder.messages.back(), "GPS access: Unsupported access function");
+  EXPECT_EQ(FlightPoints(), 1U);
+  EXPECT_EQ(UndoTitle(document), "");
+}
+
+// A fault somewhere in the conversation: either the download says that it is done and the flight is
+// saved, or a message says why not, nothing is saved and the old flight is kept.
+TEST_F(DownloadFlightsTest, AFaultAnywhereKeepsTheOldFlightOrBringsTheNewOne) {
+  ASSERT_TRUE(Run().done);
+  const size_t received = bench.received;
+  for (const FaultKind kind : {FaultKind::kDrop, FaultKind::kDelay, FaultKind::kUnplug}) {
+    for (size_t at = 0; at < received; at += 13) {
+      std::filesystem::remove_all(folder.path);
+      std::filesystem::create_directory(folder.path);
+      document = {};
+      ReplaceFlight(document, {.points = {{.time = 77}}}, {}, false, "");
+      Reset();
+      recorder.messages.clear();
+      bench.fault = {.kind = kind, .at = at, .delay_ms = 2500};
+      const bool done = Run().done;
+      EXPECT_EQ(FlightPoints() > 1, done) << at;
+      EXPECT_EQ(folder.Names().size(), done ? 1U : 0U) << at;
+      EXPECT_TRUE(done || !recorder.messages.empty()) << "silent at " << at;
+    }
+  }
+}
+
+TEST_F(DownloadFlightsTest, ListsTheFlightsOverAPortThatIsFound) {
+  bench.ports = {{.number = 1, .name = "other"}, {.number = 2, .name = "port1"}};
+  const auto result = RunToEnd<FlightListResult>(
+      [&](auto end) { ReadFlightList(session, {.protocol_type = kFlytec}, end); });
+  EXPECT_TRUE(result.done);
+  EXPECT_EQ(result.list.size(), 2U);
+  EXPECT_EQ(result.identity.description, "6030 SN01001 SW3.30");
+}
+
+}  // namespace
+}  // namespace skyhaul

@@ -1,0 +1,98 @@
+// The commands that need no instrument.
+
+#include "commands/check_signature.h"
+#include "commands/convert_file.h"
+#include "commands/list_ports.h"
+#include "commands/open_file.h"
+#include "commands/score_flight.h"
+#include "tests/commands/session_bench.h"
+
+namespace skyhaul {
+namespace {
+
+const char* const kCup =
+    "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\r\n"
+    "\"Urthaler Hof\",\"URT062\",DE,4743.564N,01121.571E,620.0m,1,,,,\r\n";
+
+class FileCommandsTest : public SessionBench {
+ protected:
+  void SetUp() override {
+    SessionBench::SetUp();
+    WriteText(flight, IgcOfHour("12"));
+    WriteText(places, kCup);
+  }
+
+  const std::string flight = folder.File("a.igc");
+  const std::string places = folder.File("a.cup");
+};
+
+TEST_F(FileCommandsTest, OpeningReplacesTheListOfItsKindOrNothing) {
+  const OpenFileResult opened = OpenFile(session, {.path = flight});
+  ASSERT_TRUE(opened.done);
+  EXPECT_EQ(std::get<FlightSummary>(opened.summary).fixes, 30U);
+  EXPECT_EQ(opened.generation, document.State(ListKind::kFlight).generation);
+  ASSERT_TRUE(OpenFile(session, {.path = places}).done);
+  EXPECT_EQ(document.lists.waypoints->size(), 1U);
+  EXPECT_EQ(document.State(ListKind::kWaypoints).source.name, places);
+  EXPECT_FALSE(document.State(ListKind::kWaypoints).modified);
+
+  WriteText(flight, "AXXX\r\nB120001474356xN\r\n");
+  EXPECT_FALSE(OpenFile(session, {.path = flight}).done);
+  EXPECT_TRUE(Said("Reading IGC log file: "));
+  EXPECT_FALSE(OpenFile(session, {.path = places, .only = FileKind::kAirspace}).done);
+  EXPECT_TRUE(Said("holds something else: Waypoints"));
+  EXPECT_EQ(FlightPoints(), 30U);
+
+  const auto summary = SummariseFile(session, places);
+  EXPECT_EQ(std::get<ListSummary>(summary.value()).count, 1U);
+  EXPECT_EQ(SummariseFile(session, folder.File("none.cup")), std::nullopt);
+}
+
+TEST_F(FileCommandsTest, ConvertsWithTheTimeOfToday) {
+  const std::string copy = folder.File("b.igc");
+  EXPECT_EQ(ConvertFile(session, {.from = flight, .to = copy}).records, 30U);
+  EXPECT_EQ(ReadText(copy).find("Downloaded 1989"), std::string::npos) << ReadText(copy);
+  EXPECT_NE(ReadText(copy).find("LXSH Downloaded 20"), std::string::npos);
+  EXPECT_EQ(CheckSignature(session, copy)->check, igc::SecurityCheck::kNoRecord);
+
+  EXPECT_FALSE(ConvertFile(session, {.from = flight, .to = copy}).done);
+  EXPECT_TRUE(Said("exists already"));
+  EXPECT_TRUE(ConvertFile(session, {.from = flight, .to = copy, .overwrite = true}).done);
+  EXPECT_FALSE(
+      ConvertFile(session, {.from = places, .to = folder.File("b.gpx"), .only = FileKind::kTrack})
+          .done);
+  EXPECT_EQ(document.lists.flight, nullptr);
+}
+
+TEST_F(FileCommandsTest, ScoresAFileOrTheDocumentsFlight) {
+  Operation operation;
+  EXPECT_FALSE(ScoreFlight(session, {}, operation).done);
+  EXPECT_TRUE(Said("There is no flight"));
+  ASSERT_TRUE(OpenFile(session, {.path = flight}).done);
+  const ScoreFlightResult of_document = ScoreFlight(session, {.gap_m = 5}, operation);
+  const ScoreFlightResult of_file =
+      ScoreFlight(session, {.path = flight, .exact = true}, operation);
+  ASSERT_TRUE(of_document.done && of_file.done);
+  EXPECT_EQ(of_document.flight, document.lists.flight);
+  EXPECT_EQ(of_document.generation, document.State(ListKind::kFlight).generation);
+  EXPECT_EQ(of_document.score.settings.gap_m, 5);
+  EXPECT_EQ(of_file.score.settings.gap_m, 800);
+  EXPECT_NEAR(of_document.score.result.tasks[0].distance_m,
+              of_file.score.result.tasks[0].distance_m, 0.01);
+  operation.aborted = true;
+  EXPECT_FALSE(ScoreFlight(session, {.path = flight}, operation).done);
+}
+
+TEST_F(FileCommandsTest, ChecksSignaturesAndListsPorts) {
+  const auto foreign = CheckSignature(session, flight);
+  EXPECT_EQ(foreign->check, igc::SecurityCheck::kFailed);
+  EXPECT_EQ(foreign->manufacturer, "FLY");
+  EXPECT_FALSE(foreign->ours);
+  EXPECT_EQ(CheckSignature(session, folder.File("none")), std::nullopt);
+  EXPECT_EQ(ListPorts(session)->size(), 1U);
+  bench.list_fails = true;
+  EXPECT_EQ(ListPorts(session), std::nullopt);
+}
+
+}  // namespace
+}  // namespace skyhaul
