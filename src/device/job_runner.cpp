@@ -1,6 +1,5 @@
 #include "device/job_runner.h"
 
-#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -162,17 +161,6 @@ int AbortJob(const Shell* shell) {
   ShowStatus(operation, "Aborting transfer");
   operation.aborted = true;
   return 0;
-}
-
-bool WaitForJobEnd(uint32_t timeout_ms) {
-  Runner& runner = TheRunner();
-  std::unique_lock lock(runner.mutex);
-  const bool ended = runner.job_ended.wait_for(lock, std::chrono::milliseconds(timeout_ms),
-                                               [&] { return Idle(runner); });
-  if (!ended) return false;
-  lock.unlock();
-  JoinEndedThread(runner);
-  return true;
 }
 
 void WaitForJobEnd() {

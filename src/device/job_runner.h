@@ -39,12 +39,9 @@ int StartJob(JobTable table, JobRequest request);
 // there is none, after a message when shell is not null.
 int AbortJob(const Shell* shell);
 
-// Waits until no job's procedure runs, at most timeout_ms of real time. True when none runs; then
-// the thread has ended too. For the thread that starts jobs.
-bool WaitForJobEnd(uint32_t timeout_ms);
-
-// The same without a limit. An owner that has been handed a job's outcome calls it before it starts
-// another job: the job's completion routine runs a moment before the job has ended.
+// Waits until no job's procedure runs, and until the thread of the last one has ended. For the
+// thread that starts jobs. A completion routine runs a moment before its job has ended, so an owner
+// that has been handed a job's outcome calls this before it starts another job.
 void WaitForJobEnd();
 
 bool JobRunning();

@@ -3,17 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <atomic>
+#include <thread>
 
 #include "tests/support/job_bench.h"
 #include "transport/trace.h"
 
 namespace skyhaul {
 namespace {
-
-// Jobs of these tests wait for the test: none ends before it may.
-std::atomic<bool> may_end = true;
-std::atomic<bool> saw_abort = false;
 
 int Succeed(Job& job) {
   job.data.waypoints.push_back({.altitude = 7});
@@ -26,10 +22,8 @@ int Fail(Job& job) {
   return -1;
 }
 
-int WaitForTest(Job& job) {
-  while (!may_end && !job.operation.aborted) {
-  }
-  saw_abort = job.operation.aborted.load();
+int WaitForAbort(Job& job) {
+  while (!job.operation.aborted) std::this_thread::yield();
   return StopRequested(job.operation) ? -1 : 0;
 }
 
@@ -61,7 +55,7 @@ struct JobRunnerTest : testing::Test, JobBench {
   JobRunnerTest() {
     table[kQuick].procedures[kReadWaypoints] = Succeed;
     table[kQuick].procedures[kReadTrackLog] = Fail;
-    table[kWaiting].procedures[kEraseWaypoints] = WaitForTest;
+    table[kWaiting].procedures[kEraseWaypoints] = WaitForAbort;
     table[kQuiet].procedures[kReadCtrList] = BecomeQuiet;
   }
 
@@ -77,8 +71,6 @@ struct JobRunnerTest : testing::Test, JobBench {
   Outcome outcome;
   std::array<ProtocolJobs, 3> table = {};
 };
-
-constexpr uint32_t kLong_ms = 60000;
 
 TEST_F(JobRunnerTest, RefusesInTheGivenOrder) {
   const std::tuple<uint32_t, uint32_t, const char*> cases[] = {
@@ -97,7 +89,7 @@ TEST_F(JobRunnerTest, RefusesInTheGivenOrder) {
 TEST_F(JobRunnerTest, RunsCompletesAndForgets) {
   TraceText("of the job before");
   ASSERT_EQ(Start(kReadWaypoints, kQuick), 0);
-  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  WaitForJobEnd();
   EXPECT_EQ(outcome.calls, 1);
   EXPECT_EQ(outcome.result, 3);
   ASSERT_EQ(outcome.data.waypoints.size(), 1U);
@@ -106,7 +98,7 @@ TEST_F(JobRunnerTest, RunsCompletesAndForgets) {
   EXPECT_EQ(TraceContents(), "");
 
   ASSERT_EQ(Start(kReadTrackLog, kQuick), 0);
-  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  WaitForJobEnd();
   EXPECT_EQ(outcome.result, -1);
   EXPECT_TRUE(LastJobFailed());
   EXPECT_EQ(Start(11, 0), -1);
@@ -114,9 +106,7 @@ TEST_F(JobRunnerTest, RunsCompletesAndForgets) {
 }
 
 TEST_F(JobRunnerTest, OneAtATimeAndAbort) {
-  may_end = false;
   ASSERT_EQ(Start(kEraseWaypoints, kWaiting), 0);
-  EXPECT_FALSE(WaitForJobEnd(1));
   EXPECT_TRUE(JobRunning());
   TraceText("of the running job");
   EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
@@ -127,40 +117,37 @@ TEST_F(JobRunnerTest, OneAtATimeAndAbort) {
   EXPECT_EQ(Elapsed_ms(bench, before_ns), 2000U);
 
   EXPECT_EQ(AbortJob(&shell), 0);
-  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
-  EXPECT_TRUE(saw_abort);
+  WaitForJobEnd();
   EXPECT_EQ(outcome.calls, 1);
   EXPECT_EQ(recorder.statuses, (std::vector<std::string>{"Aborting transfer", "Transfer aborted"}));
-  may_end = true;
 
   EXPECT_EQ(AbortJob(&shell), -1);
   EXPECT_EQ(recorder.messages.back(), "Abort GPS access: Port not in use");
-  const size_t messages = recorder.messages.size();
   EXPECT_EQ(AbortJob(nullptr), -1);
-  EXPECT_EQ(recorder.messages.size(), messages);
+  EXPECT_EQ(recorder.messages.size(), 2U);
   PauseForRunningJob(platform);
   EXPECT_EQ(Elapsed_ms(bench, before_ns), 2000U);
 }
 
 TEST_F(JobRunnerTest, AQuietJobStaysCurrentUntilItIsReleased) {
   ASSERT_EQ(Start(kReadCtrList, kQuiet), 0);
-  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  WaitForJobEnd();
   EXPECT_TRUE(recorder.statuses.empty());
   EXPECT_FALSE(JobRunning());
   EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
   EXPECT_EQ(recorder.messages.back(), "GPS access: Port/USB is being used");
   ReleaseQuietJob();
   EXPECT_EQ(Start(kReadWaypoints, kQuick), 0);
-  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  WaitForJobEnd();
 }
 
-TEST_F(JobRunnerTest, ASystemWithoutThreadsIsToldAndLeavesNothingBehind) {
+TEST_F(JobRunnerTest, WithoutAThreadThereIsAMessageAndNoJob) {
   bench.no_threads = true;
   EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
   EXPECT_EQ(recorder.messages.back(), "API32 call: Could not create GPS access thread");
   bench.no_threads = false;
   EXPECT_EQ(Start(kReadWaypoints, kQuick), 0);
-  ASSERT_TRUE(WaitForJobEnd(kLong_ms));
+  WaitForJobEnd();
   EXPECT_EQ(outcome.calls, 1);
 }
 

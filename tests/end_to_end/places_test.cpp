@@ -96,7 +96,7 @@ std::vector<CtrRecord> ListAirspaces(const std::string& port) {
   };
   request.completion_context = &airspaces;
   EXPECT_EQ(StartJob(AllJobs(), std::move(request)), 0);
-  EXPECT_TRUE(WaitForJobEnd(60000));
+  WaitForJobEnd();
   EXPECT_TRUE(recorder.messages.empty());
   return airspaces;
 }
