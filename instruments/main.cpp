@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/low_memory.h"
 #include "instruments/choices.h"
 #include "instruments/conversation_log.h"
 #include "instruments/families.h"
@@ -43,6 +44,7 @@ int RunChoices(const Choices& choices) {
 }  // namespace skyhaul
 
 int main(int argc, char** argv) {
+  skyhaul::EndWhenMemoryIsShort();
   skyhaul::Choices choices;
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
   if (const int status = skyhaul::ParseCommandLine(arguments, choices); status != 0) return status;

@@ -12,6 +12,7 @@
 #include "app/console/exit_status.h"
 #include "app/console/long_commands.h"
 #include "app/console/run_batch.h"
+#include "core/low_memory.h"
 #include "platform/arguments.h"
 #include "platform/file.h"
 #include "platform/platform.h"
@@ -61,6 +62,7 @@ int CheckOutput(const Operation& operation, int status) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  EndWhenMemoryIsShort();
   SurviveBrokenPipes();
   WriteUtf8();
   const ProgramArguments arguments = ReadProgramArguments(argc, argv);
