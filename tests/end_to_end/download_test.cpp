@@ -1,29 +1,15 @@
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <cmath>
-#include <nlohmann/json.hpp>
 
 #include "formats/igc/write_igc.h"
-#include "instruments/flight_generator.h"
 #include "tests/end_to_end/program.h"
 
 namespace skyhaul {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-std::string FlightText(size_t fixes) {
-  const GeneratedFlight flight =
-      GenerateFlight({.start_time = 1'200'000'000, .max_fixes = static_cast<uint32_t>(fixes)});
-  std::string text;
-  igc::Write(flight.points, {.pilot = "ANNA MUSTER"},
-             {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"}, text);
-  return text;
-}
 
 class DownloadTest : public testing::Test {
  protected:
@@ -66,9 +52,7 @@ TEST_F(DownloadTest, SavesTheFlightToTheByteAndShowsIt) {
   EXPECT_NE(program.Out().find("Pilot           ANNA MUSTER\n"), std::string::npos);
   EXPECT_NE(program.Out().find("Security        Security check PASSED\n"), std::string::npos);
   ASSERT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--info", "--json", Saved()[0]}), 0);
-  const auto json = nlohmann::json::parse(program.Out(), nullptr, false);
-  ASSERT_TRUE(json.is_array());
-  EXPECT_EQ(json[0]["fixes"], 900);
+  EXPECT_NE(program.Out().find("\"fixes\": 900"), std::string::npos);
   EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--check", Saved()[0]}), 0);
   EXPECT_EQ(program.Out(), Saved()[0] + ": Security check PASSED\n");
 }
@@ -129,27 +113,6 @@ TEST_F(DownloadTest, AnInstrumentThatIsUnpluggedIsTold) {
   EXPECT_TRUE(Saved().empty());
 }
 
-TEST_F(DownloadTest, AClientHearsPositionsAndTheEnd) {
-  const std::string path = folder.File("client");
-  const int client = socket(AF_UNIX, SOCK_DGRAM, 0);
-  sockaddr_un address = {};
-  address.sun_family = AF_UNIX;
-  ASSERT_LT(path.size(), sizeof address.sun_path);
-  path.copy(address.sun_path, path.size());
-  ASSERT_EQ(bind(client, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-  StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "0"});
-  ASSERT_EQ(RunToEnd(program, Download({"/NOTIFY=" + path, "/SENDLOG=300"})), 0);
-  Texts heard;
-  char text[1000];
-  for (ssize_t size = 0; (size = recv(client, text, sizeof text, MSG_DONTWAIT)) > 0;) {
-    heard.emplace_back(text, static_cast<size_t>(size));
-  }
-  close(client);
-  ASSERT_EQ(heard.size(), 4U) << "900 s of flight, a report every 300 s, and the end";
-  EXPECT_EQ(heard[0].find("Pos=46."), 0U) << heard[0];
-  EXPECT_EQ(heard[3], "Done=1\n" + Saved()[0]);
-}
-
 TEST_F(DownloadTest, BadCommandLinesAreTold) {
   const struct {
     Texts arguments;
@@ -162,8 +125,6 @@ TEST_F(DownloadTest, BadCommandLinesAreTold) {
       {{"--info", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
       {{"--score", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
       {{"--score", folder.File("flight.igc"), "--gap", "5k"}, 2, "Bad gap \"5k\""},
-      {{"--score", folder.File("flight.igc"), "--gap", ""}, 2, "Bad gap \"\""},
-      {{"--score", folder.File("flight.igc"), "--fai-rule", "x"}, 2, "Bad FAI rule \"x\""},
       {{folder.File("flight.igc"), "/EXIT"}, 0, ""},
       {{folder.File("flight.igc"), folder.File("client"), "/EXIT"}, 2, "Unrecognized command"},
       {{"--version"}, 0, ""},
@@ -179,23 +140,13 @@ TEST_F(DownloadTest, BadCommandLinesAreTold) {
   }
 }
 
-TEST_F(DownloadTest, FlightsAreScored) {
+TEST_F(DownloadTest, WhatCanBeScoredIsScored) {
   const std::string file = folder.File("flight.igc");
-  EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--score", file, folder.File("missing.igc"), file,
-                               "--gap", "5000", "--fai-rule", "off", "--exact", "--json"}),
+  EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--score", folder.File("missing.igc"), file,
+                               "--gap", "5000", "--json"}),
             1);
   EXPECT_NE(program.Err().find("missing.igc"), std::string::npos) << program.Err();
-  const auto json = nlohmann::json::parse(program.Out(), nullptr, false);
-  ASSERT_TRUE(json.is_array()) << program.Out();
-  ASSERT_EQ(json.size(), 2U);
-  EXPECT_EQ(json[1]["file"], file);
-  EXPECT_EQ(json[1]["gap_m"], 5000);
-  EXPECT_EQ(json[1]["exact"], true);
-  EXPECT_EQ(json[1]["tasks"]["flat_triangle"]["indices"].size(), 5U);
-  EXPECT_GT(json[1]["tasks"]["free5"]["distance_m"], json[1]["tasks"]["free2"]["distance_m"]);
-
-  EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--score", file}), 0);
-  EXPECT_NE(program.Out().find("Distances on the track reduced"), std::string::npos);
+  EXPECT_NE(program.Out().find("\"gap_m\": 5000"), std::string::npos) << program.Out();
 }
 
 // Laps on one circle: nobody can prove soon which of them is best.
@@ -225,6 +176,18 @@ TEST_F(DownloadTest, AnInterruptedScoreShowsTheBestSoFar) {
   ASSERT_NE(stopped, std::string::npos) << out;
   EXPECT_NE(out.find("not proved, at most"), std::string::npos) << out;
   EXPECT_EQ(out.find("Distances", stopped), std::string::npos) << "the next file is left";
+}
+
+// "ulimit -v" counts kilobytes; a sanitizer's own memory is far beyond any limit.
+TEST_F(DownloadTest, TooLittleMemoryIsOneLineAndStatus1) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "a sanitized program cannot run with little memory";
+#endif
+  std::filesystem::resize_file(folder.File("flight.igc"), 500'000'000);
+  EXPECT_EQ(RunToEnd(program, {"/bin/bash", "-c", "ulimit -v 300000; exec \"$@\"", "bash",
+                               SKYHAUL_PROGRAM, "--info", folder.File("flight.igc")}),
+            1);
+  EXPECT_EQ(program.Err(), "Skyhaul: not enough memory; close other programs and try again\n");
 }
 
 TEST_F(DownloadTest, TheInstrumentRemovesItsLink) {

@@ -9,6 +9,9 @@
 #include <chrono>
 #include <thread>
 
+#include "formats/igc/write_igc.h"
+#include "instruments/flight_generator.h"
+
 namespace skyhaul {
 
 namespace {
@@ -76,6 +79,14 @@ void StartInstrument(Instrument& instrument, const std::vector<std::string>& mor
   arguments.insert(arguments.end(), more.begin(), more.end());
   Start(instrument.program, arguments);
   WaitForText(instrument.program, "out", "\n");
+}
+
+std::string FlightText(uint32_t fixes, uint32_t start_time) {
+  const GeneratedFlight flight = GenerateFlight({.start_time = start_time, .max_fixes = fixes});
+  std::string text;
+  igc::Write(flight.points, {.pilot = "ANNA MUSTER"},
+             {.sign = true, .may_be_signed = true, .serial = "000", .free_text = "6030"}, text);
+  return text;
 }
 
 }  // namespace skyhaul

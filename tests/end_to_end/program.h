@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -41,5 +42,8 @@ struct Instrument {
 
 // Starts skyhaul-instrument flytec with more arguments and waits until its terminal is there.
 void StartInstrument(Instrument& instrument, const std::vector<std::string>& more);
+
+// A flight as an instrument delivers it: fixes of every second, with header and security record.
+std::string FlightText(uint32_t fixes, uint32_t start_time = 1'200'000'000);
 
 }  // namespace skyhaul
