@@ -19,22 +19,17 @@ std::vector<PortInfo> Ports(const Names& names) {
 }
 
 TEST(PortChoice, TheConfiguredPortComesFirst) {
-  const struct {
-    Names listed;
-    bool list_fails;
-    const char* configured;
-    Names expected;
-  } cases[] = {
-      {{"COM1", "COM2", "COM3"}, false, "COM3", {"COM3", "COM2", "COM1"}},
-      {{"COM2", "COM3"}, false, "x", {"COM2", "COM3"}},
-      {{}, false, "x", {"COM1"}},
-      {{}, true, "x", {"COM1"}},
+  const std::tuple<Names, const char*, Names> cases[] = {
+      {{"COM1", "COM2", "COM3"}, "COM3", {"COM3", "COM2", "COM1"}},
+      {{"COM2", "COM3"}, "x", {"COM2", "COM3"}},
+      {{}, "x", {"COM1"}},
   };
-  for (const auto& c : cases) {
+  for (const auto& [listed, configured, expected] : cases) {
     Bench bench;
-    bench.ports = Ports(c.listed);
-    bench.list_fails = c.list_fails;
-    EXPECT_EQ(CandidatePorts(BenchPlatform(bench), c.configured), c.expected);
+    bench.ports = Ports(listed);
+    EXPECT_EQ(CandidatePorts(BenchPlatform(bench), configured), expected);
+    bench.list_fails = true;
+    EXPECT_EQ(CandidatePorts(BenchPlatform(bench), configured), Names{"COM1"});
   }
 }
 

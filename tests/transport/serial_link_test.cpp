@@ -14,19 +14,7 @@ struct SerialLinkTest : testing::Test, ScriptedBench {
   SerialLink& link = job.link;
 };
 
-TEST_F(SerialLinkTest, OpensAtOnceAndLetsThePortSettle) {
-  const uint64_t start_ns = bench.now_ns;
-  ASSERT_EQ(OpenPort(link, kSettings), 0);
-  EXPECT_EQ(Elapsed_ms(bench, start_ns), 200U);
-  EXPECT_EQ(bench.settings.baud, 57600U);
-  EXPECT_TRUE(bench.settings.xon_xoff);
-  EXPECT_TRUE(recorder.progress.empty());
-  ClosePort(link);
-  ClosePort(link);
-  EXPECT_EQ(bench.open_port, "");
-}
-
-TEST_F(SerialLinkTest, TriesOnceASecondAndCountsDown) {
+TEST_F(SerialLinkTest, TriesOnceASecondAndLetsThePortSettle) {
   bench.failing_opens = 2;
   link.attempts = 5;
   const uint64_t start_ns = bench.now_ns;
@@ -34,32 +22,30 @@ TEST_F(SerialLinkTest, TriesOnceASecondAndCountsDown) {
   EXPECT_EQ(Elapsed_ms(bench, start_ns), 2200U);
   EXPECT_EQ(recorder.progress,
             (std::vector<std::string>{"Connecting to GPS (5)", "Connecting to GPS (4)"}));
+  EXPECT_EQ(bench.settings.baud, 57600U);
+  EXPECT_TRUE(bench.settings.xon_xoff);
+  ClosePort(link);
+  ClosePort(link);
+  EXPECT_EQ(bench.open_port, "");
 }
 
 TEST_F(SerialLinkTest, SaysWhyItCouldNotOpen) {
-  const struct {
-    uint32_t attempts;
-    PortProblem problem;
-    SetupStep setup;
-    uint64_t elapsed_ms;
-    std::string reason;
-  } cases[] = {
-      {3, PortProblem::kBusy, SetupStep::kNone, 3000,
+  const std::tuple<uint32_t, SetupStep, uint64_t, std::string> cases[] = {
+      {3, SetupStep::kNone, 3000,
        "Could not open serial port (sure it's the right one ?)\nport1 cannot be opened"},
-      {0, PortProblem::kBusy, SetupStep::kNone, 0,
-       "Could not open serial port (sure it's the right one ?)"},
-      {3, PortProblem::kNone, SetupStep::kSetState, 100, "Error while initialising port"},
+      {0, SetupStep::kNone, 0, "Could not open serial port (sure it's the right one ?)"},
+      {3, SetupStep::kSetState, 100, "Error while initialising port"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [attempts, setup, elapsed_ms, reason] : cases) {
     recorder = {};
     bench.open_problems.clear();
-    if (c.problem != PortProblem::kNone) bench.open_problems["port1"] = c.problem;
-    bench.setup_failure = c.setup;
-    link.attempts = c.attempts;
+    if (setup == SetupStep::kNone) bench.open_problems["port1"] = PortProblem::kBusy;
+    bench.setup_failure = setup;
+    link.attempts = attempts;
     const uint64_t start_ns = bench.now_ns;
     EXPECT_EQ(OpenPort(link, kSettings), -1);
-    EXPECT_EQ(Elapsed_ms(bench, start_ns), c.elapsed_ms);
-    EXPECT_EQ(recorder.messages, std::vector{"Connecting to GPS on port1: " + c.reason});
+    EXPECT_EQ(Elapsed_ms(bench, start_ns), elapsed_ms);
+    EXPECT_EQ(recorder.messages, std::vector{"Connecting to GPS on port1: " + reason});
     EXPECT_EQ(bench.open_port, "") << "the port must not stay open";
     EXPECT_EQ(link.handle, kNoSerialHandle);
   }
@@ -120,35 +106,24 @@ TEST_F(SerialLinkTest, ReadingKeepsWhatComesAfterTheAnswerAndTracesEverything) {
 }
 
 TEST_F(SerialLinkTest, ReadingKnowsTimeOutPortErrorAndAbortApart) {
-  const auto never = [](uint8_t /*byte*/) { return Feed::kMore; };
-  const auto text_every_second = [&] {
-    for (uint64_t s = 1; s <= 3; ++s) Send(instrument.wire, "x", bench.now_ns + s * 1'000'000'000);
-  };
   ASSERT_EQ(OpenPort(link, kSettings), 0);
-
-  uint64_t start_ns = bench.now_ns;
-  text_every_second();
-  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 2000}, never), kTimedOut);
-  EXPECT_NEAR(static_cast<double>(Elapsed_ms(bench, start_ns)), 2025, 30);
-
-  bench.now_ns += 5'000'000'000;
-  text_every_second();
-  start_ns = bench.now_ns;
-  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 1500, .since_last_byte = true}, never),
-            kTimedOut);
-  EXPECT_NEAR(static_cast<double>(Elapsed_ms(bench, start_ns)), 4525, 30);
-
+  // Bytes come after 1, 2 and 3 s.
+  const auto read = [&](const ReadTerms& terms, int expected) {
+    bench.now_ns += 5'000'000'000;
+    for (uint64_t s = 1; s <= 3; ++s) Send(instrument.wire, "x", bench.now_ns + s * 1'000'000'000);
+    const uint64_t start_ns = bench.now_ns;
+    EXPECT_EQ(ReadWithDeadline(link, terms, [](uint8_t) { return Feed::kMore; }), expected);
+    return static_cast<double>(Elapsed_ms(bench, start_ns));
+  };
+  EXPECT_NEAR(read({.timeout_ms = 2000}, kTimedOut), 2025, 30);
+  EXPECT_NEAR(read({.timeout_ms = 1500, .since_last_byte = true}, kTimedOut), 4525, 30);
   bench.fault = Abort(bench.waits + 3);
-  start_ns = bench.now_ns;
-  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 60000}, never), kAborted);
-  EXPECT_LE(Elapsed_ms(bench, start_ns), 250U);
+  EXPECT_LE(read({.timeout_ms = 60000}, kAborted), 250);
   EXPECT_TRUE(Has(recorder.statuses, "Transfer aborted"));
-
   job.operation.aborted = false;
   bench.unplugged = true;
-  start_ns = bench.now_ns;
-  EXPECT_EQ(ReadWithDeadline(link, {.timeout_ms = 60000}, never), kPortFailed);
-  EXPECT_EQ(Elapsed_ms(bench, start_ns), 0U) << "an unplugged adapter is an error at once";
+  EXPECT_EQ(read({.timeout_ms = 60000}, kPortFailed), 0)
+      << "an unplugged adapter is an error at once";
 }
 
 TEST_F(SerialLinkTest, TimeSpentOnFeedingIsNotTheInstrumentsSilence) {
