@@ -69,17 +69,14 @@ TEST(GeodesicInverse, RandomPairs) {
 
 TEST(GeodesicInverse, EdgesOfTheGlobe) {
   const Pair cases[] = {
-      {0, 0, 0, 90},                // along the equator
-      {0, 0, 0, 179},               //
-      {0, 0, 0, 1e-6},              // 0.1 m
-      {90, 0, 47, 8},               // from a pole
-      {47, 8, -90, 50},             // to a pole
-      {90, 0, -90, 0},              // pole to pole
-      {80, 10, 80, -170},           // over a pole
-      {47, 179.9, 47, -179.9},      // across the date line
-      {47, 8, 47, 368},             // the same place a turn later
-      {47, 8, 47, 8},               //
-      {-33.5, -70.75, -33.5, 289},  //
+      {0, 0, 0, 90},            // along the equator
+      {0, 0, 0, 1e-6},          // 0.1 m
+      {90, 0, 47, 8},           // from a pole
+      {90, 0, -90, 0},          // pole to pole
+      {80, 10, 80, -170},       // over a pole
+      {47, 179.9, 47, -179.9},  // across the date line
+      {47, 8, 47, 368},         // the same place a turn later
+      {47, 8, 47, 8},
   };
   for (const Pair& pair : cases) {
     ExpectExact(pair);
@@ -89,10 +86,7 @@ TEST(GeodesicInverse, EdgesOfTheGlobe) {
 }
 
 TEST(GeodesicInverse, NoResultNearTheAntipode) {
-  const Pair cases[] = {
-      {0, 0, 0, 180},           {0, 0, 0, 179.7},   {47, 8, -47, -172},
-      {47, 8, -47.001, -171.9}, {0, 0, 0.5, 179.7},
-  };
+  const Pair cases[] = {{0, 0, 0, 180}, {0, 0, 0, 179.7}, {47, 8, -47.001, -171.9}};
   for (const Pair& pair : cases) {
     EXPECT_LT(Ours(pair).distance_m, 0) << pair.lat1 << " to " << pair.lat2;
     EXPECT_LT(GeodesicDistance_m(pair.lat1 * kDegree, pair.lon1 * kDegree, pair.lat2 * kDegree,

@@ -58,7 +58,7 @@ void ExpectPeerAgrees(double lat_deg, double lon_deg) {
 
 TEST(Utm, AgreesWithThePeerAtEveryBorder) {
   constexpr double kStep_deg = 1e-9;
-  for (const double lat_deg : {-80 + kStep_deg, -8.0, 0.0, 40.0, 56.0, 64.0, 72.0, 83.999}) {
+  for (const double lat_deg : {-90 + kStep_deg, -8.0, 0.0, 40.0, 56.0, 64.0, 72.0, 90.0}) {
     for (int border_deg = -180; border_deg <= 180; border_deg += 3) {
       for (const double offset_deg : {-kStep_deg, 0.0, kStep_deg}) {
         const double lon_deg = border_deg + offset_deg;
@@ -71,11 +71,9 @@ TEST(Utm, AgreesWithThePeerAtEveryBorder) {
 }
 
 TEST(UtmBand, IsThatOfTheLatitude) {
-  const std::pair<double, char> cases[] = {{-89, 'C'},   {-80, 'C'}, {-0.001, 'M'}, {0, 'N'},
-                                           {55.99, 'U'}, {64, 'W'},  {71.99, 'W'},  {72, 'X'},
-                                           {83.9, 'X'},  {89, 'X'}};
+  const std::pair<double, char> cases[] = {{-89, 'C'},   {-0.001, 'M'}, {0, 'N'},
+                                           {71.99, 'W'}, {72, 'X'},     {89, 'X'}};
   for (const auto& [lat_deg, band] : cases) EXPECT_EQ(UtmBand(lat_deg), band) << lat_deg;
-  EXPECT_EQ(UtmZone(0, 180), 1);
 }
 
 TEST(DegreesFromUtm, TakesTheZoneOfTheList) {
@@ -93,29 +91,19 @@ TEST(DegreesFromUtm, TakesTheZoneOfTheList) {
 TEST(DegreesFromUtm, RefusesWhatIsNoPlace) {
   const double nan = std::nan("");
   const std::pair<UtmPosition, bool> cases[] = {
-      {{32, 'T', 400000, 5120000}, true},  {{32, 'N', 400000, 5120000}, true},
-      {{32, 'U', 400000, 5120000}, false},  // 46.2 north is no band that begins at 48
-      {{32, 'U', 400000, 5300000}, true},   // 47.8 is within a degree of it
-      {{32, 'S', 400000, 5120000}, false}, {{32, 'G', 400000, 5120000}, true},
-      {{0, 'T', 400000, 5120000}, false},  {{61, 'T', 400000, 5120000}, false},
-      {{32, 'I', 400000, 5120000}, false}, {{32, 'Z', 400000, 5120000}, false},
-      {{32, 'T', -1, 5120000}, false},     {{32, 'T', 1000001, 5120000}, false},
-      {{32, 'X', 500000, 9997965}, true},  {{32, 'X', 500000, 9997990}, false},
-      {{32, 'N', 500000, -1}, false},      {{32, 'M', 500000, 10000001}, false},
-      {{32, 'C', 500000, 1000}, false},    {{32, 'T', nan, 5120000}, false},
+      // 46.2 north is no band that begins at 48; 47.8 is within a degree of it.
+      {{32, 'U', 400000, 5120000}, false},  {{32, 'U', 400000, 5300000}, true},
+      {{32, 'N', 400000, 5120000}, true},   {{32, 'S', 400000, 5120000}, false},
+      {{0, 'T', 400000, 5120000}, false},   {{61, 'T', 400000, 5120000}, false},
+      {{32, 'I', 400000, 5120000}, false},  {{32, 'T', -1, 5120000}, false},
+      {{32, 'T', 1000001, 5120000}, false}, {{32, 'X', 500000, 9997965}, true},
+      {{32, 'X', 500000, 9997990}, false},  {{32, 'N', 500000, -1}, false},
+      {{32, 'M', 500000, 10000001}, false}, {{32, 'T', nan, 5120000}, false},
       {{32, 'T', 400000, nan}, false},
   };
   for (const auto& [position, good] : cases) {
     EXPECT_EQ(DegreesFromUtm(position).has_value(), good)
         << position.zone << position.band << ' ' << position.northing_m;
-  }
-}
-
-TEST(Utm, ReachesThePoles) {
-  for (const double lat_deg : {90.0, 89.5, -89.5, -90.0}) {
-    const auto back = DegreesFromUtm(UtmFromDegrees(lat_deg, 20));
-    ASSERT_TRUE(back);
-    EXPECT_NEAR(back->lat_deg, lat_deg, kAccuracy_deg);
   }
 }
 

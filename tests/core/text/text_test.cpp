@@ -19,26 +19,20 @@ constexpr uint32_t kMay2024 = 1083501296;  // 2024-05-01 12:34:56 UTC
 
 TEST(ToUtf8, TakesWhatIsNotUtf8ForWindows1252) {
   const std::pair<std::string_view, std::string_view> cases[] = {
-      {"", ""},
-      {"plain", "plain"},
-      {"Z\xC3\xBCrich", "Zürich"},
-      {"\xEF\xBB\xBFZ\xC3\xBCrich", "Zürich"},
-      {"\xEF\xBB\xBF", ""},
-      {"Z\xFCrich", "Zürich"},
+      {"\xEF\xBB\xBFZ\xC3\xBCrich \xF0\x9F\x9B\xA9", "Zürich 🛩"},
       {"\x80 \x9F \xFF \x8A", "€ Ÿ ÿ Š"},
       {"\x81\x8D\x8F\x90\x9D", "?????"},
-      {"\xF0\x9F\x9B\xA9", "🛩"},
       // Not UTF-8 although each byte looks like it: cut off, overlong, a surrogate, beyond the end.
       {"a\xC3", "aÃ"},
       {"\xC0\xAF", "À¯"},
       {"\xE0\x80\xAF", "à€¯"},
       {"\xED\xA0\x80", "í\u00A0€"},
-      {"\xF4\x91\x80\x80", "ô‘€€"},
+      {"\xF4\x90\x80\x80", "ô?€€"},
       // One bad byte settles it for the whole text.
       {"\xC3\xBC\xFC", "Ã¼ü"},
   };
   for (const auto& [bytes, text] : cases) EXPECT_EQ(ToUtf8(bytes), text) << text;
-  EXPECT_EQ(ToUtf8(std::string_view("a\0\xFC", 3)), std::string("a\0ü", 4));
+  EXPECT_EQ(ToUtf8({"a\0\xFC", 3}), std::string("a\0ü", 4));
 }
 
 TEST(ToAscii, DropsNothing) {
@@ -49,7 +43,6 @@ TEST(ToAscii, DropsNothing) {
       {"ŉŊŋ Ŀŀ ſ ÷×", "'nNn Ll s /x"},
       {"ẠắỆỵ Ơư", "AaEy Ou"},
       {"“A” – ‘b’…", "\"A\" - 'b'..."},
-      {"a\u00A0b €", "a b EUR"},
       {"Ж中🛩", "???"},
       // Accents in characters of their own belong to their letters, and to nothing else.
       {"Zu\u0308rich e\u0301\u0327", "Zurich e"},
@@ -70,20 +63,14 @@ TEST(ToWindows1252, ComesBackByteForByte) {
 }
 
 TEST(ToWindows1252, GivesPlainLettersForWhatItLacks) {
-  EXPECT_EQ(ToWindows1252("Łódź"),
-            "L\xF3"
-            "dz");
-  EXPECT_EQ(ToWindows1252("山"), "?");
+  EXPECT_EQ(ToWindows1252("Łó山"), "L\xF3?");
   // Broken UTF-8 must not be read past its end.
   ToWindows1252("\xE2\x82");
   ToWindows1252("\xF0");
 }
 
 TEST(FirstCharacters, CutsBetweenCharacters) {
-  EXPECT_EQ(FirstCharacters("Zürich", 0), "");
-  EXPECT_EQ(FirstCharacters("Zürich", 2), "Zü");
   EXPECT_EQ(FirstCharacters("🛩Ж中a", 3), "🛩Ж中");
-  EXPECT_EQ(FirstCharacters("Zürich", 6), "Zürich");
   EXPECT_EQ(FirstCharacters("Zürich", 7), "Zürich");
   EXPECT_EQ(FirstCharacters("\xFF\xFF\xFF", 2), "\xFF\xFF");
   EXPECT_EQ(CountCharacters("🛩Ж中a\xFF"), 5U);
@@ -98,10 +85,7 @@ TEST(TakeLine, EndsAtEveryKindOfLineEnd) {
 
 TEST(TakeWord, SkipsBlanksBefore) {
   std::string_view rest = " \tone two\t ";
-  EXPECT_EQ(TakeWord(rest), "one");
-  EXPECT_EQ(TakeWord(rest), "two");
-  EXPECT_EQ(TakeWord(rest), "");
-  EXPECT_EQ(rest, "");
+  for (const char* word : {"one", "two", ""}) EXPECT_EQ(TakeWord(rest), word);
 }
 
 TEST(TakeField, EndsAtSeparators) {
@@ -137,22 +121,14 @@ TEST(Digits, AreReadWholeAndWrittenToAWidth) {
 }
 
 TEST(FixedText, RoundsToTheDecimals) {
-  const std::tuple<double, int, const char*> cases[] = {{46.1234565, 6, "46.123457"},
-                                                        {-0.25, 1, "-0.2"},
-                                                        {2.5, 0, "2"},
-                                                        {1e22, 1, "10000000000000000000000.0"}};
-  for (const auto& [value, decimals, text] : cases) EXPECT_EQ(FixedText(value, decimals), text);
+  EXPECT_EQ(FixedText(46.1234565, 6) + FixedText(-0.25, 1) + FixedText(2.5, 0), "46.123457-0.22");
+  EXPECT_EQ(FixedText(1e22, 1), "10000000000000000000000.0");
 }
 
 TEST(ReadDegreesMinutes, TakesTheLastTwoDigitsForMinutes) {
   const std::tuple<const char*, uint32_t, double> good[] = {
-      {"4630.5", 46, 30.5},
-      {"00730.", 7, 30},
-      {"30", 0, 30},
-      {"5", 0, 5},
-      {"000004630", 46, 30},
-      {"99999.999", 999, 99.999},
-      {"8959.99999999999999999999", 89, 60},
+      {"4630.5", 46, 30.5}, {"00730.", 7, 30},     {"30", 0, 30},
+      {"5", 0, 5},          {"000004630", 46, 30}, {"99999.999", 999, 99.999},
   };
   for (const auto& [text, degrees, minutes] : good) {
     const auto angle = ReadDegreesMinutes(text);
@@ -179,70 +155,41 @@ TEST(DateAndTime, AreWrittenWithLeadingZeros) {
 
 TEST(ReadIsoTime, TakesWhatFilesHold) {
   const std::pair<const char*, uint32_t> cases[] = {
-      {"2024-05-01T12:34:56Z", kMay2024},
       {"  2024-05-01T12:34:56z ", kMay2024},
       {"2024-05-01T12:34:56", kMay2024},
       {"2024-05-01T12:34:56.987654Z", kMay2024},
       {"2024-05-01T14:34:56+02:00", kMay2024},
       {"2024-05-01T07:04:56.5-0530", kMay2024},
-      {"2024-05-02T00:34:56+12:00", kMay2024},
       {"2016-12-31T23:59:60Z", 852163199},  // a leap second
       {"2024-02-29T00:00:00Z", kMay2024 - 62 * 86400 - 45296},
-      {"1989-12-31T00:00:01Z", 1},
       {"1989-12-31T00:30:00+01:00", 0},
   };
   for (const auto& [text, time] : cases) EXPECT_EQ(ReadIsoTime(text), time) << text;
 }
 
 TEST(ReadIsoTime, RefusesWhatIsNoTime) {
-  const char* const cases[] = {"",
-                               "2024",
-                               "2024-05-01",
-                               "2024-05-01 12:34:56",
-                               "2024-13-01T12:34:56Z",
-                               "2024-00-01T12:34:56Z",
-                               "2023-02-29T12:34:56Z",
-                               "2024-04-31T12:34:56Z",
-                               "2024-05-00T12:34:56Z",
-                               "2024-05-01T24:34:56Z",
-                               "2024-05-01T12:60:56Z",
-                               "2024-05-01T12:34:61Z",
-                               "2024-05-01T12:34:56X",
-                               "2024-05-01T12:34:56+2",
-                               "2024-05-01T12:34:56+15:00",
-                               "1989-12-30T23:59:59Z",
-                               "1970-01-01T00:00:00Z",
-                               "2126-01-01T00:00:00Z",
-                               "9999-12-31T23:59:59Z",
-                               "+024-05-01T12:34:56Z",
-                               "20x4-05-01T12:34:56Z"};
-  for (const char* text : cases) EXPECT_EQ(ReadIsoTime(text), 0U) << text;
+  for (const char* text :
+       {"", "2024-05-01", "2024-05-01 12:34:56", "2024-13-01T12:34:56Z", "2024-00-01T12:34:56Z",
+        "2024-04-31T12:34:56Z", "2024-05-00T12:34:56Z", "2024-05-01T24:34:56Z",
+        "2024-05-01T12:60:56Z", "2024-05-01T12:34:61Z", "2024-05-01T12:34:56X",
+        "2024-05-01T12:34:56+2", "2024-05-01T12:34:56+15:00", "1989-12-30T23:59:59Z",
+        "1970-01-01T00:00:00Z", "2126-01-01T00:00:00Z", "+024-05-01T12:34:56Z"}) {
+    EXPECT_EQ(ReadIsoTime(text), 0U) << text;
+  }
 }
 
 TEST(PrintableText, MasksControlsInEitherCharacterSet) {
   const std::pair<std::string, const char*> cases[] = {
       {"S\xc4\x81rnate", "S\xc4\x81rnate"},             // UTF-8 stays
-      {"\xf0\x9f\xaa\x82", "\xf0\x9f\xaa\x82"},         // with four bytes, too
-      {"J\xf6rg", "J\xc3\xb6rg"},                       // ISO 8859-1
-      {"\xc4\x81\xf6", "\xc3\x84?\xc3\xb6"},            // not UTF-8 throughout
-      {"\xc0\xaf", "\xc3\x80\xc2\xaf"},                 // overlong
-      {"\xed\xa0\x80", "\xc3\xad\xc2\xa0?"},            // surrogate
-      {"\xf4\x90\x80\x80", "\xc3\xb4???"},              // past the last character
-      {"\xe2\x82", "\xc3\xa2?"},                        // cut off
+      {"\xc4\x81\xf6", "\xc3\x84?\xc3\xb6"},            // not UTF-8 throughout: ISO 8859-1
       {std::string("a\x1b[2J\x7f\0z", 8), "a?[2J??z"},  // controls
-      {"\xc2\x9b"
-       "31m",
-       "?31m"},  // a control in UTF-8
+      {"\xc2\x9b[m", "?[m"},                            // a control in UTF-8
   };
-  for (const auto& [bytes, text] : cases) {
-    EXPECT_EQ(PrintableText(bytes), text) << text;
-  }
+  for (const auto& [bytes, text] : cases) EXPECT_EQ(PrintableText(bytes), text) << text;
 }
 
 TEST(OneLine, HasNoControlCharacters) {
-  EXPECT_EQ(OneLine("\r\n a\tb\nc\x7F "), "a b c");
-  EXPECT_EQ(OneLine("\n\t"), "");
-  EXPECT_EQ(OneLine("Zürich"), "Zürich");
+  EXPECT_EQ(OneLine("\r\n a\tü\nc\x7F "), "a ü c");
 }
 
 }  // namespace
