@@ -31,15 +31,17 @@ const Texts kMixedBodies = {
     "PBRCTRW,007,004,X,4700.000,N,01100.000,W",  "PBRCTRW,007,005,T,4706.000,N,01100.000,W,-",
     "PBRCTRW,007,006,Z,4700.000,N,01106.000,W,-"};
 
+constexpr const char* kRadius = "has a radius that is not from 1 to 99999 m";
+
 TEST(CtrLines, AreNumberedPacedAndKnowWhereASegmentEnds) {
   const std::vector<CtrLine> lines = CtrLines(Mixed("A"), FieldText("A"));
-  constexpr uint32_t kPauses_ms[] = {100, 100, 100, 100, 200, 200, 200};
-  constexpr bool kEnds[] = {false, false, true, true, false, false, true};
+  const std::pair<uint32_t, bool> expected[] = {{100, false}, {100, false}, {100, true},
+                                                {100, true},  {200, false}, {200, false},
+                                                {200, true}};
   ASSERT_EQ(lines.size(), 7U);
   for (size_t i = 0; i < lines.size(); ++i) {
     EXPECT_EQ(lines[i].sentence, Sentence(kMixedBodies[i]));
-    EXPECT_EQ(lines[i].pause_ms, kPauses_ms[i]) << i;
-    EXPECT_EQ(lines[i].ends_segment, kEnds[i]) << i;
+    EXPECT_EQ(std::pair(lines[i].pause_ms, lines[i].ends_segment), expected[i]) << i;
   }
 }
 
@@ -57,81 +59,35 @@ TEST(CtrLines, AnArcByBearingsGetsItsEndsOnTheGround) {
   EXPECT_EQ(lines[4].sentence, Sentence("PBRCTRW,005,004,Z,5959.818,N,00906.240,E,+"));
 }
 
-TEST(CtrLines, WhatCannotBeToldIsSaidBeforehand) {
-  CtrRecord no_outline = Mixed("A");
-  no_outline.segments.clear();
-  CtrRecord long_outline = Mixed("A");
-  long_outline.segments.assign(998, {.point = At(1, 1)});
-  CtrRecord longest_outline = no_outline;
-  longest_outline.segments.assign(997, {.point = At(1, 1)});
-  const auto with_radius = [](double radius_m) {
+TEST(CtrLines, WhatCannotBeSentIsNamedBeforehand) {
+  using Change = void (*)(CtrRecord&);
+  const std::pair<Change, const char*> cases[] = {
+      {[](CtrRecord&) {}, ""},
+      {[](CtrRecord& r) { r.segments.clear(); }, "has no outline"},
+      {[](CtrRecord& r) { r.segments.assign(997, {}); }, ""},
+      {[](CtrRecord& r) { r.segments.assign(998, {}); },
+       "has more points than the instrument can be told"},
+      {[](CtrRecord& r) { r.segments[1].radius_m = 99999; }, ""},
+      {[](CtrRecord& r) { r.segments[1].radius_m = 99999.1; }, kRadius},
+      {[](CtrRecord& r) { r.segments[1].radius_m = 0.5; }, ""},  // sent as 1 m
+      {[](CtrRecord& r) { r.segments[1].radius_m = 0.49; }, kRadius},
+      {[](CtrRecord& r) { r.segments[1].radius_m = NAN; }, kRadius},
+      {[](CtrRecord& r) { r.segments[2].end_bearing_deg = INFINITY; },
+       "has an arc without bearings"},
+      {[](CtrRecord& r) { r.number = 9999; }, ""},
+      {[](CtrRecord& r) { r.number = 10000; }, "has a number of more than four digits"},
+  };
+  for (const auto& [change, obstacle] : cases) {
     CtrRecord record = Mixed("A");
-    record.segments[1].radius_m = radius_m;
-    return record;
-  };
-  const CtrRecord wide = with_radius(99999.1);
-  CtrRecord no_bearing = Mixed("A");
-  no_bearing.segments[2].type = SegmentType::kArcByBearings;
-  no_bearing.segments[2].end_bearing_deg = INFINITY;
-  CtrRecord last_number = Mixed("A");
-  last_number.number = 9999;
-  CtrRecord numbered = Mixed("A");
-  numbered.number = 10000;
-  const std::pair<CtrRecord, const char*> cases[] = {
-      {Mixed("A"), ""},
-      {no_outline, "CTR A has no outline"},
-      {long_outline, "CTR A has more points than the instrument can be told"},
-      {wide, "CTR A has a radius that is not from 1 to 99999 m"},
-      {with_radius(0.49), "CTR A has a radius that is not from 1 to 99999 m"},
-      {with_radius(NAN), "CTR A has a radius that is not from 1 to 99999 m"},
-      {with_radius(0.5), ""},  // sent as 1 m
-      {with_radius(99999), ""},
-      {longest_outline, ""},
-      {last_number, ""},
-      {no_bearing, "CTR A has an arc without bearings"},
-      {numbered, "CTR A has a number of more than four digits"},
-  };
-  for (const auto& [record, obstacle] : cases) EXPECT_EQ(CtrObstacle(record), obstacle);
-  FlytecBench b;
-  b.job.data.airspaces = {wide, no_outline};
-  EXPECT_LT(WriteCtrJob(b.job), 0);
-  EXPECT_EQ(b.recorder.messages.size(), 2U);
-  EXPECT_EQ(b.bench.written, "") << "nothing is left to send";
-}
-
-// --- Reading -------------------------------------------------------------------------------------
-
-const std::string kListEnd = Sentence("PBRANS,1");
-const std::string kOneCtr = Sentence("PBRCTR,003,000,abcdefghijklmnopq,0001") +
-                            Sentence("PBRCTR,003,001,Remark           ") +
-                            Sentence("PBRCTR,003,002,C,4710.001,N,01104.700,E,12345");
-
-TEST(ReadCtrs, ReceivesUntilTheClosingSentence) {
-  FlytecBench b;
-  b.script.answers["$PBRCTR,"] = {"\x13" + kOneCtr + kOneCtr + kListEnd + "\x11"};
-  ASSERT_EQ(ReadCtrJob(b.job), 2);
-  ASSERT_EQ(b.job.data.airspaces.size(), 2U);
-  EXPECT_EQ(b.job.data.airspaces[1].segments[0].radius_m, 12345);
-  EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRCTR,*29\r\n");
-  EXPECT_EQ(b.recorder.statuses, (Texts{"Product data read", "Receiving CTR list",
-                                        "Receiving CTR list", "2 CTR(s) received"}));
-}
-
-TEST(ReadCtrs, EachFailureHasItsMessageAndDeliversNothing) {
-  const Failure cases[] = {
-      {kListEnd, FailWrite(1), "E700 COM port write error"},
-      {kListEnd, Unplug(50), "E701 COM port read error"},
-      {kOneCtr + "$" + std::string(82, 'x'), {}, "E703 Format error 1"},
-      {kOneCtr + "$PBRANS,1*01\r\r", {}, "E703 Format error 6"},
-      {kOneCtr + Sentence("PBRANS,2"), {}, "E702 Format error 2"},
-      {Sentence("PBRCTR,2,0,A,1"), {}, "E702 Format error 8"},
-      {kOneCtr + kOneCtr.substr(0, kOneCtr.find('\n') + 1) + kListEnd, {}, "E702 Format error 3"},
-  };
-  for (Failure failure : cases) {
-    FlytecBench b;
-    failure.message.insert(0, "Read CTR list: ");
-    ExpectFailure(b, ReadCtrJob, "$PBRCTR,", failure);
+    change(record);
+    EXPECT_EQ(CtrObstacle(record), *obstacle == 0 ? "" : std::string("CTR A ") + obstacle);
   }
+  FlytecBench b;
+  b.job.data.airspaces = {{.name = "A"}, {.name = "B"}};
+  EXPECT_LT(WriteCtrJob(b.job), 0);
+  EXPECT_EQ(b.recorder.messages,
+            (Texts{"CTR upload: CTR A has no outline", "CTR upload: CTR B has no outline"}));
+  EXPECT_EQ(b.bench.written, "") << "nothing is left to send";
 }
 
 TEST(ReadCtrs, ASilentInstrumentIsWaitedForUntilTheAbort) {
@@ -141,8 +97,6 @@ TEST(ReadCtrs, ASilentInstrumentIsWaitedForUntilTheAbort) {
   EXPECT_EQ(b.recorder.statuses.back(), "Transfer aborted");
   EXPECT_GE(Elapsed_ms(b.bench, 0), 900'000U);
 }
-
-// --- Writing -------------------------------------------------------------------------------------
 
 struct Upload : FlytecBench {
   explicit Upload(const Texts& answers = {kListEnd}) {
@@ -154,7 +108,6 @@ struct Upload : FlytecBench {
 
 TEST(WriteCtrs, SendsTheSelectedOnesEachAcknowledged) {
   Upload b;
-  const uint64_t start_ns = b.bench.now_ns;
   ASSERT_EQ(WriteCtrJob(b.job), 2);
   ASSERT_EQ(b.script.requests.size(), 15U);
   EXPECT_EQ(b.recorder.statuses,
@@ -166,19 +119,18 @@ TEST(WriteCtrs, SendsTheSelectedOnesEachAcknowledged) {
   EXPECT_EQ(b.recorder.percents.back(), 100);
   EXPECT_TRUE(b.recorder.messages.empty());
   // 1200 until identified; per airspace 1000 between sentences and 300 at its end.
-  EXPECT_NEAR(static_cast<double>(Elapsed_ms(b.bench, start_ns)), 3810, 100);
+  EXPECT_NEAR(b.Waited_ms(), 3800, 100);
 }
 
 TEST(WriteCtrs, EachAnswerButOneEndsTheUpload) {
   const std::pair<std::string, const char*> cases[] = {
-      {Sentence("PBRANS,2"), "Plausibility error"},
+      {Sentence("PBRANS,2 because"), "Plausibility error"},
       {Sentence("PBRANS,3"), "No further memory"},
       {Sentence("PBRANS,4"), "No more writing allowed"},
       {Sentence("PBRANS,5"), "NMEA syntax error"},
       {Sentence("PBRANS,6"), "Unknown ack. status"},
       {Sentence("PBRSNP,1"), "E600 Format error 1"},
-      {"$PBRANS,1*01\r\r", "E600 Format error 6"},
-      {"", "Missing CTR upload ack."},
+      {"$PBRANS,1*02\r\n", "E600 Format error 5"},
       {"$PBRANS,1*01\r", "Missing CTR upload ack."},
       {"unplugged", "E601 COM port read error"},
   };
@@ -188,18 +140,12 @@ TEST(WriteCtrs, EachAnswerButOneEndsTheUpload) {
     EXPECT_LT(WriteCtrJob(b.job), 0) << message;
     EXPECT_EQ(b.recorder.messages,
               Texts{std::string("CTR upload acknowledge status: ") + message + "\nB"});
+    // 1200 until identified, 2300 for both uploads, and the silence.
+    EXPECT_NEAR(b.Waited_ms(), answer.ends_with('\r') ? 23'500 : 3500, 100);
     EXPECT_EQ(b.job.data.sent, 1U);
     EXPECT_EQ(b.recorder.statuses.back(), "6 CTR segments sent");
     EXPECT_EQ(b.recorder.progress.back(), "Sending CTR 2/2: B");
   }
-}
-
-TEST(WriteCtrs, SilenceIsMeasuredFromTheLastByte) {
-  const uint64_t start_ns = Bench().now_ns;
-  Upload silent({""});
-  EXPECT_LT(WriteCtrJob(silent.job), 0);
-  // 1200 until identified and 1000 between sentences before the waiting begins.
-  EXPECT_NEAR(static_cast<double>(Elapsed_ms(silent.bench, start_ns)), 22'220, 100);
 }
 
 TEST(WriteCtrs, AFailedWriteTellsHowFarItCame) {

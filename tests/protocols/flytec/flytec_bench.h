@@ -16,30 +16,39 @@ inline std::string Sentence(const std::string& body) {
   return sentence;
 }
 
-// A job on a bench with a scripted instrument that names itself as told.
+// A line of the flight list: a flight of 27 April 2017.
+inline std::string ListLine(uint32_t index, const char* start = "12:30:00",
+                            const char* duration = "00:06:40") {
+  return Sentence("PBRTL,300," + std::to_string(index) + ",27.04.17," + start + "," + duration);
+}
+
+// A line of the waypoint list.
+inline std::string WaypointLine(int n = 0) {
+  return Sentence("PBRWPS,4743.564,N,01121.571,E,URT" + std::to_string(100 + n) +
+                  ",Urthaler Hof     ,0620");
+}
+
+// The airspace list's last line, which also acknowledges an uploaded airspace.
+inline const std::string kListEnd = Sentence("PBRANS,1");
+inline const std::string kCtrName = Sentence("PBRCTR,003,000,abcdefghijklmnopq,0001");
+inline const std::string kOneCtr = kCtrName + Sentence("PBRCTR,003,001,Remark           ") +
+                                   Sentence("PBRCTR,003,002,C,4710.001,N,01104.700,E,12345");
+
+// A job on a bench with a scripted instrument that names itself as given, with one flight aboard.
 struct FlytecBench : ScriptedBench {
   explicit FlytecBench(const std::string& device = "6030", const std::string& software = "3.30") {
     script.answers["$PBRSNP,"] = {
         Sentence("PBRSNP," + device + ",JIMI HENDRIX     ,01001," + software)};
+    script.answers["$PBRTL,"] = {ListLine(0)};
   }
-};
 
-// What goes wrong after an instrument has said its name, and what is told about it.
-struct Failure {
-  std::string answer;  // to the request
-  Fault fault;
-  std::string message;
-};
+  // How long the run took without what its bytes took on the wire.
+  double Waited_ms() const {
+    const double wire_ms = static_cast<double>(bench.received) * 10'000 / 57600;
+    return static_cast<double>(Elapsed_ms(bench, start_ns)) - wire_ms;
+  }
 
-// Runs a job that must fail with one message and deliver nothing.
-inline void ExpectFailure(FlytecBench& b, JobProcedure procedure, const char* request,
-                          const Failure& failure) {
-  b.script.answers[request] = {failure.answer};
-  b.bench.fault = failure.fault;
-  EXPECT_LT(procedure(b.job), 0) << failure.message;
-  EXPECT_EQ(b.recorder.messages, Texts{failure.message});
-  const JobData& data = b.job.data;
-  EXPECT_TRUE(data.flights.empty() && data.waypoints.empty() && data.airspaces.empty());
-}
+  const uint64_t start_ns = bench.now_ns;
+};
 
 }  // namespace skyhaul::flytec

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <sstream>
 
 #include "formats/igc/decode_line.h"
 #include "instruments/flytec/flytec_simulator.h"
@@ -17,11 +18,12 @@
 #include "protocols/flytec/track_log.h"
 #include "protocols/flytec/waypoint_list.h"
 #include "protocols/flytec/waypoint_upload.h"
-#include "tests/support/airspace_place.h"
 #include "tests/support/job_bench.h"
 
 namespace skyhaul::flytec {
 namespace {
+
+using Texts = std::vector<std::string>;
 
 // No single fault may cost more than asking for the product data 15 times over.
 constexpr uint64_t kLongestRun_ms = 45000;
@@ -29,63 +31,39 @@ constexpr uint64_t kLongestRun_ms = 45000;
 const std::string kFlight =
     "AXSH000 6030\r\n"
     "HFDTE270417\r\n"
-    "HFPLTPILOT: JIMI HENDRIX\r\n"
     "B1529564743564N01121571EA0062000640\r\n"
     "B1529574743600N01121600EA0062500645\r\n"
-    "B1529584743636N01121629EA0063000650\r\n"
-    "LXSH Skyhaul\r\n"
     "G0123456789ABCDEF\r\n";
 
-std::vector<CtrRecord> Airspaces() {
-  return {{.name = "First",
-           .segments = {{.type = SegmentType::kPoint, .point = At(47.5, 11.25)},
-                        {.type = SegmentType::kCircle, .point = At(-47.5, 11), .radius_m = 900}}},
-          {.name = "Second",
-           .remark = "With an arc",
-           .number = 12,
-           .segments = {{.type = SegmentType::kArcByBearings,
-                         .point = At(47, -11),
-                         .radius_m = 5000,
-                         .start_bearing_deg = 10,
-                         .end_bearing_deg = 300,
-                         .direction = kCounterClockwise}}}};
-}
+const std::vector<FileWaypoint> kWaypoints = {
+    {.lat = 1 << 29, .lon = 1 << 27, .altitude_m = 620, .name = "One"},
+    {.lat = -(1 << 28), .lon = -(1 << 30), .altitude_m = -7, .name = "Two"},
+    {.lat = 12345678, .lon = 87654321, .altitude_m = 12345, .name = "Seventeen letters"}};
 
-std::vector<FileWaypoint> Waypoints() {
-  return {{.lat = 1 << 29, .lon = 1 << 27, .altitude_m = 620, .name = "One"},
-          {.lat = -(1 << 28), .lon = -(1 << 30), .altitude_m = -7, .name = "Two"},
-          {.lat = 12345678, .lon = 87654321, .altitude_m = 12345, .name = "Seventeen letters"}};
-}
+const std::vector<flytec_simulator::StoredAirspace> kAirspaces = {
+    {.name = "First            ",
+     .number = "0000",
+     .remark = "                 ",
+     .elements = {"P,4730.000,N,01115.000,E", "C,4730.000,S,01100.000,E,00900"}},
+    {.name = "Second           ",
+     .number = "0012",
+     .remark = "With an arc      ",
+     .elements = {"X,4700.000,N,01100.000,W", "T,4703.000,N,01100.000,W,-",
+                  "Z,4700.000,N,01104.000,W,-"}}};
 
-flytec_simulator::StoredAirspace Stored(const CtrRecord& record) {
-  flytec_simulator::AirspaceUpload upload;
-  for (const CtrLine& line : CtrLines(record, FieldText(record.name))) {
-    const std::string& text = line.sentence;
-    (void)TakeUploadLine(upload, text.substr(9, text.size() - 9 - 5));
+// What a job has read of places, as texts.
+Texts PlacesRead(const JobData& data) {
+  Texts texts;
+  for (const WaypointRecord& record : data.waypoints) {
+    texts.push_back(record.description + std::to_string(record.lat) + "," +
+                    std::to_string(record.lon) + "," + std::to_string(record.altitude));
   }
-  return upload.airspace;
-}
-
-flytec_simulator::StoredWaypoint Stored(const FileWaypoint& waypoint) {
-  const std::string text = WaypointSentence(waypoint, FieldText(waypoint.name));
-  flytec_simulator::StoredWaypoint stored;
-  EXPECT_TRUE(flytec_simulator::ReadUploadedWaypoint(text.substr(8, text.size() - 8 - 5), stored));
-  return stored;
-}
-
-flytec_simulator::StoredWaypoint Stored(const WaypointRecord& record) {
-  return Stored(FileWaypoint{.lat = record.lat,
-                             .lon = record.lon,
-                             .altitude_m = static_cast<double>(record.altitude),
-                             .name = record.description});
-}
-
-// What an instrument stores of these records.
-template <typename Record>
-auto AllStored(const std::vector<Record>& records) {
-  std::vector<decltype(Stored(records[0]))> stored;
-  for (const Record& record : records) stored.push_back(Stored(record));
-  return stored;
+  for (const CtrRecord& record : data.airspaces) {
+    for (const CtrLine& line : CtrLines(record, FieldText(record.name))) {
+      texts.push_back(line.sentence);
+    }
+  }
+  return texts;
 }
 
 template <typename Element>
@@ -117,11 +95,13 @@ struct Conversation : JobBench {
   explicit Conversation(const Transfer& transfer, const Fault& fault = {}) {
     simulator.flights = {flytec_simulator::FlightFromIgc(kFlight)};
     if (transfer.writes) {
-      job.data.waypoints_to_send = Waypoints();
-      job.data.airspaces = Airspaces();
+      // What was read, for the way back.
+      static const auto kRead = Conversation({.procedure = ReadCtrJob}).job.data.airspaces;
+      job.data = {.waypoints_to_send = kWaypoints, .airspaces = kRead};
     } else {
-      simulator.waypoints = AllStored(Waypoints());
-      simulator.airspaces = AllStored(Airspaces());
+      simulator.waypoints = {flytec_simulator::GenerateWaypoint(1),
+                             flytec_simulator::GenerateWaypoint(2)};
+      simulator.airspaces = kAirspaces;
     }
     Connect(flytec_simulator::MakeInstrument(simulator, 57600));
     platform.serial.read = ReadWithPatience;
@@ -136,36 +116,33 @@ struct Conversation : JobBench {
   uint64_t elapsed_ms = 0;
 };
 
-// --- What every run must hold --------------------------------------------------------------------
-
-// IGC lines carry no checksum, so a changed byte inside a fix cannot be seen. The positions must be
-// exactly what the lines that arrived say.
-void ExpectDecodedFromText(const Flight& flight) {
-  igc::Decoder decoder;
-  std::string_view rest = flight.instrument_igc.text;
-  for (size_t end = rest.find('\n'); end != rest.npos; end = rest.find('\n')) {
-    std::string line(rest.substr(0, end));
-    std::erase(line, '\r');
-    EXPECT_GE(igc::DecodeLine(decoder, line), 0);
-    rest.remove_prefix(end + 1);
-  }
-  EXPECT_EQ(flight.points, decoder.points);
-}
-
-void ExpectSound(const Transfer& transfer, const Conversation& run) {
+// What every run must hold, held against the one without a fault.
+void ExpectSound(const Transfer& transfer, const Conversation& run, const Conversation& whole) {
   const JobData& data = run.job.data;
   EXPECT_LE(run.elapsed_ms, kLongestRun_ms);
-  for (const Flight& flight : data.flights) ExpectDecodedFromText(flight);
-  EXPECT_TRUE(Within(AllStored(data.waypoints), AllStored(Waypoints())));
-  EXPECT_TRUE(Within(run.simulator.waypoints, AllStored(Waypoints())));
-  EXPECT_TRUE(Within(run.simulator.airspaces, AllStored(Airspaces())));
+  for (const Flight& flight : data.flights) {
+    // IGC lines carry no checksum, so a changed byte inside a fix cannot be seen. The positions
+    // must be exactly what the lines that arrived say.
+    igc::Decoder decoder;
+    std::istringstream text(flight.instrument_igc.text);
+    for (std::string line; std::getline(text, line);) {
+      std::erase(line, '\r');
+      EXPECT_GE(igc::DecodeLine(decoder, line), 0);
+    }
+    EXPECT_EQ(flight.points, decoder.points);
+  }
+  EXPECT_TRUE(Within(PlacesRead(data), PlacesRead(whole.job.data)));
+  EXPECT_TRUE(Within(run.simulator.waypoints, whole.simulator.waypoints));
+  EXPECT_TRUE(Within(run.simulator.airspaces, kAirspaces));
   if (transfer.procedure == WriteCtrJob) {
     EXPECT_EQ(run.result >= 0, data.sent == 2U);
     EXPECT_LE(data.sent, run.simulator.airspaces.size());
     EXPECT_LE(run.simulator.airspaces.size(), data.sent + 1U) << "one acknowledgement was lost";
   }
   if (run.result >= 0) {
-    EXPECT_TRUE(Within(AllStored(data.airspaces), run.simulator.airspaces) || transfer.writes);
+    // A list of waypoints may end early, because a silence ends it.
+    EXPECT_TRUE(transfer.procedure == ReadWaypointsJob ||
+                PlacesRead(data) == PlacesRead(whole.job.data));
     return;
   }
   EXPECT_TRUE(data.flights.empty() && data.waypoints.empty());
@@ -180,14 +157,16 @@ void ExpectSound(const Transfer& transfer, const Conversation& run) {
 class Sweep : public testing::TestWithParam<Transfer> {
  protected:
   // Runs the transfer with a fault at each of so many places.
-  void ForEach(Fault fault, size_t places,
-               const std::function<void(const Fault&, const Conversation&)>& check) {
+  void ForEach(
+      Fault fault, size_t places,
+      const std::function<void(const Fault&, const Conversation&)>& check =
+          [](const Fault&, const Conversation&) {}) {
     for (fault.at = 0; fault.at < places; ++fault.at) {
       SCOPED_TRACE("fault " + std::to_string(static_cast<int>(fault.kind)) +
                    (fault.towards_instrument ? " to" : " from") + " the instrument at " +
                    std::to_string(fault.at) + " mask " + std::to_string(fault.flip_mask));
       const Conversation run(transfer, fault);
-      ExpectSound(transfer, run);
+      ExpectSound(transfer, run, whole);
       check(fault, run);
     }
   }
@@ -201,12 +180,16 @@ class Sweep : public testing::TestWithParam<Transfer> {
 TEST_P(Sweep, WithoutAFaultEverythingArrives) {
   EXPECT_EQ(whole.result, transfer.result);
   EXPECT_TRUE(whole.recorder.messages.empty());
-  ExpectSound(transfer, whole);
+  ExpectSound(transfer, whole, whole);
   const JobData& data = whole.job.data;
-  EXPECT_EQ(data.sent + data.waypoints.size() + data.airspaces.size() + data.flights.size(),
-            transfer.writes        ? data.sent + 2U
-            : data.flights.empty() ? transfer.result
-                                   : 1U);
+  if (transfer.procedure == WriteCtrJob) {
+    EXPECT_EQ(whole.simulator.airspaces, kAirspaces);
+  } else if (transfer.writes) {
+    EXPECT_EQ(whole.simulator.waypoints.size(), kWaypoints.size());
+  } else {
+    const size_t points = data.flights.empty() ? 0 : data.flights[0].points.size();
+    EXPECT_EQ(data.waypoints.size() + data.airspaces.size() + points, transfer.result);
+  }
 }
 
 TEST_P(Sweep, ChangedBytesAreNeitherDeliveredNorKept) {
@@ -214,10 +197,7 @@ TEST_P(Sweep, ChangedBytesAreNeitherDeliveredNorKept) {
     for (const uint8_t mask : {uint8_t{0x01}, uint8_t{0x10}, uint8_t{0x80}}) {
       if (mask != 0x01 && kind != FaultKind::kFlip) continue;
       const Fault back = {.kind = kind, .flip_mask = mask};
-      ForEach(back, from_instrument, [&](const Fault&, const Conversation& run) {
-        if (transfer.procedure != ReadCtrJob) return;
-        EXPECT_TRUE(run.result == transfer.result || run.result < 0) << "a part of the list";
-      });
+      ForEach(back, from_instrument);
       const Fault there = {.kind = kind, .towards_instrument = true, .flip_mask = mask};
       ForEach(there, to_instrument, [&](const Fault&, const Conversation& run) {
         if (run.result < 0 || transfer.procedure == ReadWaypointsJob) return;
@@ -271,8 +251,8 @@ TEST_P(Sweep, AnAbortEndsTheJobAtOnce) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Flytec, Sweep,
-                         testing::Values(Transfer{"Flight", TrackLogJob, false, 3, 1},
-                                         Transfer{"Waypoints", ReadWaypointsJob, false, 3, 1},
+                         testing::Values(Transfer{"Flight", TrackLogJob, false, 2, 1},
+                                         Transfer{"Waypoints", ReadWaypointsJob, false, 2, 1},
                                          Transfer{"Airspaces", ReadCtrJob, false, 2, 1},
                                          Transfer{"WaypointUpload", WriteWaypointsJob, true, 3, 6},
                                          Transfer{"AirspaceUpload", WriteCtrJob, true, 2, 7}),

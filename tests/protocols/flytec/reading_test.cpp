@@ -1,0 +1,92 @@
+#include "protocols/flytec/ctr_list.h"
+#include "protocols/flytec/track_list.h"
+#include "protocols/flytec/track_log.h"
+#include "protocols/flytec/waypoint_list.h"
+#include "tests/protocols/flytec/flytec_bench.h"
+
+namespace skyhaul::flytec {
+namespace {
+
+// One of the jobs that read: what it asks for, and the title of its messages.
+struct Reading {
+  JobProcedure procedure;
+  const char* request;
+  const char* title;
+};
+constexpr Reading kList = {FlightListJob, "$PBRTL,", "Read GPS track list: "};
+constexpr Reading kNoFlights = {TrackLogJob, "$PBRTL,", "Read GPS track log: "};
+constexpr Reading kFlight = {TrackLogJob, "$PBRTR,00", "Read GPS track log: "};
+constexpr Reading kCtrs = {ReadCtrJob, "$PBRCTR,", "Read CTR list: "};
+constexpr Reading kWaypoints = {ReadWaypointsJob, "$PBRWPS,", "Read GPS waypoints: "};
+
+TEST(Reading, AListEndsWithItsSilenceOrItsLastLine) {
+  const std::tuple<Reading, std::string, const char*, Texts, double> cases[] = {
+      // The last index that is kept, one that is not, and one that comes twice.
+      {kList,
+       ListLine(3) + ListLine(254) + ListLine(255) + ListLine(0) + ListLine(3),
+       "$PBRTL,*74",
+       {"3 tracks in track list found"},
+       1000},
+      {kCtrs,
+       kOneCtr + kOneCtr + kListEnd,
+       "$PBRCTR,*29",
+       {"Receiving CTR list", "Receiving CTR list", "2 CTR(s) received"},
+       0},
+      {kWaypoints, WaypointLine(), "$PBRWPS,*38", {"1 waypoints received"}, 1000},
+  };
+  for (const auto& [reading, answer, request, statuses, silence_ms] : cases) {
+    FlytecBench b;
+    b.script.answers[reading.request] = {"\x13" + answer + "\x11"};
+    EXPECT_EQ(reading.procedure(b.job), statuses.back()[0] - '0');
+    b.recorder.statuses.erase(b.recorder.statuses.begin());  // "Product data read"
+    EXPECT_EQ(b.recorder.statuses, statuses);
+    EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11" + std::string(request) + "\r\n");
+    EXPECT_TRUE(b.recorder.messages.empty());
+    // 200 opening, 1000 after identification, the silence.
+    EXPECT_NEAR(b.Waited_ms(), 1200 + silence_ms, 80);
+  }
+}
+
+TEST(Reading, EachFailureHasItsMessageAndDeliversNothing) {
+  const std::string fix = "B1200004743564N01121571EA0062000640\r\n";
+  const std::string flight = "HFDTE270417\r\n" + fix;
+  const std::string waypoint = WaypointLine();
+  std::string endless;
+  for (int n = 0; n < 10'001; ++n) endless += waypoint;
+  const std::tuple<Reading, std::string, Fault, const char*> cases[] = {
+      {kList, "$PBRTL,1\r\n", {}, "NMEA line parse error"},
+      {kList, ListLine(0), FailWrite(1), "E500 COM port write error"},
+      {kList, ListLine(0), Unplug(60), "E503 COM port read error"},
+      {kNoFlights, "", {}, "The instrument holds no track logs"},
+      {kFlight, "AXSH000\r\nG00\r\n", {}, "0 points received"},
+      {kFlight, "@", {}, "E205 Bad record type (40)"},
+      {kFlight, flight + "[", {}, "E205 Bad record type (5B)"},
+      {kFlight, "L" + std::string(81, 'x'), {}, "E207 Too long sentence"},
+      {kFlight, "AX\r\n", {}, "E206 Format error 1"},
+      {kFlight, fix, {}, "E206 Format error 6"},
+      {kFlight, flight, FailWrite(2), "E202 COM port write error"},
+      {kFlight, flight, Unplug(105), "E203 COM port read error"},
+      {kCtrs, kListEnd, FailWrite(1), "E700 COM port write error"},
+      {kCtrs, kListEnd, Unplug(50), "E701 COM port read error"},
+      {kCtrs, kOneCtr + "$" + std::string(82, 'x'), {}, "E703 Format error 1"},
+      {kCtrs, kOneCtr + Sentence("PBRANS,2"), {}, "E702 Format error 2"},
+      {kCtrs, kOneCtr + kCtrName + kListEnd, {}, "E702 Format error 3"},
+      {kWaypoints, waypoint, FailWrite(1), "E304 COM port write error"},
+      {kWaypoints, waypoint, Unplug(60), "E301 COM port read error"},
+      {kWaypoints, waypoint + "$PBRWPS,x", {}, "E302 Format error 2"},
+      {kWaypoints, waypoint + "$PBRWPS,47", {}, "The waypoint list broke off inside a waypoint"},
+      {kWaypoints, endless, {}, "E303 Waypoint memory allocation"},
+  };
+  for (const auto& [reading, answer, fault, message] : cases) {
+    FlytecBench b;
+    b.script.answers[reading.request] = {answer};
+    b.bench.fault = fault;
+    EXPECT_LT(reading.procedure(b.job), 0) << message;
+    EXPECT_EQ(b.recorder.messages, Texts{reading.title + std::string(message)});
+    const JobData& data = b.job.data;
+    EXPECT_TRUE(data.flights.empty() && data.waypoints.empty() && data.airspaces.empty());
+  }
+}
+
+}  // namespace
+}  // namespace skyhaul::flytec
