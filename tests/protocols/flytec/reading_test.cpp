@@ -1,5 +1,7 @@
+#include "core/time_scale.h"
 #include "protocols/flytec/ctr_list.h"
 #include "protocols/flytec/track_list.h"
+#include "protocols/flytec/track_list_line.h"
 #include "protocols/flytec/track_log.h"
 #include "protocols/flytec/waypoint_list.h"
 #include "tests/protocols/flytec/flytec_bench.h"
@@ -86,6 +88,57 @@ TEST(Reading, EachFailureHasItsMessageAndDeliversNothing) {
     const JobData& data = b.job.data;
     EXPECT_TRUE(data.flights.empty() && data.waypoints.empty() && data.airspaces.empty());
   }
+}
+
+TEST(TrackListLine, EachFieldHasItsMessage) {
+  constexpr const char* kSound[] = {"$PBRTL", "07", "01", "27.04.17", "15:29:56", "00:04:55*7D"};
+  const std::tuple<size_t, const char*, Texts> cases[] = {
+      {0, "Bad NMEA identifier", {"$PBRTR"}},
+      {1, "Bad track count parameter", {"x"}},
+      {2, "Bad track index parameter", {"1x"}},
+      {3, nullptr, {"01.01.17", "31.12.17"}},
+      {3,
+       "Bad track date parameter",
+       {"00.04.17", "32.04.17", "27.00.17", "27.13.17", "27.04", "27.04.2017"}},
+      {4, nullptr, {"00:00:00", "23:59:59"}},
+      {4, "Bad track time parameter", {"24:29:56", "15:60:56", "15-29-56"}},
+      {5, nullptr, {"00:00:00", "99:59:59", "00:04:55,1,2,3,4,5*00"}},
+      {5, "Bad track duration parameter", {"00:04:60", "*7D"}},
+  };
+  for (const auto& [at, message, texts] : cases) {
+    for (const std::string& text : texts) {
+      std::string line;
+      for (size_t i = 0; i < std::size(kSound); ++i) {
+        line += (i == 0 ? "" : ",") + (i == at ? text : kSound[i]);
+      }
+      TrackListEntry entry;
+      EXPECT_STREQ(ParseTrackListLine(line, entry), message) << line;
+    }
+  }
+  const std::string line = "$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D";
+  TrackListEntry entry;
+  EXPECT_EQ(ParseTrackListLine(line, entry), nullptr);
+  const CalendarTime start = {
+      .year = 2017, .month = 4, .day = 27, .hour = 15, .minute = 29, .second = 56};
+  EXPECT_EQ(entry.index, 1U);
+  EXPECT_EQ(CalendarFromTime(entry.start_time), start);
+  EXPECT_EQ(entry.duration_s, 295U);
+  EXPECT_EQ(entry.line, line);
+}
+
+TEST(TrackList, IsInTheOrderOfTheIndex) {
+  FlytecBench b;
+  b.script.answers["$PBRTL,"] = {ListLine(254) + ListLine(0)};
+  ASSERT_EQ(FlightListJob(b.job), 2);
+  EXPECT_EQ(b.job.data.track_list[0].index, 0U);
+  EXPECT_EQ(b.job.data.track_list[1].index, 254U);
+}
+
+TEST(TrackList, TheGateRefusesWithoutAWord) {
+  FlytecBench b("COMPETINO", "1.13");
+  EXPECT_EQ(FlightListJob(b.job), kNoTrackList);
+  EXPECT_EQ(b.script.requests.size(), 1U);
+  EXPECT_TRUE(b.recorder.messages.empty());
 }
 
 }  // namespace

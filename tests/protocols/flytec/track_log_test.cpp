@@ -1,5 +1,7 @@
 #include "protocols/flytec/track_log.h"
 
+#include <algorithm>
+
 #include "protocols/flytec/requests.h"
 #include "protocols/flytec/track_receiver.h"
 #include "tests/protocols/flytec/flytec_bench.h"
@@ -21,6 +23,7 @@ std::string Igc(int minute, int fixes, const char* seal = "G0123456789ABCDEF\r\n
 }
 
 constexpr int kNoon = 12 * 60;
+constexpr const char* kTooOld = "Read GPS track log: Track log 101 is too old to be requested";
 
 // A bench with two flights aboard, the newest first.
 struct TwoFlights : FlytecBench {
@@ -62,21 +65,35 @@ TEST(TrackLogJob, DownloadsTheChosenFlightToTheByte) {
 TEST(TrackLogJob, DownloadsTheFlightSelectedOnTheInstrument) {
   TwoFlights b;
   b.job.parameter = kCurrentTrack;
+  b.job.join_tracks = true;  // with nothing
   ASSERT_EQ(TrackLogJob(b.job), 3);
   EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, b.oldest);
   EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRIGC,*21\r\n");
   EXPECT_EQ(TrackRequest(99), "\x11$PBRTR,99*6A\r\n");
 }
 
-TEST(TrackLogJob, SeveralFlightsComeOneByOneOrJoined) {
-  for (const bool join : {false, true}) {
+TEST(TrackLogJob, SeveralFlightsAreJoinedInTheOrderOfTimeWithoutOverlapOrLongGap) {
+  constexpr const char* kOverlap = "Read GPS track log: Overlapping track start/stop times";
+  constexpr const char* kGap = "Read GPS track log: Time gap between tracks greater than 3600 s";
+  const std::tuple<int, int, Texts> cases[] = {
+      {kNoon + 29, 61, {}},  // ends in the second in which the other starts
+      {kNoon + 29, 62, {kOverlap}},
+      {kNoon - 31, 61, {}},  // ends an hour before
+      {kNoon - 31, 60, {kGap}},
+  };
+  for (const auto& [minute, fixes, messages] : cases) {
     TwoFlights b;
-    b.recorder.choice = {1, 0};
-    b.job.join_tracks = join;
-    ASSERT_EQ(TrackLogJob(b.job), 8);
-    ASSERT_EQ(b.job.data.flights.size(), join ? 1U : 2U);
-    EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, join ? "" : b.newest);
-    EXPECT_EQ(b.job.data.flights.back().points.size(), join ? 8U : 3U);
+    b.recorder.choice = {0, 1};
+    b.job.join_tracks = true;
+    b.script.answers["$PBRTR,01"] = {Igc(minute, fixes)};
+    EXPECT_EQ(TrackLogJob(b.job), messages.empty() ? fixes + 5 : -1);
+    EXPECT_EQ(b.recorder.messages, messages);
+    EXPECT_EQ(b.job.data.flights.size(), messages.empty() ? 1U : 2U);
+    if (!messages.empty()) continue;
+    const Flight& flight = b.job.data.flights[0];
+    EXPECT_TRUE(std::ranges::is_sorted(flight.points, {}, &TrackPoint::time));
+    EXPECT_EQ(flight.points[static_cast<size_t>(fixes)].segment_start, 1U);
+    EXPECT_EQ(flight.instrument_igc.text, "") << "no seal covers both";
   }
 }
 
@@ -93,8 +110,7 @@ TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
   TwoFlights b;
   b.script.answers["$PBRTL,"][0] += ListLine(100, "11:00:00");
   ASSERT_EQ(AllTracksJob(b.job), 8);
-  EXPECT_EQ(b.recorder.messages,
-            Texts{"Read GPS track log: Track log 101 is too old to be requested"});
+  EXPECT_EQ(b.recorder.messages, Texts{kTooOld});
   ASSERT_EQ(b.job.data.flights.size(), 2U);
   EXPECT_EQ(b.job.data.flights[1].instrument_igc.text, b.oldest);
   for (const char* status : {"Reading track log 1", "Analysing track log 2", "8 points received"}) {
@@ -108,22 +124,13 @@ TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
   EXPECT_EQ(broken.job.data.flights.size(), 1U);
 }
 
-TEST(TrackLogJob, WhatCannotBeChosenOrJoinedIsNamed) {
-  const std::tuple<std::vector<uint32_t>, int, const char*> cases[] = {
-      {{0, 1}, kNoon + 30, "Overlapping track start/stop times"},
-      {{0, 1}, kNoon - 31, "Time gap between tracks greater than 3600 s"},
-      {{100}, kNoon, "Track log 101 is too old to be requested"},
-  };
-  for (const auto& [choice, oldest_minute, message] : cases) {
-    TwoFlights b;
-    b.recorder.choice = choice;
-    b.job.join_tracks = true;
-    b.script.answers["$PBRTL,"][0] += ListLine(100);
-    b.script.answers["$PBRTR,01"] = {Igc(oldest_minute, 3)};
-    EXPECT_LT(TrackLogJob(b.job), 0);
-    EXPECT_EQ(b.recorder.messages, Texts{"Read GPS track log: " + std::string(message)});
-    EXPECT_EQ(b.script.requests.size(), 2 + choice.size() / 2 * 2);
-  }
+TEST(TrackLogJob, AFlightThatIsTooOldCannotBeRequested) {
+  TwoFlights b;
+  b.script.answers["$PBRTL,"][0] += ListLine(100);
+  b.recorder.choice = {100};
+  EXPECT_LT(TrackLogJob(b.job), 0);
+  EXPECT_EQ(b.recorder.messages, Texts{kTooOld});
+  EXPECT_EQ(b.script.requests.size(), 2U);
 }
 
 TEST(TrackLogJob, ClientsHearOfPositionsWhileTheyArrive) {
@@ -145,11 +152,12 @@ TEST(TrackReceiver, AnInstrumentThatDoesNotStopIsCutOff) {
     TrackReceiver receiver;
     receiver.most_text = most_text;
     receiver.most_positions = most_positions;
-    TrackFault fault = TrackFault::kNone;
-    for (size_t i = 0; i < flight.size() && fault == TrackFault::kNone; ++i) {
-      fault = FeedTrackByte(receiver, static_cast<uint8_t>(flight[i]));
+    std::string messages;
+    for (const char c : flight) {
+      messages += TrackFaultMessage(FeedTrackByte(receiver, static_cast<uint8_t>(c)), 0);
+      if (!messages.empty()) break;
     }
-    EXPECT_EQ(TrackFaultMessage(fault, receiver.detail), message);
+    EXPECT_EQ(messages, message);
   }
 }
 
