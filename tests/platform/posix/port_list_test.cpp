@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
@@ -20,26 +19,22 @@ class PortList : public ::testing::Test {
  protected:
   void SetUp() override { fs::create_directories(tty); }
 
-  static void WriteAttributes(const fs::path& at,
-                              const std::map<std::string, std::string>& values) {
-    fs::create_directories(at);
-    for (const auto& [name, value] : values) std::ofstream(at / name) << value << "\n";
-  }
-
   // An entry whose device is the folder at `device` below devices/, as the kernel links it.
-  void AddPort(const std::string& name, const std::string& device,
-               const std::map<std::string, std::string>& attributes = {}) {
+  void AddPort(const std::string& name, const std::string& device, const std::string& type = "4") {
     const fs::path real = root / "devices" / device / "tty" / name;
-    WriteAttributes(real, attributes);
+    fs::create_directories(real);
+    WriteText(real / "type", type + "\n");
     fs::create_directory_symlink(fs::path("../.."), real / "device");
     fs::create_directory_symlink(real, tty / name);
   }
 
   void AddUsbPort(const std::string& name, const std::string& bus,
                   const std::map<std::string, std::string>& attributes) {
-    WriteAttributes(root / "devices/usb1" / bus, {{"idVendor", "0403"}});
-    WriteAttributes(root / "devices/usb1" / bus, attributes);
     AddPort(name, "usb1/" + bus + "/" + bus + ":1.0/" + name);
+    WriteText(root / "devices/usb1" / bus / "idVendor", "0403\n");
+    for (const auto& [attribute, value] : attributes) {
+      WriteText(root / "devices/usb1" / bus / attribute, value + "\n");
+    }
   }
 
   // "number name (description)" of each port, in order.
@@ -61,19 +56,18 @@ class PortList : public ::testing::Test {
 
 TEST_F(PortList, ListsHardwareOnly) {
   fs::create_directories(tty / "tty0");
-  fs::create_directories(tty / "ptmx");
   fs::create_directories(tty / "ttyS9");
   fs::create_directory_symlink("nowhere", tty / "ttyS9/device");
-  AddPort("ttyS0", "pnp0/00:01", {{"type", "4"}});
-  AddPort("ttyS1", "platform/serial8250", {{"type", "0"}});
+  AddPort("ttyS0", "pnp0/00:01");
+  AddPort("ttyS1", "platform/serial8250", "0");
   AddPort("ttyACM0", "platform/gadget");
   EXPECT_EQ(List(), (std::vector<std::string>{"1 /dev/ttyACM0 ()", "2 /dev/ttyS0 ()"}));
 }
 
 TEST_F(PortList, UsbComesFirstAndNumbersSortByValue) {
   AddPort("rfcomm0", "pci/hci0:11");
-  AddPort("ttyS2", "pnp0/00:01", {{"type", "4"}});
-  AddPort("ttyS10", "pnp0/00:02", {{"type", "4"}});
+  AddPort("ttyS2", "pnp0/00:01");
+  AddPort("ttyS10", "pnp0/00:02");
   AddUsbPort("ttyUSB10", "1-1", {{"manufacturer", "FTDI"}, {"product", "Serial cable"}});
   AddUsbPort("ttyUSB2", "1-2", {{"manufacturer", "Acme"}, {"product", "Acme cable"}});
   AddUsbPort("ttyUSB3", "1-3", {{"manufacturer", "Acme"}});

@@ -14,7 +14,6 @@ bool HasCable() {
 
 std::vector<NoPort> NoPorts() {
   return {
-      {"COM8", PortProblem::kMissing, "There is no port COM8: --ports lists the ports"},
       {R"(\\.\COM49)", PortProblem::kMissing, "There is no port COM49: --ports lists the ports"},
       {R"(\\.\no such device)", PortProblem::kMissing, "There is no port no such device"},
       {"COM10", PortProblem::kMissing, "There is no port COM10"},

@@ -33,7 +33,9 @@ class RegistryTest : public testing::Test {
     RegDeleteTreeW(HKEY_USERS, kTemplateKeyPath);
   }
 
-  static RegistryHandle Open() { return kRegistry.open(nullptr, RegistryKey::kUser).handle; }
+  static RegistryHandle Open(RegistryKey which = RegistryKey::kUser) {
+    return kRegistry.open(nullptr, which).handle;
+  }
 
   static int Set(RegistryHandle key, const char* name, ValueKind kind, const std::string& bytes,
                  IfSet if_set = IfSet::kReplace) {
@@ -41,10 +43,29 @@ class RegistryTest : public testing::Test {
     return kRegistry.set(nullptr, key, name, kind, bytes, if_set, reason);
   }
 
-  static void SetRaw(const wchar_t* name, DWORD type, const void* data, size_t size) {
-    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kUserKeyPath, name, type, data,
-                              static_cast<DWORD>(size)),
-              ERROR_SUCCESS);
+  // The text or the bytes of a value of at most 8 bytes; "(missing)" or "(unfit)".
+  static std::string Query(RegistryHandle key, const char* name, ValueKind kind) {
+    std::string bytes;
+    const QueryResult result = kRegistry.query(nullptr, key, name, kind, 8, bytes);
+    if (result == QueryResult::kMissing) return "(missing)";
+    return result == QueryResult::kUnfit ? "(unfit)" : bytes;
+  }
+
+  // A value as the system has it.
+  static std::string QueryRaw(RegistryHandle key, const char* name, DWORD expected_type) {
+    char data[1000] = {};
+    DWORD size = sizeof data;
+    DWORD type = REG_NONE;
+    RegQueryValueExW(static_cast<HKEY>(key), WideText(name).c_str(), nullptr, &type,
+                     reinterpret_cast<BYTE*>(data), &size);
+    EXPECT_EQ(type, expected_type) << name;
+    return {data, size};
+  }
+
+  static void SetRaw(RegistryHandle key, const wchar_t* name, DWORD type, const void* data,
+                     size_t size) {
+    RegSetValueExW(static_cast<HKEY>(key), name, 0, type, static_cast<const BYTE*>(data),
+                   static_cast<DWORD>(size));
   }
 };
 
@@ -63,33 +84,18 @@ TEST_F(RegistryTest, ValuesComeBackAsTheyWere) {
   const RegistryHandle key = Open();
   const std::string number("\x20\x03\0\0", 4);
   const std::string binary("a\0b", 3);
-  const struct {
-    const char* name;
-    ValueKind kind;
-    std::string bytes;
-    DWORD type;
-    std::string data;
-  } cases[] = {
+  const std::tuple<const char*, ValueKind, std::string, std::string> cases[] = {
       // The length that is written ends before the zero; the system takes it in.
-      {"Text", ValueKind::kText, "J\xc3\xb6", REG_SZ, std::string("J\0\xf6\0\0\0", 6)},
-      {"Empty", ValueKind::kText, "", REG_SZ, ""},
-      {"Number", ValueKind::kNumber, number, REG_DWORD, number},
-      {"Binary", ValueKind::kBinary, binary, REG_BINARY, binary},
+      {"Text", ValueKind::kText, "J\xc3\xb6", std::string("J\0\xf6\0\0\0", 6)},
+      {"Empty", ValueKind::kText, "", ""},
+      {"Number", ValueKind::kNumber, number, number},
+      {"Binary", ValueKind::kBinary, binary, binary},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Set(key, c.name, c.kind, c.bytes), 0) << c.name;
-    EXPECT_EQ(Set(key, c.name, c.kind, "other", IfSet::kKeep), 0) << c.name;
-    std::string bytes = "before";
-    EXPECT_EQ(kRegistry.query(nullptr, key, c.name, c.kind, 40, bytes), QueryResult::kFound);
-    EXPECT_EQ(bytes, c.bytes) << c.name;
-    DWORD type = REG_NONE;
-    BYTE data[16] = {};
-    DWORD size = sizeof data;
-    ASSERT_EQ(RegQueryValueExW(static_cast<HKEY>(key), WideText(c.name).c_str(), nullptr, &type,
-                               data, &size),
-              ERROR_SUCCESS);
-    EXPECT_EQ(type, c.type) << c.name;
-    EXPECT_EQ(std::string(data, data + size), c.data) << c.name;
+  for (const auto& [name, kind, bytes, raw] : cases) {
+    EXPECT_EQ(Set(key, name, kind, bytes), 0) << name;
+    EXPECT_EQ(Set(key, name, kind, "other", IfSet::kKeep), 0) << name;
+    EXPECT_EQ(Query(key, name, kind), bytes) << name;
+    EXPECT_EQ(QueryRaw(key, name, static_cast<DWORD>(kind)), raw) << name;
   }
   EXPECT_EQ(Set(key, "Text", ValueKind::kText, "no UTF-8 \xff"), -1);
   kRegistry.close(nullptr, key);
@@ -98,44 +104,27 @@ TEST_F(RegistryTest, ValuesComeBackAsTheyWere) {
 TEST_F(RegistryTest, WhatDoesNotFitIsNotRead) {
   const RegistryHandle key = Open();
   // The system adds a zero to a text when it finds one after it.
-  SetRaw(L"Fits", REG_SZ, L"123456789", 8 * sizeof(wchar_t));
-  SetRaw(L"Zero", REG_SZ, L"12345678", 9 * sizeof(wchar_t));
-  SetRaw(L"Wide", REG_SZ, L"\x00fc\x00fc\x00fc\x00fc\x00fc", 5 * sizeof(wchar_t));
-  SetRaw(L"Ends", REG_SZ, L"12\0", 3 * sizeof(wchar_t));
-  SetRaw(L"Number", REG_BINARY, "1234", 4);
-  SetRaw(L"Short", REG_DWORD, "12", 2);
-  const struct {
-    const char* name;
-    ValueKind kind;
-    QueryResult result;
-    const char* bytes;
-  } cases[] = {
-      {"Fits", ValueKind::kText, QueryResult::kFound, "12345678"},
-      {"Zero", ValueKind::kText, QueryResult::kUnfit, ""},
-      {"Wide", ValueKind::kText, QueryResult::kUnfit, ""},
-      {"Ends", ValueKind::kText, QueryResult::kFound, "12"},
-      {"Number", ValueKind::kNumber, QueryResult::kUnfit, ""},
-      {"Short", ValueKind::kNumber, QueryResult::kUnfit, ""},
-      {"Number", ValueKind::kBinary, QueryResult::kFound, "1234"},
-      {"None", ValueKind::kText, QueryResult::kMissing, ""},
+  SetRaw(key, L"Fits", REG_SZ, L"123456789", 8 * sizeof(wchar_t));
+  SetRaw(key, L"Zero", REG_SZ, L"12345678", 9 * sizeof(wchar_t));
+  SetRaw(key, L"Wide", REG_SZ, L"\x00fc\x00fc\x00fc\x00fc\x00fc", 5 * sizeof(wchar_t));
+  SetRaw(key, L"Ends", REG_SZ, L"12\0", 3 * sizeof(wchar_t));
+  SetRaw(key, L"Number", REG_BINARY, "1234", 4);
+  SetRaw(key, L"Short", REG_DWORD, "12", 2);
+  const std::tuple<const char*, ValueKind, const char*> cases[] = {
+      {"Fits", ValueKind::kText, "12345678"},    {"Zero", ValueKind::kText, "(unfit)"},
+      {"Wide", ValueKind::kText, "(unfit)"},     {"Ends", ValueKind::kText, "12"},
+      {"Number", ValueKind::kNumber, "(unfit)"}, {"Short", ValueKind::kNumber, "(unfit)"},
+      {"None", ValueKind::kText, "(missing)"},
   };
-  for (const auto& c : cases) {
-    std::string bytes;
-    EXPECT_EQ(kRegistry.query(nullptr, key, c.name, c.kind, 8, bytes), c.result) << c.name;
-    EXPECT_EQ(bytes, c.bytes) << c.name;
-  }
+  for (const auto& [name, kind, bytes] : cases) EXPECT_EQ(Query(key, name, kind), bytes) << name;
   kRegistry.close(nullptr, key);
 }
 
 TEST_F(RegistryTest, TheTemplateIsReadOnly) {
   ASSERT_EQ(RegSetKeyValueW(HKEY_USERS, kTemplateKeyPath, L"IgcSite", REG_SZ, L"Fiesch", 12),
             ERROR_SUCCESS);
-  const RegistryHandle key = kRegistry.open(nullptr, RegistryKey::kTemplate).handle;
-  ASSERT_NE(key, kNoRegistryHandle);
-  std::string bytes;
-  EXPECT_EQ(kRegistry.query(nullptr, key, "IgcSite", ValueKind::kText, 80, bytes),
-            QueryResult::kFound);
-  EXPECT_EQ(bytes, "Fiesch");
+  const RegistryHandle key = Open(RegistryKey::kTemplate);
+  EXPECT_EQ(Query(key, "IgcSite", ValueKind::kText), "Fiesch");
   std::string reason;
   EXPECT_EQ(kRegistry.set(nullptr, key, "IgcSite", ValueKind::kText, "x", IfSet::kReplace, reason),
             -1);
@@ -145,23 +134,20 @@ TEST_F(RegistryTest, TheTemplateIsReadOnly) {
 
 TEST_F(RegistryTest, SecretsAreEncryptedAndBelongToTheirId) {
   const SecretFunctions secrets = Win32Secret();
-  kRegistry.close(nullptr, Open());
+  const RegistryHandle key = Open();
   std::string reason;
   std::string secret;
   ASSERT_EQ(secrets.store(nullptr, "P", "one", "hunter2", reason), SecretResult::kDone) << reason;
-  char encrypted[1000] = {};
-  DWORD size = sizeof encrypted;
-  ASSERT_EQ(RegGetValueW(HKEY_CURRENT_USER, kUserKeyPath, L"P one", RRF_RT_REG_BINARY, nullptr,
-                         encrypted, &size),
-            ERROR_SUCCESS);
-  EXPECT_EQ(std::string(encrypted, size).find("hunter2"), std::string::npos);
+  const std::string encrypted = QueryRaw(key, "P one", REG_BINARY);
+  EXPECT_EQ(encrypted.find("hunter2"), std::string::npos);
   EXPECT_EQ(secrets.load(nullptr, "P", "one", secret, reason), SecretResult::kDone) << reason;
   EXPECT_EQ(secret, "hunter2");
-  SetRaw(L"P two", REG_BINARY, encrypted, size);
+  SetRaw(key, L"P two", REG_BINARY, encrypted.data(), encrypted.size());
   EXPECT_EQ(secrets.load(nullptr, "P", "two", secret, reason), SecretResult::kFailed);
   EXPECT_EQ(secrets.erase(nullptr, "P", "one", reason), SecretResult::kDone);
   EXPECT_EQ(secrets.erase(nullptr, "P", "one", reason), SecretResult::kMissing);
   EXPECT_EQ(secrets.load(nullptr, "P", "one", secret, reason), SecretResult::kMissing);
+  kRegistry.close(nullptr, key);
 }
 
 }  // namespace
