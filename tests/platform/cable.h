@@ -14,6 +14,10 @@ inline const SerialFunctions& Serial() {
   return NativePlatform().serial;
 }
 
+inline uint64_t Tick_ms() {
+  return NativePlatform().clock.tick_ms(nullptr);
+}
+
 // An open port.
 struct Port {
   explicit Port(const std::string& name, const SerialSettings& settings = {}) {
@@ -56,6 +60,15 @@ struct Port {
       all += part;
     }
     return all;
+  }
+
+  // Writes what nobody takes. Returns how long the write that failed took; 0 when none did.
+  uint64_t WriteUntilItFails() const {
+    for (int i = 0; i < 10000; ++i) {
+      const uint64_t start_ms = Tick_ms();
+      if (Write(std::string(100, 'x')) != 0) return Tick_ms() - start_ms;
+    }
+    return 0;
   }
 
   int Write(const std::string& bytes) const {

@@ -29,6 +29,7 @@ std::vector<NoPort> NoPorts() {
       {"/etc/passwd", PortProblem::kOther, "/etc/passwd is not a serial port"},
       {"/dev/null", PortProblem::kOther, "/dev/null is not a serial port"},
       {"COM7", PortProblem::kMissing, "There is no port 7: --ports lists the ports"},
+      {"dev/null", PortProblem::kMissing, "There is no port dev/null: --ports lists the ports"},
       {"", PortProblem::kMissing, "There is no port"},
   };
 }

@@ -46,9 +46,7 @@ TEST(PosixSerialRead, DeliversTheLastBytesBeforeTheEnd) {
 
 TEST_F(PosixSerial, AFailedWriteEmptiesTheOutput) {
   const Port port(cable.name);
-  int result = 0;
-  for (int i = 0; i < 10000 && result == 0; ++i) result = port.Write(std::string(100, 'x'));
-  ASSERT_EQ(result, -1);
+  ASSERT_GT(port.WriteUntilItFails(), 0U);
   EXPECT_EQ(port.Write("x"), 0);
 }
 
@@ -61,33 +59,26 @@ TEST_F(PosixSerial, ConfiguringReleasesStoppedOutput) {
 }
 
 TEST_F(PosixSerial, SettingsReachTheDevice) {
-  const struct {
-    SerialSettings settings;
-    speed_t speed;
-  } cases[] = {{{.baud = 4800}, B4800},
-               {{.baud = 9600, .xon_xoff = true}, B9600},
-               {{.baud = 38400}, B38400},
-               {{.baud = 57600, .xon_xoff = true}, B57600},
-               {{.baud = 115200}, B115200}};
+  const std::pair<uint32_t, speed_t> cases[] = {
+      {4800, B4800}, {9600, B9600}, {38400, B38400}, {57600, B57600}, {115200, B115200}};
   const Port port(cable.name);
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.settings.baud);
-    port.Configure(c.settings);
+  for (const auto& [baud, speed] : cases) {
+    SCOPED_TRACE(baud);
+    const bool xon_xoff = baud == 9600;
+    port.Configure({.baud = baud, .xon_xoff = xon_xoff});
     termios state{};
     ASSERT_EQ(tcgetattr(static_cast<int>(port.handle), &state), 0);
-    EXPECT_EQ(cfgetospeed(&state), c.speed);
-    EXPECT_EQ(cfgetispeed(&state), c.speed);
+    EXPECT_EQ(cfgetospeed(&state), speed);
+    EXPECT_EQ(cfgetispeed(&state), speed);
     EXPECT_EQ(state.c_cflag & (CSIZE | PARENB | CSTOPB | CRTSCTS | CLOCAL | CREAD),
               static_cast<tcflag_t>(CS8 | CLOCAL | CREAD));
-    EXPECT_EQ(state.c_iflag, static_cast<tcflag_t>(c.settings.xon_xoff ? IXON | IXOFF : 0));
+    EXPECT_EQ(state.c_iflag, static_cast<tcflag_t>(xon_xoff ? IXON | IXOFF : 0));
     EXPECT_EQ(state.c_lflag & (ICANON | ECHO | ISIG | IEXTEN), 0U);
     EXPECT_EQ(state.c_oflag & OPOST, 0U);
     EXPECT_EQ(state.c_cc[VSTART], 0x11);
     EXPECT_EQ(state.c_cc[VSTOP], 0x13);
   }
-  for (const uint32_t baud : {0U, 19200U}) {
-    EXPECT_EQ(Serial().configure(nullptr, port.handle, {.baud = baud}), SetupStep::kSetState);
-  }
+  EXPECT_EQ(Serial().configure(nullptr, port.handle, {.baud = 19200}), SetupStep::kSetState);
 }
 
 // The exclusive flag stops a program that knows nothing of locks; only root passes it.
@@ -106,29 +97,9 @@ TEST_F(PosixSerial, KeepsOutProgramsThatDoNotLock) {
   EXPECT_EQ(InChild(open_as_user), 1);
 }
 
-// Why a user without privileges cannot open the port.
-std::string ReasonForUser(const std::string& port) {
-  int ends[2] = {-1, -1};
-  if (pipe2(ends, O_CLOEXEC) != 0) return {};
-  InChild([&] {
-    if (seteuid(65534) != 0) return 1;
-    const PortOpening opening = Serial().open(nullptr, port);
-    if (opening.problem != PortProblem::kDenied) return 1;
-    return write(ends[1], opening.reason.data(), opening.reason.size()) < 0 ? 1 : 0;
-  });
-  close(ends[1]);
-  std::string reason;
-  Port(SerialHandle{ends[0]}).Read(reason, 500);
-  return reason;
-}
-
 TEST_F(PosixSerial, SaysHowToGetPermission) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can hand a device to another group";
-  const struct {
-    mode_t mode;
-    gid_t group;
-    std::string reason;
-  } cases[] = {
+  const std::tuple<mode_t, gid_t, std::string> cases[] = {
       {0660, 54321,
        "No permission for " + cable.name +
            ": add yourself to the group \"54321\" that owns the port (sudo usermod -aG 54321 "
@@ -136,16 +107,18 @@ TEST_F(PosixSerial, SaysHowToGetPermission) {
       {0660, 1, "the group \"daemon\" that owns the port (sudo usermod -aG daemon $USER)"},
       {0620, 1, "only its owner may use the port"},
   };
-  for (const auto& c : cases) {
-    ASSERT_EQ(chown(name, 0, c.group), 0);
-    ASSERT_EQ(chmod(name, c.mode), 0);
-    EXPECT_THAT(ReasonForUser(cable.name), HasSubstr(c.reason));
+  for (const auto& [mode, group, reason] : cases) {
+    ASSERT_EQ(chown(name, 0, group), 0);
+    ASSERT_EQ(chmod(name, mode), 0);
+    const int failed = InChild([&, &reason = reason] {
+      if (seteuid(65534) != 0) return 2;
+      const PortOpening opening = Serial().open(nullptr, cable.name);
+      EXPECT_EQ(opening.problem, PortProblem::kDenied);
+      EXPECT_THAT(opening.reason, HasSubstr(reason));
+      return HasFailure() ? 1 : 0;
+    });
+    EXPECT_EQ(failed, 0) << reason;
   }
-}
-
-TEST(PosixSerialNames, OnlyPathsAreNames) {
-  EXPECT_TRUE(IsPortName("/dev/ttyUSB0"));
-  for (const char* text : {"", "1", "COM1", "dev/ttyUSB0"}) EXPECT_FALSE(IsPortName(text)) << text;
 }
 
 }  // namespace
