@@ -21,7 +21,7 @@ cmp "$deb" "$again" || fail "two packages of the same sources differ"
 
 # Documents for pilots may come and go; none may lead to one that is not there.
 dpkg-deb -c "$deb" | awk '!/\/$/ {print $1, $2, $6}' |
-  grep -v '^-rw-r--r-- root/root ./usr/share/doc/skyhaul/[a-z-]*\.md$' >"$scratch/files"
+  grep -v '^-rw-r--r-- root/root ./usr/share/doc/skyhaul/[A-Za-z-]*\.md$' >"$scratch/files"
 diff - "$scratch/files" <<'END' || fail "the package holds other files"
 -rwxr-xr-x root/root ./usr/bin/skyhaul
 -rwxr-xr-x root/root ./usr/bin/skyhaul-instrument
@@ -36,6 +36,8 @@ diff - "$scratch/files" <<'END' || fail "the package holds other files"
 END
 dpkg-deb -f "$deb" Depends | grep -q 'libc6 (>= ' || fail "no dependency on the C library"
 expect "Recommends" libsecret-1-0 "$(dpkg-deb -f "$deb" Recommends)"
+
+lintian --allow-root --fail-on error,warning "$deb" || fail "lintian has found something"
 
 root=$scratch/root
 dpkg-deb -x "$deb" "$root"
