@@ -31,7 +31,7 @@ void RunStep(void* argument) {
 TEST(OwnerQueue, RunsEachThreadsRoutinesInOrderOnTheOwner) {
   constexpr int kSteps = 200;
   Owner owner;
-  std::vector<Step> steps(2 * kSteps);
+  std::vector<Step> steps(size_t{2} * kSteps);
   const auto post = [&](int from) {
     for (int i = from; i < from + kSteps; ++i) {
       steps[i] = {.owner = &owner, .number = i};

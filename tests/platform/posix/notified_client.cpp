@@ -1,5 +1,6 @@
 #include "tests/platform/notified_client.h"
 
+#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -23,7 +24,7 @@ NotifiedClient::NotifiedClient(const std::string& name)
   address.sun_family = AF_UNIX;
   std::copy(name.begin(), name.end(), address.sun_path);
   unlink(name.c_str());
-  bind(own->socket.fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+  EXPECT_EQ(bind(own->socket.fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
 }
 
 // The socket's file stays, as that of a client that crashed.
