@@ -49,7 +49,7 @@ class SessionBench : public testing::Test {
   Result RunToEnd(Start start) {
     std::optional<Result> result;
     start([&](Result ended) { result = std::move(ended); });
-    while (!result.has_value()) RunNextRoutine(recorder.owner);
+    while (!result.has_value()) RunNextRoutine(*recorder.owner);
     return std::move(*result);
   }
 

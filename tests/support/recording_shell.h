@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,8 @@ struct RecordingShell {
   std::vector<uint32_t> choice = {0};  // what choose_tracks picks; empty: nothing
   std::vector<TrackListEntry> list;    // what choose_tracks was shown
   std::vector<uint32_t> chosen;        // of the flights that tracks_chosen showed
-  OwnerQueue owner;                    // what run_on_owner was handed
+  // What run_on_owner was handed; elsewhere, so that a test can begin anew with an empty recorder.
+  std::unique_ptr<OwnerQueue> owner = std::make_unique<OwnerQueue>();
 };
 
 inline RecordingShell& RecorderOf(void* context) {
@@ -51,7 +53,7 @@ inline Shell MakeShell(RecordingShell& recorder) {
                  const std::vector<uint32_t>& chosen) { RecorderOf(context).chosen = chosen; },
           .run_on_owner =
               [](void* context, void (*routine)(void*), void* argument) {
-                PostToOwner(RecorderOf(context).owner, routine, argument);
+                PostToOwner(*RecorderOf(context).owner, routine, argument);
               }};
 }
 
