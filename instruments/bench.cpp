@@ -165,7 +165,7 @@ void JoinThread(void* /*context*/, ThreadHandle thread) {
   native.join(native.context, thread);
 }
 
-int Tell(void* context, const std::string& client, const std::string& text) {
+int SendToClient(void* context, const std::string& client, const std::string& text) {
   Bench& bench = Of(context);
   if (bench.missed_texts > 0) {
     --bench.missed_texts;
@@ -188,7 +188,7 @@ Platform BenchPlatform(Bench& bench) {
                      .name_of = NameOf},
           .clock = {.context = &bench, .tick_ms = Tick_ms, .wait = Wait, .unix_time_s = UnixTime_s},
           .thread = {.context = &bench, .start = StartThread, .join = JoinThread},
-          .notifier = {.context = &bench, .send = Tell}};
+          .notifier = {.context = &bench, .send = SendToClient}};
 }
 
 }  // namespace skyhaul

@@ -134,20 +134,19 @@ bool AnswerTo(Simulator& simulator, std::string_view body, Answer& answer) {
 
 // --- Sentences -----------------------------------------------------------------------------------
 
-void Tell(const Simulator& simulator, const char* what, std::string_view sentence,
-          uint64_t now_ns) {
+void Log(const Simulator& simulator, const char* what, std::string_view sentence, uint64_t now_ns) {
   if (simulator.log == nullptr) return;
   simulator.log(simulator.log_context, what + std::string(sentence), now_ns);
 }
 
 void HandleSentence(Simulator& simulator, Wire& wire, std::string_view sentence, uint64_t now_ns) {
   const std::string_view body = SoundBody(sentence);
-  if (body.empty()) return Tell(simulator, "no sound checksum: ", sentence, now_ns);
+  if (body.empty()) return Log(simulator, "no sound checksum: ", sentence, now_ns);
   Answer answer;
   if (!AnswerTo(simulator, body, answer)) {
-    return Tell(simulator, "nothing to answer: ", sentence, now_ns);
+    return Log(simulator, "nothing to answer: ", sentence, now_ns);
   }
-  Tell(simulator, "answering ", sentence, now_ns);
+  Log(simulator, "answering ", sentence, now_ns);
   uint64_t when_ns = now_ns + simulator.xoff_delay_ns;
   Send(wire, std::string_view("\x13"), when_ns);
   when_ns += simulator.thinking_ns;

@@ -66,7 +66,7 @@ int LoadFlights(const Choices& choices, std::vector<StoredFlight>& flights) {
   return 0;
 }
 
-void TellLog(void* context, std::string_view text, uint64_t now_ns) {
+void WriteRemark(void* context, std::string_view text, uint64_t now_ns) {
   LogRemark(*static_cast<ConversationLog*>(context), text, now_ns);
 }
 
@@ -79,7 +79,7 @@ int Run(const Choices& choices, ConversationLog* log) {
                       .software = choices.software,
                       .refusal = choices.refusal};
   if (log != nullptr) {
-    simulator.log = TellLog;
+    simulator.log = WriteRemark;
     simulator.log_context = log;
   }
   if (const int status = LoadFlights(choices, simulator.flights); status != 0) return status;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* kTitle = "Registry access error";
 
-void TellNotes(const SettingsStore& store, RegistryHandle key, const Operation& operation) {
+void ShowNotes(const SettingsStore& store, RegistryHandle key, const Operation& operation) {
   for (const std::string& note : store.registry->take_notes(store.registry->context, key)) {
     ShowStatus(operation, note);
   }
@@ -54,7 +54,7 @@ void ReadTemplate(SettingsStore& store, const Operation& operation) {
   for (const SettingDescriptor& setting : SettingTable()) {
     ReadSetting(store, opening.handle, setting);
   }
-  TellNotes(store, opening.handle, operation);
+  ShowNotes(store, opening.handle, operation);
   registry.close(registry.context, opening.handle);
 }
 
@@ -81,7 +81,7 @@ int LoadSettings(const RegistryFunctions& registry, const Operation& operation,
   } else {
     ReadUsers(store, opening.handle, may_write);
   }
-  if (open) TellNotes(store, opening.handle, operation);
+  if (open) ShowNotes(store, opening.handle, operation);
   if (open && !may_write) registry.close(registry.context, opening.handle);
   return 0;
 }

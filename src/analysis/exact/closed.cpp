@@ -130,7 +130,7 @@ void Halve(ClosedSearch& search, const Candidate& candidate, size_t turnpoint) {
     child.ranges[turnpoint] = halves[i];
     // A part cannot score more than the whole, even when its own bound happens to be weaker.
     child.bound_m = std::min(candidate.bound_m, BoundOf(search, child));
-    if (child.bound_m > FloorOf(search.best)) Push(search.queue, child);
+    if (child.bound_m > FloorOf(search.best)) AddCandidate(search.queue, child);
   }
 }
 
@@ -148,7 +148,7 @@ double SearchClosed(ClosedSearch& search) {
   const TreeNode all = {TopLevel(tree), 0};
   search.queue.limit = kCandidatesPerFix * SizeOf(tree) + kLeastCandidates;
   // No triangle has a longer perimeter, and no out-and-return more than twice the extent.
-  Push(search.queue, {3 * Extent_m(tree), {all, all, all}});
+  AddCandidate(search.queue, {3 * Extent_m(tree), {all, all, all}});
   Candidate candidate;
   while (Pop(search.queue, candidate)) {
     // Pushed when the best was less.

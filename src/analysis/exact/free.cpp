@@ -202,7 +202,7 @@ double SearchFree(ExactSearch& shared, OptimiseTask task, TaskResult& best) {
   NoteBound(shared.progress, bound_m, FloorOf(best));
   bool fixes = false;
   while (!search.layers[0].nodes.empty() && !fixes) {
-    Walk(search);
+    SearchLayers(search);
     // A walk that was broken off has bounded nothing: the bound of the round before holds.
     if (shared.stopped) return std::max(bound_m, best.score_m);
     bound_m = std::min(bound_m, std::max(GreatestSum_m(search), FloorOf(best)));

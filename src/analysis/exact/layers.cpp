@@ -105,7 +105,7 @@ double ThroughLeg_m(const FreeSearch& search, size_t list, size_t from, size_t t
   return Most(sums, corners.count);
 }
 
-void Walk(FreeSearch& search) {
+void SearchLayers(FreeSearch& search) {
   const size_t last = search.layers.size() - 1;
   for (size_t k = 0; k <= last; ++k) PrepareSums(search.layers[k], k == 0 ? 0 : kNothing_m);
   for (size_t k = 1; k <= last; ++k) WalkForward(search, k);

@@ -48,13 +48,13 @@ struct FreeSearch {
 bool Ruled(const FreeSearch& search, size_t leg);
 
 // Upper bounds of the sum of all legs of a track that passes through a candidate, and through both
-// ends of a leg. After Walk.
+// ends of a leg. After SearchLayers.
 double ThroughNode_m(const FreeSearch& search, const Layer& layer, size_t at);
 double ThroughLeg_m(const FreeSearch& search, size_t list, size_t from, size_t to);
 
 // Fills the sums of every candidate from both sides. Sums that cannot lead above the floor may be
 // left too low, which throws nothing else away. Incomplete when the search was given up.
-void Walk(FreeSearch& search);
+void SearchLayers(FreeSearch& search);
 
 // Calls look(from, to, longest_m) for the legs of a list that the rules do not forbid; longest_m is
 // an upper bound by balls. Ends early when the search has to be given up.

@@ -28,7 +28,7 @@ inline bool HasLowerBound(const Candidate& a, const Candidate& b) {
   return a.bound_m < b.bound_m;
 }
 
-inline void Push(CandidateQueue& queue, const Candidate& candidate) {
+inline void AddCandidate(CandidateQueue& queue, const Candidate& candidate) {
   if (queue.heap.size() >= queue.limit) {
     queue.stack.push_back(candidate);
     return;

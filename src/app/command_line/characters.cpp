@@ -18,14 +18,4 @@ std::string CutToCharacters(std::string_view text, size_t max_characters) {
   return cut;
 }
 
-char UpperCase(char byte) {
-  return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - 'a' + 'A') : byte;
-}
-
-std::string UpperCase(std::string_view text) {
-  std::string upper(text);
-  for (char& byte : upper) byte = UpperCase(byte);
-  return upper;
-}
-
 }  // namespace skyhaul

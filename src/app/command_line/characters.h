@@ -21,8 +21,4 @@ void AppendWithin(char byte, size_t max_characters, size_t& seen, std::string& t
 // The first characters of a text, at most max_characters.
 std::string CutToCharacters(std::string_view text, size_t max_characters);
 
-// a-z become A-Z, everything else stays, whatever the locale.
-char UpperCase(char byte);
-std::string UpperCase(std::string_view text);
-
 }  // namespace skyhaul

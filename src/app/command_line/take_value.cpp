@@ -4,6 +4,7 @@
 
 #include "app/command_line/characters.h"
 #include "app/command_line/value_text.h"
+#include "core/text/letter_case.h"
 
 namespace skyhaul {
 

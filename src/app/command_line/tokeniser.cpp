@@ -1,6 +1,7 @@
 #include "app/command_line/tokeniser.h"
 
 #include "app/command_line/characters.h"
+#include "core/text/letter_case.h"
 
 namespace skyhaul {
 
@@ -32,7 +33,7 @@ int FeedKeyword(Tokeniser& tokeniser, char byte) {
   if (byte == '=') {
     tokeniser.state = TokeniserState::kValue;
   } else {
-    AppendWithin(UpperCase(byte), kMaxKeyword, tokeniser.keyword_seen, tokeniser.item.keyword);
+    AppendWithin(UpperLetter(byte), kMaxKeyword, tokeniser.keyword_seen, tokeniser.item.keyword);
   }
   return 1;
 }

@@ -28,7 +28,7 @@ int FailWithNumber(const Job& job, const char* text, int error) {
   return Fail(job, FormatCountMessage(text, static_cast<uint32_t>(-error)));
 }
 
-void TellOpened(const Job& job, const CtrReceiver& receiver) {
+void ShowOpened(const Job& job, const CtrReceiver& receiver) {
   ShowStatus(job.operation, "Receiving CTR list");
   const auto count = static_cast<uint32_t>(receiver.airspaces.size());
   ShowProgress(job.operation, FormatCountMessage("CTR %", count));
@@ -45,7 +45,7 @@ int ReceiveCtrs(Job& job, CtrReceiver& receiver) {
     if (framing != 0) return framing < 0 ? Feed::kDone : Feed::kMore;
     const size_t before = receiver.airspaces.size();
     content = TakeCtrSentence(receiver, recogniser.text);
-    if (receiver.airspaces.size() > before) TellOpened(job, receiver);
+    if (receiver.airspaces.size() > before) ShowOpened(job, receiver);
     return content == 1 ? Feed::kMore : Feed::kDone;
   };
   const int result =

@@ -89,14 +89,14 @@ int AwaitAnswer(Job& job, const std::string& name) {
   return 0;
 }
 
-void TellProgress(const Job& job, const char* text, uint32_t number, const CtrProgress& progress,
-                  const std::string& name) {
+void ShowUploadProgress(const Job& job, const char* text, uint32_t number,
+                        const CtrProgress& progress, const std::string& name) {
   ShowProgress(job.operation, FormatCountMessage(text, number, progress.total) + name,
                static_cast<int>(uint64_t{progress.taken} * 100 / std::max(progress.total, 1U)));
 }
 
 int SendCtr(Job& job, const CtrRecord& record, const std::string& field, CtrProgress& progress) {
-  TellProgress(job, "Sending CTR %/%: ", progress.taken + 1, progress, record.name);
+  ShowUploadProgress(job, "Sending CTR %/%: ", progress.taken + 1, progress, record.name);
   const int sent = SendLines(job, CtrLines(record, field), progress);
   if (sent != 0) return sent;
   const int answered = AwaitAnswer(job, record.name);
@@ -105,7 +105,7 @@ int SendCtr(Job& job, const CtrRecord& record, const std::string& field, CtrProg
     return answered;
   }
   job.data.sent = ++progress.taken;
-  TellProgress(job, "CTR %/% taken: ", progress.taken, progress, record.name);
+  ShowUploadProgress(job, "CTR %/% taken: ", progress.taken, progress, record.name);
   Pause(job.link, kBeforeNextCtr_ms);
   return 0;
 }

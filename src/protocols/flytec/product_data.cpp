@@ -55,7 +55,7 @@ int AskOnce(Job& job, ProductData& data) {
 }
 
 // Shows why a request failed. A time-out has no message here: the caller counts the attempts.
-void TellFailure(const Job& job, int failure) {
+void ShowFailure(const Job& job, int failure) {
   switch (failure) {
     case kWriteFailed:
       return ShowMessage(job.operation, "COM port write error", "Requesting GPS product data");
@@ -76,7 +76,7 @@ int AskWithAttempts(Job& job, ProductData& data) {
                                                    (attempts - used) / kAttemptsPerRequest));
     const int result = AskOnce(job, data);
     if (result == kTimedOut) continue;
-    TellFailure(job, result);
+    ShowFailure(job, result);
     return result;
   }
   ShowMessage(job.operation, "No valid response from GPS", kTitle);
@@ -86,7 +86,7 @@ int AskWithAttempts(Job& job, ProductData& data) {
 int AskOnCandidate(Job& job) {
   ProductData data;
   const int result = AskOnce(job, data);
-  if (result == kNoPilotName) TellFailure(job, result);
+  if (result == kNoPilotName) ShowFailure(job, result);
   // The search goes on to the next port after a failure to write, as after a failure to read.
   return result == kWriteFailed ? kPortFailed : result;
 }

@@ -10,7 +10,7 @@ namespace skyhaul::flytec {
 namespace {
 
 // A flight whose fixes are a second apart from so many minutes after midnight on.
-std::string Igc(int minute, int fixes, const char* seal = "G0123456789ABCDEF\r\n") {
+std::string Igc(int minute, int fixes, const char* security = "G0123456789ABCDEF\r\n") {
   std::string text = "AXSH000 6030\r\nHFDTE270417\r\n";
   for (int i = 0; i < fixes; ++i) {
     const int now = minute + i / 60;
@@ -19,7 +19,7 @@ std::string Igc(int minute, int fixes, const char* seal = "G0123456789ABCDEF\r\n
                   now % 60, i % 60, i);
     text += line;
   }
-  return text + seal;
+  return text + security;
 }
 
 constexpr int kNoon = 12 * 60;
@@ -93,7 +93,7 @@ TEST(TrackLogJob, SeveralFlightsAreJoinedInTheOrderOfTimeWithoutOverlapOrLongGap
     const Flight& flight = b.job.data.flights[0];
     EXPECT_TRUE(std::ranges::is_sorted(flight.points, {}, &TrackPoint::time));
     EXPECT_EQ(flight.points[static_cast<size_t>(fixes)].segment_start, 1U);
-    EXPECT_EQ(flight.instrument_igc.text, "") << "no seal covers both";
+    EXPECT_EQ(flight.instrument_igc.text, "") << "no security covers both";
   }
 }
 
