@@ -23,11 +23,6 @@ void RequireGoodSegment(const AirspaceSegment& segment) {
   Require(segment.direction == kClockwise || segment.direction == kCounterClockwise);
 }
 
-bool SameLimit(const AirspaceLimit& left, const AirspaceLimit& right) {
-  return left.reference == right.reference && left.unit == right.unit &&
-         left.value == right.value && left.text == right.text;
-}
-
 bool Near(double left, double right) {
   return std::abs(left - right) < 3e-6;
 }
@@ -49,11 +44,8 @@ bool CanBeWritten(const AirspaceSegment& segment) {
 void RequireSame(const CtrRecord& left, const CtrRecord& right) {
   Require(left.name == right.name);
   Require(left.airspace_class == right.airspace_class || left.airspace_class.empty());
-  Require(SameLimit(left.floor, right.floor) && SameLimit(left.ceiling, right.ceiling));
-  Require(left.segments.size() == right.segments.size());
-  for (size_t i = 0; i < left.segments.size(); ++i) {
-    Require(SameSegment(left.segments[i], right.segments[i]));
-  }
+  Require(left.floor == right.floor && left.ceiling == right.ceiling);
+  Require(std::ranges::equal(left.segments, right.segments, SameSegment));
 }
 
 void RequireWrittenBack(const openair::AirspaceFile& file) {

@@ -23,6 +23,8 @@ struct AirspaceLimit {
   LimitUnit unit = LimitUnit::kFeet;  // of kGround and kSea
   double value = 0;                   // in the unit, or a flight level's number
   std::string text;                   // as the file wrote it; empty when it came from no file
+
+  friend bool operator==(const AirspaceLimit&, const AirspaceLimit&) = default;
 };
 
 // The kinds of segments, in the numbers that instruments and traces know.
@@ -53,6 +55,8 @@ struct AirspaceSegment {
   double start_bearing_deg = 0;  // kArcByBearings, from true north
   double end_bearing_deg = 0;    // kArcByBearings
   char direction = kClockwise;   // both kinds of arc
+
+  friend bool operator==(const AirspaceSegment&, const AirspaceSegment&) = default;
 };
 
 // An airspace, which instruments call a CTR.
