@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 
 #include <clocale>
-#include <cstdio>
 
 #include "device/position_reports.h"
 #include "formats/compegps/write_compegps.h"
@@ -16,7 +15,7 @@
 #include "formats/openair/write_openair.h"
 #include "formats/ozi/ozi_track.h"
 #include "formats/ozi/write_ozi.h"
-#include "tests/formats/sample_waypoints.h"
+#include "tests/formats/waypoint_files.h"
 
 namespace skyhaul {
 namespace {
@@ -60,10 +59,8 @@ std::string EveryText() {
 // True when a locale that writes 0,5 is there and has been set.
 bool SetDecimalComma() {
   for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "German_Germany.1252"}) {
-    char half[8] = {};
-    if (std::setlocale(LC_ALL, name) == nullptr) continue;
-    (void)std::snprintf(half, sizeof half, "%.1f", 0.5);
-    if (std::string_view(half) == "0,5") return true;
+    const bool is_set = std::setlocale(LC_ALL, name) != nullptr;
+    if (is_set && *std::localeconv()->decimal_point == ',') return true;
   }
   return false;
 }

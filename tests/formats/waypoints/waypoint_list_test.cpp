@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "tests/formats/waypoint_files.h"
+
 namespace skyhaul {
 namespace {
 
@@ -11,11 +13,8 @@ TEST(UnfitWaypoints, TakesTextThatFillsItsRoom) {
   WaypointRecord record = {.altitude = 3, .time = 4, .type = kWaypointAirfield};
   std::ranges::fill(record.name, 'N');
   record.description[0] = '\xFC';
-  const FileWaypoint waypoint = UnfitWaypoints({&record, 1}).at(0);
-  EXPECT_EQ(waypoint.name + waypoint.description, "NNNNNNNü");
-  EXPECT_EQ(waypoint.altitude_m, 3);
-  EXPECT_EQ(waypoint.time, 4U);
-  EXPECT_EQ(waypoint.type, kWaypointAirfield);
+  EXPECT_EQ(Shown({.waypoints = UnfitWaypoints({&record, 1}), .notes = {}}),
+            "0 0 3 NNNNNNN|ü @4 type 1\n");
 }
 
 }  // namespace
