@@ -5,9 +5,7 @@
 #include "fuzz/waypoint_file.h"
 
 void skyhaul::Fuzz(std::string_view text) {
-  const WaypointFormat format = {compegps::LooksLike, compegps::Read, compegps::Write,
-                                 [](const FileWaypoint& before, const FileWaypoint& after) {
-                                   return IsNear(before, after, 0) && before.time == after.time;
-                                 }};
+  constexpr WaypointFormat format = {compegps::LooksLike, compegps::Read, compegps::Write,
+                                     IsSamePlaceAndTime};
   RequireWrittenBack(format, ReadWaypoints(format, text));
 }

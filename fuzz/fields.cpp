@@ -2,6 +2,8 @@
 
 #include "protocols/sentence/fields.h"
 
+#include <cmath>
+
 #include "core/shell.h"
 #include "fuzz/frame.h"
 #include "protocols/flytec/product_data.h"
@@ -9,21 +11,6 @@
 #include "protocols/sentence/positions.h"
 
 namespace skyhaul {
-
-namespace {
-
-void RequirePosition(std::string_view digits, std::string_view hemisphere) {
-  double latitude_rad = 0;
-  if (ParseLatitude(digits, hemisphere, latitude_rad) == 0) {
-    Require(latitude_rad > -1.6 && latitude_rad < 1.6);
-  }
-  double longitude_rad = 0;
-  if (ParseLongitude(digits, hemisphere, longitude_rad) == 0) {
-    Require(longitude_rad > -3.2 && longitude_rad < 3.2);
-  }
-}
-
-}  // namespace
 
 void Fuzz(std::string_view line) {
   const auto fields = SplitFields(line, 10);
@@ -38,7 +25,11 @@ void Fuzz(std::string_view line) {
 
   std::string_view rest = line;
   std::string_view digits;
-  if (SplitField(rest, digits)) RequirePosition(digits, rest);
+  if (SplitField(rest, digits)) {
+    double angle_rad = 0;
+    if (ParseLatitude(digits, rest, angle_rad) == 0) Require(std::abs(angle_rad) < 1.6);
+    if (ParseLongitude(digits, rest, angle_rad) == 0) Require(std::abs(angle_rad) < 3.2);
+  }
 
   TrackListEntry entry;
   if (flytec::ParseTrackListLine(line, entry) == nullptr) {

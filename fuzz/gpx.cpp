@@ -22,7 +22,7 @@ bool LooksLikeAny(std::string_view text) {
 }
 
 bool IsSame(const FileWaypoint& before, const FileWaypoint& after) {
-  return IsNear(before, after, 0) && before.time == after.time && before.type == after.type &&
+  return IsSamePlaceAndTime(before, after) && before.type == after.type &&
          IsSameText(before.name, after.name) && IsSameText(before.description, after.description);
 }
 

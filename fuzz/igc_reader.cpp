@@ -1,6 +1,8 @@
-// Any bytes as an IGC file: the readers must survive them and keep what they promise.
+// Any bytes as an IGC file and as the lines of an instrument: both readers must survive them and
+// keep what they promise.
 
 #include "core/units.h"
+#include "formats/igc/decode_line.h"
 #include "formats/igc/header.h"
 #include "formats/igc/read_igc.h"
 #include "formats/igc/security_record.h"
@@ -11,22 +13,44 @@ namespace skyhaul {
 
 namespace {
 
-bool IsFixOfAFile(const TrackPoint& point, bool first) {
-  constexpr int32_t kPole = 1 << 30;
+bool IsFix(const TrackPoint& point, bool first, int32_t max_latitude) {
   return point.segment_start == (first ? 1U : 0U) && point.time != 0 &&
-         point.milliseconds <= (first ? 999U : 0U) && std::abs(point.lat) <= kPole &&
+         point.milliseconds <= (first ? 999U : 0U) && std::abs(point.lat) <= max_latitude &&
          point.pressure_alt >= -9999 && point.pressure_alt <= 99999 && point.gps_alt_dm >= -99990 &&
          point.gps_alt_dm <= 999990 && point.gps_alt_dm % 10 == 0 && point.extra == 0;
 }
 
 void RequireGoodFlight(const std::vector<TrackPoint>& points) {
   for (size_t i = 0; i < points.size(); ++i) {
-    Require(IsFixOfAFile(points[i], i == 0));
+    Require(IsFix(points[i], i == 0, 1 << 30));
     if (i == 0) continue;
     // No repeated second, and never back by an hour.
     Require(points[i].time != points[i - 1].time);
     Require(points[i].time + uint64_t{3600} > points[i - 1].time);
   }
+}
+
+// Each answer of the decoder must agree with what the line did.
+void FeedLine(igc::Decoder& decoder, std::string_view line) {
+  const igc::Decoder before = decoder;
+  const int result = igc::DecodeLine(decoder, line);
+  Require(result >= -igc::kBadGpsAltitude && result <= 1);
+  Require(decoder.points.size() == before.points.size() + (result == 1 ? 1 : 0));
+  Require(std::equal(before.points.begin(), before.points.end(), decoder.points.begin()));
+  if (result == 1) {
+    const TrackPoint& point = decoder.points.back();
+    const TrackPoint& previous = before.points.empty() ? point : before.points.back();
+    // Minutes are not held below 60: up to 89 degrees and 99.999 minutes.
+    Require(IsFix(point, before.points.empty(), 1'081'700'000) && point.milliseconds == 0);
+    Require(point.time + uint64_t{3600} > previous.time);
+    Require(decoder.start_time == decoder.points.front().time);
+  }
+  if (result < 0) {
+    Require(decoder.date == before.date && decoder.day_offset_s == before.day_offset_s);
+    Require(decoder.last_time_of_day_s == before.last_time_of_day_s);
+    Require(decoder.manufacturer == before.manufacturer && decoder.serial == before.serial);
+  }
+  Require(decoder.manufacturer.size() == decoder.serial.size());
 }
 
 // The degrees that the reader accepts end below 90 and 180; the minutes reach them all the same.
@@ -66,6 +90,9 @@ void Fuzz(std::string_view text) {
   const igc::Header header = igc::ReadHeader(text);
   Require(header.pilot.find_first_of(std::string_view("\r\n\0\x1b", 4)) == std::string::npos);
   igc::CheckSecurityRecord(text);
+
+  igc::Decoder decoder;
+  while (!text.empty()) FeedLine(decoder, TakeLine(text));
 }
 
 }  // namespace skyhaul

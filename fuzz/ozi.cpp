@@ -5,9 +5,7 @@
 #include "fuzz/waypoint_file.h"
 
 void skyhaul::Fuzz(std::string_view text) {
-  const WaypointFormat format = {ozi::LooksLikeWaypoints, ozi::ReadWaypoints, ozi::WriteWaypoints,
-                                 [](const FileWaypoint& before, const FileWaypoint& after) {
-                                   return IsNear(before, after, 0) && before.time == after.time;
-                                 }};
+  constexpr WaypointFormat format = {ozi::LooksLikeWaypoints, ozi::ReadWaypoints,
+                                     ozi::WriteWaypoints, IsSamePlaceAndTime};
   RequireWrittenBack(format, ReadWaypoints(format, text));
 }

@@ -8,19 +8,11 @@ namespace skyhaul {
 
 namespace {
 
-std::string ValueOf(const SettingsText& settings, std::string_view name) {
-  const ptrdiff_t place = FindSetting(settings, name);
-  Require(place >= 0);
-  return settings.lines[static_cast<size_t>(place)].value;
-}
-
 void RequireTextsKept(const SettingsText& before, const SettingsText& after) {
-  Require(before.lines.size() == after.lines.size());
-  Require(before.notes == after.notes);
-  for (size_t i = 0; i < before.lines.size(); ++i) {
-    Require(before.lines[i].name == after.lines[i].name);
-    Require(before.lines[i].value == after.lines[i].value);
-  }
+  const auto same = [](const SettingsLine& one, const SettingsLine& other) {
+    return one.name == other.name && one.value == other.value;
+  };
+  Require(before.notes == after.notes && std::ranges::equal(before.lines, after.lines, same));
 }
 
 void RequireKindsRead(const std::string& value) {
@@ -50,7 +42,8 @@ void Fuzz(std::string_view text) {
   PutSetting(settings, "IgcSite", value, true);
   Require(settings.lines.size() <= lines + 1);
   settings = ParseSettingsText(FormatSettingsText(settings));
-  Require(ValueOf(settings, "IgcSite") == value);
+  const auto place = static_cast<size_t>(FindSetting(settings, "IgcSite"));
+  Require(place < settings.lines.size() && settings.lines[place].value == value);
 }
 
 }  // namespace skyhaul

@@ -25,6 +25,11 @@ inline bool IsNear(const FileWaypoint& one, const FileWaypoint& other, int64_t s
          std::abs(int64_t{one.lon} - other.lon) <= semicircles;
 }
 
+// The same with nothing lost, and the time as well.
+inline bool IsSamePlaceAndTime(const FileWaypoint& one, const FileWaypoint& other) {
+  return IsNear(one, other, 0) && one.time == other.time;
+}
+
 // Reads any bytes: a file that is refused leaves nothing but a message, and the waypoints of one
 // that is accepted lie on the globe.
 inline std::vector<FileWaypoint> ReadWaypoints(const WaypointFormat& format,
@@ -47,10 +52,8 @@ inline void RequireWrittenBack(const WaypointFormat& format,
   WaypointFile again;
   std::string message;
   const int count = format.read(format.write(waypoints), again, message);
-  Require(count == static_cast<int>(waypoints.size()) && again.notes.empty());
-  for (size_t i = 0; i < waypoints.size(); ++i) {
-    Require(format.same(waypoints[i], again.waypoints[i]));
-  }
+  RequireAllOrNothing(count, again.waypoints.size(), message);
+  Require(again.notes.empty() && std::ranges::equal(waypoints, again.waypoints, format.same));
 }
 
 }  // namespace skyhaul
