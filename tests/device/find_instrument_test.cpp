@@ -9,16 +9,16 @@ namespace {
 
 constexpr int kUnusable = -5;
 
+// An instrument that answers "!" cannot be used.
 int Ask(Job& job) {
   if (WriteText(job.link, "$WHO\n") != 0) return kPortFailed;
-  int answer = 0;
+  uint8_t answer = 0;
   const auto feed = [&](uint8_t byte) {
     answer = byte;
     return Feed::kDone;
   };
   const int result = ReadWithDeadline(job.link, {.timeout_ms = 2000}, feed);
-  if (result != 0) return result;
-  return answer == '!' ? kUnusable : 0;
+  return answer == '!' ? kUnusable : result;
 }
 
 struct FindInstrumentTest : testing::Test, ScriptedBench {
@@ -33,42 +33,30 @@ struct FindInstrumentTest : testing::Test, ScriptedBench {
 };
 
 TEST_F(FindInstrumentTest, TriesEveryPortAndKeepsTheOneThatAnswers) {
-  script.answers["$WHO"] = {"me"};
-  EXPECT_EQ(Find(), 0);
-  EXPECT_EQ(job.link.port_name, "c");
-  EXPECT_EQ(bench.open_port, "c");
-  EXPECT_EQ(bench.opens, 3U);
-}
-
-TEST_F(FindInstrumentTest, EndsAtAnInstrumentThatCannotBeUsed) {
-  script.answers["$WHO"] = {"!"};
-  EXPECT_EQ(Find(), -1);
-  EXPECT_EQ(bench.opens, 3U);
-  EXPECT_EQ(bench.open_port, "");
+  for (const bool usable : {true, false}) {
+    bench.opens = 0;
+    script.answers["$WHO"] = {usable ? "." : "!"};
+    EXPECT_EQ(Find(), usable ? 0 : -1);
+    EXPECT_EQ(bench.open_port, usable ? "c" : "");
+    EXPECT_EQ(bench.opens, 3U);
+  }
 }
 
 TEST_F(FindInstrumentTest, GivesUpAfterItsRounds) {
   job.link.attempts = 4;
   EXPECT_EQ(Find(), -1);
   EXPECT_EQ(bench.opens, 6U);
-  EXPECT_EQ(recorder.messages,
-            std::vector<std::string>{"Connecting to GPS on a, b, c: No valid response from GPS\n"
-                                     "a cannot be opened"});
+  EXPECT_EQ(recorder.messages.back(),
+            "Connecting to GPS on a, b, c: No valid response from GPS\na cannot be opened");
   EXPECT_EQ(recorder.statuses[0], "a cannot be opened");
-  EXPECT_EQ(recorder.progress,
-            (std::vector<std::string>{"Connecting to GPS (4)", "Connecting to GPS (2)"}));
-}
+  using Texts = std::vector<std::string>;
+  EXPECT_EQ(recorder.progress, (Texts{"Connecting to GPS (4)", "Connecting to GPS (2)"}));
 
-TEST_F(FindInstrumentTest, SaysWhyWhenNoPortOpens) {
-  bench.open_problems["b"] = PortProblem::kBusy;
-  bench.open_problems["c"] = PortProblem::kBusy;
-  job.link.attempts = 2;
+  for (const char* port : {"b", "c"}) bench.open_problems[port] = PortProblem::kBusy;
   EXPECT_EQ(Find(), -1);
-  EXPECT_EQ(
-      recorder.messages,
-      std::vector<std::string>{
-          "Connecting to GPS on a, b, c: Could not open serial port (sure "
-          "it's the right one ?)\na cannot be opened\nb cannot be opened\nc cannot be opened"});
+  EXPECT_EQ(recorder.messages.back(),
+            "Connecting to GPS on a, b, c: Could not open serial port (sure it's the right one ?)"
+            "\na cannot be opened\nb cannot be opened\nc cannot be opened");
 }
 
 TEST_F(FindInstrumentTest, AnAbortAtAnyWaitEndsIt) {

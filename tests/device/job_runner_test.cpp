@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <thread>
+#include <atomic>
 
 #include "tests/support/job_bench.h"
 #include "transport/trace.h"
@@ -11,52 +11,46 @@
 namespace skyhaul {
 namespace {
 
-int Succeed(Job& job) {
-  job.data.waypoints.push_back({.altitude = 7});
-  ShowStatus(job.operation, "working");
-  return 3;
-}
+// Jobs of these tests wait for the test: none ends before it may.
+std::atomic<bool> may_end = true;
+std::atomic<bool> saw_abort = false;
 
-int Fail(Job& job) {
-  ShowMessage(job.operation, "broken", "Test");
-  return -1;
-}
-
-int WaitForAbort(Job& job) {
-  while (!job.operation.aborted) std::this_thread::yield();
+int WaitForTest(Job& job) {
+  while (!may_end && !job.operation.aborted) {
+  }
+  saw_abort = job.operation.aborted.load();
   return StopRequested(job.operation) ? -1 : 0;
-}
-
-int BecomeQuiet(Job& job) {
-  job.operation.quiet = true;
-  ShowStatus(job.operation, "heard by nobody");
-  return 1;
 }
 
 struct Outcome {
   int result = 0;
   int calls = 0;
-  JobData data;
+
+  bool operator==(const Outcome&) const = default;
 };
 
 void Take(void* context, Job& job) {
   auto& outcome = *static_cast<Outcome*>(context);
   outcome.result = job.result;
-  outcome.data = std::move(job.data);
   ++outcome.calls;
 }
 
 // The protocol types of these tests.
-constexpr uint32_t kQuick = 0;
-constexpr uint32_t kWaiting = 1;
-constexpr uint32_t kQuiet = 2;
+enum : uint32_t { kQuick, kWaiting, kQuiet, kProtocols };
+
+using Texts = std::vector<std::string>;
 
 struct JobRunnerTest : testing::Test, JobBench {
   JobRunnerTest() {
-    table[kQuick].procedures[kReadWaypoints] = Succeed;
-    table[kQuick].procedures[kReadTrackLog] = Fail;
-    table[kWaiting].procedures[kEraseWaypoints] = WaitForAbort;
-    table[kQuiet].procedures[kReadCtrList] = BecomeQuiet;
+    // A job has what its request gave it.
+    table[kQuick].procedures[kReadWaypoints] = [](Job& running) { return running.parameter; };
+    table[kQuick].procedures[kReadTrackLog] = [](Job&) { return -1; };
+    table[kWaiting].procedures[kEraseWaypoints] = WaitForTest;
+    table[kQuiet].procedures[kReadCtrList] = [](Job& running) {
+      running.operation.quiet = true;
+      ShowStatus(running.operation, "heard by nobody");
+      return 1;
+    };
   }
 
   int Start(uint32_t access_type, uint32_t protocol_type) {
@@ -64,49 +58,47 @@ struct JobRunnerTest : testing::Test, JobBench {
                             .shell = &shell,
                             .access_type = access_type,
                             .protocol_type = protocol_type,
+                            .parameter = 3,
                             .completion = Take,
                             .completion_context = &outcome});
   }
 
+  bool Run(uint32_t access_type, uint32_t protocol_type) {
+    if (Start(access_type, protocol_type) != 0) return false;
+    WaitForJobEnd();
+    return true;
+  }
+
   Outcome outcome;
-  std::array<ProtocolJobs, 3> table = {};
+  std::array<ProtocolJobs, kProtocols> table = {};
 };
 
 TEST_F(JobRunnerTest, RefusesInTheGivenOrder) {
-  const std::tuple<uint32_t, uint32_t, const char*> cases[] = {
-      {11, 3, "GPS access: Bad access type"},
-      {10, 3, "GPS access: Bad protocol type"},
-      {kReadProductData, kQuiet, "GPS access: Unsupported access function"},
-  };
-  for (const auto& [access_type, protocol_type, message] : cases) {
-    EXPECT_EQ(Start(access_type, protocol_type), -1);
-    EXPECT_EQ(recorder.messages.back(), message);
-  }
-  EXPECT_EQ(outcome.calls, 0);
-  EXPECT_FALSE(JobRunning());
+  EXPECT_EQ(Start(11, 3) + Start(10, 3) + Start(kReadProductData, kQuiet), -3);
+  EXPECT_EQ(recorder.messages,
+            (Texts{"GPS access: Bad access type", "GPS access: Bad protocol type",
+                   "GPS access: Unsupported access function"}));
+  EXPECT_FALSE(outcome.calls > 0 || JobRunning());
 }
 
 TEST_F(JobRunnerTest, RunsCompletesAndForgets) {
   TraceText("of the job before");
-  ASSERT_EQ(Start(kReadWaypoints, kQuick), 0);
-  WaitForJobEnd();
-  EXPECT_EQ(outcome.calls, 1);
-  EXPECT_EQ(outcome.result, 3);
-  ASSERT_EQ(outcome.data.waypoints.size(), 1U);
-  EXPECT_FALSE(LastJobFailed());
-  EXPECT_FALSE(JobRunning());
+  ASSERT_TRUE(Run(kReadWaypoints, kQuick));
+  EXPECT_EQ(outcome, (Outcome{.result = 3, .calls = 1}));
+  EXPECT_FALSE(LastJobFailed() || JobRunning());
   EXPECT_EQ(TraceContents(), "");
 
-  ASSERT_EQ(Start(kReadTrackLog, kQuick), 0);
-  WaitForJobEnd();
-  EXPECT_EQ(outcome.result, -1);
+  ASSERT_TRUE(Run(kReadTrackLog, kQuick));
+  EXPECT_EQ(outcome, (Outcome{.result = -1, .calls = 2}));
   EXPECT_TRUE(LastJobFailed());
   EXPECT_EQ(Start(11, 0), -1);
   EXPECT_FALSE(LastJobFailed()) << "every start forgets it";
 }
 
 TEST_F(JobRunnerTest, OneAtATimeAndAbort) {
+  may_end = false;
   ASSERT_EQ(Start(kEraseWaypoints, kWaiting), 0);
+  EXPECT_TRUE(JobRunning());
   EXPECT_TRUE(JobRunning());
   TraceText("of the running job");
   EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
@@ -118,36 +110,34 @@ TEST_F(JobRunnerTest, OneAtATimeAndAbort) {
 
   EXPECT_EQ(AbortJob(&shell), 0);
   WaitForJobEnd();
+  EXPECT_TRUE(saw_abort);
   EXPECT_EQ(outcome.calls, 1);
-  EXPECT_EQ(recorder.statuses, (std::vector<std::string>{"Aborting transfer", "Transfer aborted"}));
+  EXPECT_EQ(recorder.statuses, (Texts{"Aborting transfer", "Transfer aborted"}));
+  may_end = true;
 
+  recorder.messages = {};
   EXPECT_EQ(AbortJob(&shell), -1);
-  EXPECT_EQ(recorder.messages.back(), "Abort GPS access: Port not in use");
   EXPECT_EQ(AbortJob(nullptr), -1);
-  EXPECT_EQ(recorder.messages.size(), 2U);
+  EXPECT_EQ(recorder.messages, Texts{"Abort GPS access: Port not in use"});
   PauseForRunningJob(platform);
   EXPECT_EQ(Elapsed_ms(bench, before_ns), 2000U);
 }
 
 TEST_F(JobRunnerTest, AQuietJobStaysCurrentUntilItIsReleased) {
-  ASSERT_EQ(Start(kReadCtrList, kQuiet), 0);
-  WaitForJobEnd();
-  EXPECT_TRUE(recorder.statuses.empty());
-  EXPECT_FALSE(JobRunning());
+  ASSERT_TRUE(Run(kReadCtrList, kQuiet));
+  EXPECT_FALSE(recorder.statuses.size() > 0 || JobRunning());
   EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
-  EXPECT_EQ(recorder.messages.back(), "GPS access: Port/USB is being used");
+  EXPECT_EQ(recorder.messages, Texts{"GPS access: Port/USB is being used"});
   ReleaseQuietJob();
-  EXPECT_EQ(Start(kReadWaypoints, kQuick), 0);
-  WaitForJobEnd();
+  EXPECT_TRUE(Run(kReadWaypoints, kQuick));
 }
 
-TEST_F(JobRunnerTest, WithoutAThreadThereIsAMessageAndNoJob) {
+TEST_F(JobRunnerTest, ASystemWithoutThreadsIsReportedAndLeavesNothingBehind) {
   bench.no_threads = true;
   EXPECT_EQ(Start(kReadWaypoints, kQuick), -1);
-  EXPECT_EQ(recorder.messages.back(), "API32 call: Could not create GPS access thread");
+  EXPECT_EQ(recorder.messages, Texts{"API32 call: Could not create GPS access thread"});
   bench.no_threads = false;
-  EXPECT_EQ(Start(kReadWaypoints, kQuick), 0);
-  WaitForJobEnd();
+  EXPECT_TRUE(Run(kReadWaypoints, kQuick));
   EXPECT_EQ(outcome.calls, 1);
 }
 

@@ -21,6 +21,7 @@ struct RecordingShell {
   std::vector<uint32_t> chosen;        // of the flights that tracks_chosen showed
   // What run_on_owner was handed; elsewhere, so that a test can begin anew with an empty recorder.
   std::unique_ptr<OwnerQueue> owner = std::make_unique<OwnerQueue>();
+  size_t listed = 0;                   // flights in the list that tracks_chosen was given
 };
 
 inline RecordingShell& RecorderOf(void* context) {
@@ -42,15 +43,16 @@ inline Shell MakeShell(RecordingShell& recorder) {
                 RecorderOf(context).percents.push_back(percent);
               },
           .choose_tracks =
-              [](void* context, const std::vector<TrackListEntry>& list,
-                 std::vector<uint32_t>& chosen) {
-                RecorderOf(context).list = list;
+              [](void* context, const std::vector<TrackListEntry>&, std::vector<uint32_t>& chosen) {
                 chosen = RecorderOf(context).choice;
                 return chosen.empty() ? -1 : static_cast<int>(chosen.size());
               },
           .tracks_chosen =
-              [](void* context, const std::vector<TrackListEntry>&,
-                 const std::vector<uint32_t>& chosen) { RecorderOf(context).chosen = chosen; },
+              [](void* context, const std::vector<TrackListEntry>& list,
+                 const std::vector<uint32_t>& chosen) {
+                RecorderOf(context).listed = list.size();
+                RecorderOf(context).chosen = chosen;
+              },
           .run_on_owner =
               [](void* context, void (*routine)(void*), void* argument) {
                 PostToOwner(*RecorderOf(context).owner, routine, argument);
