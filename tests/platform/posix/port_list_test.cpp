@@ -15,15 +15,14 @@ namespace {
 namespace fs = std::filesystem;
 
 // A made-up sysfs.
-class PortList : public ::testing::Test {
- protected:
+struct PortList : testing::Test {
   void SetUp() override { fs::create_directories(tty); }
 
   // An entry whose device is the folder at `device` below devices/, as the kernel links it.
-  void AddPort(const std::string& name, const std::string& device, const std::string& type = "4") {
+  void AddPort(const std::string& name, const std::string& device, const std::string& type = {}) {
     const fs::path real = root / "devices" / device / "tty" / name;
     fs::create_directories(real);
-    WriteText(real / "type", type + "\n");
+    if (!type.empty()) WriteText(real / "type", type + "\n");
     fs::create_directory_symlink(fs::path("../.."), real / "device");
     fs::create_directory_symlink(real, tty / name);
   }
@@ -58,7 +57,7 @@ TEST_F(PortList, ListsHardwareOnly) {
   fs::create_directories(tty / "tty0");
   fs::create_directories(tty / "ttyS9");
   fs::create_directory_symlink("nowhere", tty / "ttyS9/device");
-  AddPort("ttyS0", "pnp0/00:01");
+  AddPort("ttyS0", "pnp0/00:01", "4");
   AddPort("ttyS1", "platform/serial8250", "0");
   AddPort("ttyACM0", "platform/gadget");
   EXPECT_EQ(List(), (std::vector<std::string>{"1 /dev/ttyACM0 ()", "2 /dev/ttyS0 ()"}));

@@ -28,8 +28,7 @@ constexpr const char* kStartSession = R"(
 )";
 constexpr const char* kEndSession = R"(kill $(cat "$HOME/service-pid" "$HOME/bus-pid"))";
 
-class SecretServiceTest : public testing::Test {
- protected:
+struct SecretServiceTest : testing::Test {
   void SetUp() override {
     setenv("HOME", folder.path.c_str(), 1);
     setenv("XDG_RUNTIME_DIR", folder.File("run").c_str(), 1);

@@ -21,8 +21,7 @@ const RegistryFunctions& Registry() {
   return NativePlatform().registry;
 }
 
-class SettingsFileTest : public ::testing::Test {
- protected:
+struct SettingsFileTest : testing::Test {
   void SetUp() override {
     setenv("HOME", folder.path.c_str(), 1);
     setenv("XDG_CONFIG_HOME", folder.File("config").c_str(), 1);

@@ -93,11 +93,8 @@ TEST(Win32Path, LongPathsGetTheFormWithoutALimit) {
   EXPECT_EQ(WidePath("C:\\\xFF"), L"") << "not UTF-8";
 }
 
-TEST(WideText, IsTheSameTextBothWays) {
-  const std::string text = "\xC3\x9C \xE2\x82\xAC \xF0\x9F\xAA\x82";
-  EXPECT_EQ(WideText(text), L"\u00DC \u20AC \U0001FA82");
-  EXPECT_EQ(Utf8Text(WideText(text)), text);
-  EXPECT_EQ(Utf8Text(L"a\xD83Ez"), "a\xEF\xBF\xBDz") << "half a character";
+TEST(WideText, HalfACharacterIsReplaced) {
+  EXPECT_EQ(Utf8Text(L"a\xD83Ez"), "a\xEF\xBF\xBDz");
 }
 
 }  // namespace

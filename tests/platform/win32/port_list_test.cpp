@@ -11,8 +11,7 @@ constexpr const wchar_t* kTestKey = L"Software\\Skyhaul test ports";
 
 // A key like the one in which drivers list their ports. Windows keeps its values in the order in
 // which they were set and Wine sorts them by name, so the tests set them sorted.
-class PortListTest : public ::testing::Test {
- protected:
+struct PortListTest : testing::Test {
   void SetUp() override {
     RegDeleteTreeW(HKEY_CURRENT_USER, kTestKey);
     ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, kTestKey, 0, nullptr, REG_OPTION_VOLATILE,

@@ -18,8 +18,7 @@ bool IsWine() {
   return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
-class RegistryTest : public testing::Test {
- protected:
+struct RegistryTest : testing::Test {
   void SetUp() override {
     if (!IsWine()) GTEST_SKIP() << "runs under Wine only: it would remove this user's settings";
     Clear();
