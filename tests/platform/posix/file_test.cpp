@@ -20,6 +20,16 @@ struct PosixFile : FileFixture {
   static unsigned Permissions(const std::string& path) {
     return static_cast<unsigned>(fs::status(path).permissions());
   }
+
+  // Writes in a child process, as what the first function makes of it.
+  template <typename Function>
+  static FileProblem ReplaceInChild(Function become, const std::string& path) {
+    return static_cast<FileProblem>(InChild([&] {
+      become();
+      const std::string text(20000, 'n');
+      return static_cast<int>(WriteWholeFile(path, text, IfExists::kReplace).problem);
+    }));
+  }
 };
 
 // Also one that leads nowhere yet.
@@ -54,12 +64,9 @@ TEST_F(PosixFile, PermissionsAreKeptOrTheUsers) {
 }
 
 TEST_F(PosixFile, NamesWithoutAFolderAreInTheCurrentOne) {
-  const int result = InChild([&] {
-    if (chdir(folder.path.c_str()) != 0) return 2;
-    return WriteWholeFile("file", "text", IfExists::kRefuse).problem == FileProblem::kNone ? 0 : 1;
-  });
-  EXPECT_EQ(result, 0);
-  EXPECT_EQ(Read(At("file")), "text");
+  const auto enter = [&] { fs::current_path(folder.path); };
+  EXPECT_EQ(ReplaceInChild(enter, "file"), FileProblem::kNone);
+  EXPECT_EQ(CountFiles(), 1U);
 }
 
 TEST_F(PosixFile, PipesAndDevicesAreUsedInPlace) {
@@ -79,17 +86,14 @@ TEST_F(PosixFile, ProtectionIsRespected) {
   Write(At("file"), "old", IfExists::kRefuse);
   fs::permissions(At("file"), fs::perms{0444});
   fs::permissions(folder.path, fs::perms{0777});
-  const auto write_as_user = [&](const std::string& name) {
-    return InChild([&] {
-      // access() asks for the real user, so that one changes too.
-      if (geteuid() == 0 && setreuid(65534, 65534) != 0) return 255;
-      return static_cast<int>(WriteWholeFile(At(name), "new", IfExists::kReplace).problem);
-    });
+  // access() asks for the real user, so that one changes too.
+  const auto become_user = [] {
+    if (geteuid() == 0 && setreuid(65534, 65534) != 0) _exit(255);
   };
-  EXPECT_EQ(write_as_user("file"), static_cast<int>(FileProblem::kDenied));
-  EXPECT_EQ(write_as_user("other"), static_cast<int>(FileProblem::kNone));
+  EXPECT_EQ(ReplaceInChild(become_user, At("file")), FileProblem::kDenied);
+  EXPECT_EQ(ReplaceInChild(become_user, At("other")), FileProblem::kNone);
   fs::permissions(folder.path, fs::perms{0555});
-  EXPECT_EQ(write_as_user("third"), static_cast<int>(FileProblem::kDenied));
+  EXPECT_EQ(ReplaceInChild(become_user, At("third")), FileProblem::kDenied);
   fs::permissions(folder.path, fs::perms{0777});
   EXPECT_EQ(Read(At("file")), "old");
   EXPECT_EQ(CountFiles(), 2U);
@@ -98,14 +102,9 @@ TEST_F(PosixFile, ProtectionIsRespected) {
 // A limit on the file size fails in the middle of the text, as a full disk does.
 TEST_F(PosixFile, AFailedWriteLeavesTheOldFileAndNothingElse) {
   Write(At("file"), "old", IfExists::kRefuse);
-  const auto write_limited = [&](const std::string& name, IfExists if_exists) {
-    return InChild([&] {
-      LimitFileSize(5000);
-      return static_cast<int>(WriteWholeFile(At(name), std::string(20000, 'n'), if_exists).problem);
-    });
-  };
-  EXPECT_EQ(write_limited("file", IfExists::kReplace), static_cast<int>(FileProblem::kTooLarge));
-  EXPECT_EQ(write_limited("new", IfExists::kRefuse), static_cast<int>(FileProblem::kTooLarge));
+  for (const char* name : {"file", "new"}) {
+    EXPECT_EQ(ReplaceInChild([] { LimitFileSize(5000); }, At(name)), FileProblem::kTooLarge);
+  }
   EXPECT_EQ(Read(At("file")), "old");
   EXPECT_EQ(CountFiles(), 1U);
 }

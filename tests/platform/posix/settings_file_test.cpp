@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <stdlib.h>
 
 #include <filesystem>
@@ -6,9 +5,9 @@
 #include <thread>
 #include <vector>
 
-#include "platform/platform.h"
 #include "platform/posix/settings_text.h"
 #include "tests/platform/posix/child.h"
+#include "tests/platform/registry_key.h"
 #include "tests/support/scratch_folder.h"
 
 namespace skyhaul {
@@ -16,10 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Texts = std::vector<std::string>;
-
-const RegistryFunctions& Registry() {
-  return NativePlatform().registry;
-}
 
 struct SettingsFileTest : testing::Test {
   void SetUp() override {
@@ -37,32 +32,11 @@ struct SettingsFileTest : testing::Test {
 
   mode_t Permissions() const { return static_cast<mode_t>(fs::status(Path()).permissions()); }
 
-  static RegistryHandle Open(RegistryKey which = RegistryKey::kUser) {
-    const RegistryOpening opening = Registry().open(nullptr, which);
-    EXPECT_NE(opening.handle, kNoRegistryHandle) << opening.reason;
-    return opening.handle;
-  }
-
-  static int Set(RegistryHandle key, const std::string& name, const std::string& value,
-                 IfSet if_set = IfSet::kReplace) {
-    std::string reason;
-    return Registry().set(nullptr, key, name, ValueKind::kText, value, if_set, reason);
-  }
-
-  // Returns what went wrong; empty when all is written.
-  static std::string FlushAndClose(RegistryHandle key) {
-    std::string reason;
-    const int result = Registry().flush(nullptr, key, reason);
-    EXPECT_EQ(result == 0, reason.empty());
-    Registry().close(nullptr, key);
-    return reason;
-  }
-
   // Changes one value as a program of its own would.
   static void SetOne(const std::string& name, const std::string& value) {
-    const RegistryHandle key = Open();
-    Set(key, name, value);
-    EXPECT_EQ(FlushAndClose(key), "");
+    const TestKey key;
+    key.Set(name, ValueKind::kText, value);
+    EXPECT_EQ(key.Flush(), "");
   }
 
   ScratchFolder folder;
@@ -72,20 +46,16 @@ TEST_F(SettingsFileTest, AFirstWriteMakesAPrivateFile) {
   // Nothing is in the file yet, so a program beside it or after a failed write is the first as
   // well.
   for (const bool made : {false, true}) {
-    EXPECT_TRUE(Registry().open(nullptr, RegistryKey::kUserReadOnly).missing);
+    EXPECT_TRUE(TestKey(RegistryKey::kUserReadOnly).opening.missing);
     EXPECT_EQ(fs::exists(Path()), made);
-    const RegistryOpening opening = Registry().open(nullptr, RegistryKey::kUser);
-    EXPECT_TRUE(opening.created);
+    EXPECT_TRUE(TestKey().opening.created);
     EXPECT_EQ(Permissions(), 0600U);
-    Registry().close(nullptr, opening.handle);
   }
   SetOne("IgcSite", " Fiesch\t");
   EXPECT_TRUE(ReadText(Path()).starts_with("# Settings of Skyhaul"));
   EXPECT_TRUE(ReadText(Path()).ends_with("\nIgcSite=\" Fiesch\\t\"\n")) << ReadText(Path());
   EXPECT_EQ(Permissions(), 0600U);
-  const RegistryOpening later = Registry().open(nullptr, RegistryKey::kUser);
-  EXPECT_FALSE(later.created);
-  Registry().close(nullptr, later.handle);
+  EXPECT_FALSE(TestKey().opening.created);
 }
 
 TEST_F(SettingsFileTest, WhatAPersonWroteIsKept) {
@@ -93,25 +63,20 @@ TEST_F(SettingsFileTest, WhatAPersonWroteIsKept) {
       "# mine\r\n\n  IgcSite =  Fiesch \nno sense\nOther=\"x\\q\"\nUnknown=1\nPort=abc # four\n"
       "IgcSite=Annecy");
   fs::permissions(Path(), fs::perms{0644});
-  const RegistryHandle key = Open();
-  std::string bytes = "before";
-  EXPECT_EQ(Registry().query(nullptr, key, "Port", ValueKind::kNumber, 4, bytes),
-            QueryResult::kUnfit);
-  EXPECT_EQ(bytes, "before");
-  EXPECT_EQ(Registry().query(nullptr, key, "IGCSite", ValueKind::kText, 80, bytes),
-            QueryResult::kFound);
-  EXPECT_EQ(bytes, "Annecy");
+  const TestKey key;
+  EXPECT_EQ(key.Query("Port", ValueKind::kNumber), "(unfit)");
+  EXPECT_EQ(key.Query("IGCSite", ValueKind::kText), "Annecy");
   EXPECT_EQ(
-      Registry().take_notes(nullptr, key),
+      Registry().take_notes(nullptr, key.handle),
       (Texts{Path() + ": Line 4: it is neither Name=value nor a comment",
              Path() + ": Line 5: a backslash in quotes is followed by none of \\ \" n r t xHH",
              Path() + ": Line 7: Port must be a whole number of 32 bits; it is not used",
              Path() + ": Line 6: there is no setting Unknown"}));
-  Set(key, "Port", "1");
-  Set(key, "IgcSite", "Bassano");
-  Set(key, "Unknown", "2", IfSet::kKeep);
-  Set(key, "IgcClass", "Open", IfSet::kKeep);
-  EXPECT_EQ(FlushAndClose(key), "");
+  key.Set("Port", ValueKind::kText, "1");
+  key.Set("IgcSite", ValueKind::kText, "Bassano");
+  key.Set("Unknown", ValueKind::kText, "2", IfSet::kKeep);
+  key.Set("IgcClass", ValueKind::kText, "Open", IfSet::kKeep);
+  EXPECT_EQ(key.Flush(), "");
   EXPECT_EQ(ReadText(Path()),
             "# mine\n\n  IgcSite =  Fiesch \nno sense\nOther=\"x\\q\"\nUnknown=1\n"
             "# Port=abc # four\nPort=1\nIgcSite=Bassano\nIgcClass=Open\n");
@@ -120,12 +85,12 @@ TEST_F(SettingsFileTest, WhatAPersonWroteIsKept) {
 
 TEST_F(SettingsFileTest, ProgramsDoNotUndoEachOthersChanges) {
   Write("IgcSite=Fiesch\n");
-  const RegistryHandle slow = Open();
+  const TestKey slow;
   SetOne("IgcSite", "Annecy");
   SetOne("IgcClass", "Open");
-  Set(slow, "IgcGliderId", "7");
-  Set(slow, "IgcClass", "Sports", IfSet::kKeep);
-  EXPECT_EQ(FlushAndClose(slow), "");
+  slow.Set("IgcGliderId", ValueKind::kText, "7");
+  slow.Set("IgcClass", ValueKind::kText, "Sports", IfSet::kKeep);
+  EXPECT_EQ(slow.Flush(), "");
   EXPECT_EQ(ReadText(Path()), "IgcSite=Annecy\nIgcClass=Open\nIgcGliderId=7\n");
 
   constexpr int kWriters = 4;
@@ -146,9 +111,9 @@ TEST_F(SettingsFileTest, AFailedWriteLosesNothing) {
   Write("IgcSite=Fiesch\n");
   const int result = InChild([] {
     LimitFileSize(5000);
-    const RegistryHandle key = Open();
-    Set(key, "IgcClass", std::string(20000, 'n'));
-    return FlushAndClose(key).empty() ? 1 : 0;
+    const TestKey key;
+    key.Set("IgcClass", ValueKind::kText, std::string(20000, 'n'));
+    return key.Flush().empty() ? 1 : 0;
   });
   EXPECT_EQ(result, 0);
   EXPECT_EQ(ReadText(Path()), "IgcSite=Fiesch\n");
@@ -157,23 +122,20 @@ TEST_F(SettingsFileTest, AFailedWriteLosesNothing) {
 TEST_F(SettingsFileTest, WhatCannotBeOpenedIsTold) {
   fs::create_directories(Path());
   for (const RegistryKey which : {RegistryKey::kUser, RegistryKey::kUserReadOnly}) {
-    const RegistryOpening opening = Registry().open(nullptr, which);
-    EXPECT_EQ(opening.handle, kNoRegistryHandle);
-    EXPECT_FALSE(opening.missing);
-    EXPECT_EQ(opening.reason, Path() + ": Is a directory");
+    const TestKey key(which);
+    EXPECT_EQ(key.handle, kNoRegistryHandle);
+    EXPECT_FALSE(key.opening.missing);
+    EXPECT_EQ(key.opening.reason, Path() + ": Is a directory");
   }
 }
 
 TEST_F(SettingsFileTest, TheTemplateIsTheSystems) {
-  EXPECT_TRUE(Registry().open(nullptr, RegistryKey::kTemplate).missing);
+  EXPECT_TRUE(TestKey(RegistryKey::kTemplate).opening.missing);
   fs::create_directories(folder.File("system/skyhaul"));
   WriteText(folder.File("system/skyhaul/settings"), "Port=-7\n");
-  const RegistryHandle key = Open(RegistryKey::kTemplate);
-  std::string bytes;
-  EXPECT_EQ(Registry().query(nullptr, key, "Port", ValueKind::kNumber, 4, bytes),
-            QueryResult::kFound);
-  EXPECT_EQ(ValueFromBytes(bytes, ValueKind::kNumber), "-7");
-  Registry().close(nullptr, key);
+  const TestKey key(RegistryKey::kTemplate);
+  ASSERT_NE(key.handle, kNoRegistryHandle);
+  EXPECT_EQ(ValueFromBytes(key.Query("Port", ValueKind::kNumber), ValueKind::kNumber), "-7");
 }
 
 TEST_F(SettingsFileTest, DocumentsAreWhereTheDesktopHasThem) {

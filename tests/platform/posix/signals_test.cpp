@@ -66,10 +66,9 @@ void NoteCall(void* context) {
 // Ends the program with status 0 when the routine was called once for one interrupt.
 [[noreturn]] void InterruptOnce(bool before_the_routine) {
   Call call;
-  Call replaced;
   std::atomic<bool> first = false;
   CountInterrupts(&first);
-  OnInterrupt(NoteCall, &replaced);
+  OnInterrupt(NoteCall, &call);
   OnInterrupt(nullptr, nullptr);
   if (before_the_routine) raise(SIGINT);
   OnInterrupt(NoteCall, &call);
@@ -77,7 +76,7 @@ void NoteCall(void* context) {
   call.calls.wait(0);
   OnInterrupt(nullptr, nullptr);
   const bool beside = before_the_routine || call.thread != std::this_thread::get_id();
-  std::exit(call.calls == 1 && beside && replaced.calls == 0 && first && Interrupts() == 1 ? 0 : 1);
+  std::exit(call.calls == 1 && beside && first && Interrupts() == 1 ? 0 : 1);
 }
 
 // The signal handler itself runs on the thread that raises.

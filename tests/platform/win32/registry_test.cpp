@@ -1,17 +1,14 @@
 #include "platform/win32/registry.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
 
 #include <string>
 
-#include "platform/win32/secret.h"
 #include "platform/win32/wide_text.h"
+#include "tests/platform/registry_key.h"
 
 namespace skyhaul {
 namespace {
-
-const RegistryFunctions kRegistry = Win32Registry();
 
 // Wine's registry is the test run's own; a person's own settings are nothing to be cleared.
 bool IsWine() {
@@ -32,55 +29,35 @@ struct RegistryTest : testing::Test {
     RegDeleteTreeW(HKEY_USERS, kTemplateKeyPath);
   }
 
-  static RegistryHandle Open(RegistryKey which = RegistryKey::kUser) {
-    return kRegistry.open(nullptr, which).handle;
-  }
-
-  static int Set(RegistryHandle key, const char* name, ValueKind kind, const std::string& bytes,
-                 IfSet if_set = IfSet::kReplace) {
-    std::string reason;
-    return kRegistry.set(nullptr, key, name, kind, bytes, if_set, reason);
-  }
-
-  // The text or the bytes of a value of at most 8 bytes; "(missing)" or "(unfit)".
-  static std::string Query(RegistryHandle key, const char* name, ValueKind kind) {
-    std::string bytes;
-    const QueryResult result = kRegistry.query(nullptr, key, name, kind, 8, bytes);
-    if (result == QueryResult::kMissing) return "(missing)";
-    return result == QueryResult::kUnfit ? "(unfit)" : bytes;
-  }
-
   // A value as the system has it.
-  static std::string QueryRaw(RegistryHandle key, const char* name, DWORD expected_type) {
+  static std::string QueryRaw(const TestKey& key, const char* name, DWORD expected_type) {
     char data[1000] = {};
     DWORD size = sizeof data;
     DWORD type = REG_NONE;
-    RegQueryValueExW(static_cast<HKEY>(key), WideText(name).c_str(), nullptr, &type,
+    RegQueryValueExW(static_cast<HKEY>(key.handle), WideText(name).c_str(), nullptr, &type,
                      reinterpret_cast<BYTE*>(data), &size);
     EXPECT_EQ(type, expected_type) << name;
     return {data, size};
   }
 
-  static void SetRaw(RegistryHandle key, const wchar_t* name, DWORD type, const void* data,
+  static void SetRaw(const TestKey& key, const wchar_t* name, DWORD type, const void* data,
                      size_t size) {
-    RegSetValueExW(static_cast<HKEY>(key), name, 0, type, static_cast<const BYTE*>(data),
+    RegSetValueExW(static_cast<HKEY>(key.handle), name, 0, type, static_cast<const BYTE*>(data),
                    static_cast<DWORD>(size));
   }
 };
 
 TEST_F(RegistryTest, OnlyAFirstOpeningMakesTheKey) {
-  EXPECT_TRUE(kRegistry.open(nullptr, RegistryKey::kUserReadOnly).missing);
-  EXPECT_TRUE(kRegistry.open(nullptr, RegistryKey::kTemplate).missing);
+  EXPECT_TRUE(TestKey(RegistryKey::kUserReadOnly).opening.missing);
+  EXPECT_TRUE(TestKey(RegistryKey::kTemplate).opening.missing);
   for (const bool created : {true, false}) {
-    const RegistryOpening opening = kRegistry.open(nullptr, RegistryKey::kUser);
-    EXPECT_EQ(opening.created, created);
-    kRegistry.close(nullptr, opening.handle);
+    EXPECT_EQ(TestKey().opening.created, created);
   }
 }
 
 // In the system's form, as other programs expect them (see registry.h), and back.
 TEST_F(RegistryTest, ValuesComeBackAsTheyWere) {
-  const RegistryHandle key = Open();
+  const TestKey key;
   const std::string number("\x20\x03\0\0", 4);
   const std::string binary("a\0b", 3);
   const std::tuple<const char*, ValueKind, std::string, std::string> cases[] = {
@@ -91,17 +68,16 @@ TEST_F(RegistryTest, ValuesComeBackAsTheyWere) {
       {"Binary", ValueKind::kBinary, binary, binary},
   };
   for (const auto& [name, kind, bytes, raw] : cases) {
-    EXPECT_EQ(Set(key, name, kind, bytes), 0) << name;
-    EXPECT_EQ(Set(key, name, kind, "other", IfSet::kKeep), 0) << name;
-    EXPECT_EQ(Query(key, name, kind), bytes) << name;
+    EXPECT_EQ(key.Set(name, kind, bytes), "") << name;
+    EXPECT_EQ(key.Set(name, kind, "other", IfSet::kKeep), "") << name;
+    EXPECT_EQ(key.Query(name, kind), bytes) << name;
     EXPECT_EQ(QueryRaw(key, name, static_cast<DWORD>(kind)), raw) << name;
   }
-  EXPECT_EQ(Set(key, "Text", ValueKind::kText, "no UTF-8 \xff"), -1);
-  kRegistry.close(nullptr, key);
+  EXPECT_NE(key.Set("Text", ValueKind::kText, "no UTF-8 \xff"), "");
 }
 
 TEST_F(RegistryTest, WhatDoesNotFitIsNotRead) {
-  const RegistryHandle key = Open();
+  const TestKey key;
   // The system adds a zero to a text when it finds one after it.
   SetRaw(key, L"Fits", REG_SZ, L"123456789", 8 * sizeof(wchar_t));
   SetRaw(key, L"Zero", REG_SZ, L"12345678", 9 * sizeof(wchar_t));
@@ -115,25 +91,21 @@ TEST_F(RegistryTest, WhatDoesNotFitIsNotRead) {
       {"Number", ValueKind::kNumber, "(unfit)"}, {"Short", ValueKind::kNumber, "(unfit)"},
       {"None", ValueKind::kText, "(missing)"},
   };
-  for (const auto& [name, kind, bytes] : cases) EXPECT_EQ(Query(key, name, kind), bytes) << name;
-  kRegistry.close(nullptr, key);
+  for (const auto& [name, kind, bytes] : cases) EXPECT_EQ(key.Query(name, kind), bytes) << name;
 }
 
 TEST_F(RegistryTest, TheTemplateIsReadOnly) {
   ASSERT_EQ(RegSetKeyValueW(HKEY_USERS, kTemplateKeyPath, L"IgcSite", REG_SZ, L"Fiesch", 12),
             ERROR_SUCCESS);
-  const RegistryHandle key = Open(RegistryKey::kTemplate);
-  EXPECT_EQ(Query(key, "IgcSite", ValueKind::kText), "Fiesch");
-  std::string reason;
-  EXPECT_EQ(kRegistry.set(nullptr, key, "IgcSite", ValueKind::kText, "x", IfSet::kReplace, reason),
-            -1);
-  EXPECT_FALSE(reason.empty());
-  kRegistry.close(nullptr, key);
+  const TestKey key(RegistryKey::kTemplate);
+  ASSERT_NE(key.handle, kNoRegistryHandle);
+  EXPECT_EQ(key.Query("IgcSite", ValueKind::kText), "Fiesch");
+  EXPECT_NE(key.Set("IgcSite", ValueKind::kText, "x"), "");
 }
 
 TEST_F(RegistryTest, SecretsAreEncryptedAndBelongToTheirId) {
-  const SecretFunctions secrets = Win32Secret();
-  const RegistryHandle key = Open();
+  const SecretFunctions secrets = NativePlatform().secret;
+  const TestKey key;
   std::string reason;
   std::string secret;
   ASSERT_EQ(secrets.store(nullptr, "P", "one", "hunter2", reason), SecretResult::kDone) << reason;
@@ -146,7 +118,6 @@ TEST_F(RegistryTest, SecretsAreEncryptedAndBelongToTheirId) {
   EXPECT_EQ(secrets.erase(nullptr, "P", "one", reason), SecretResult::kDone);
   EXPECT_EQ(secrets.erase(nullptr, "P", "one", reason), SecretResult::kMissing);
   EXPECT_EQ(secrets.load(nullptr, "P", "one", secret, reason), SecretResult::kMissing);
-  kRegistry.close(nullptr, key);
 }
 
 }  // namespace
