@@ -6,33 +6,35 @@
 #include <utility>
 #include <vector>
 
+#include "app/command_line/score_options.h"
+
 namespace skyhaul {
 namespace {
 
 using Arguments = std::vector<std::string>;
 
 TEST(LongOptions, AreRecognisedByTheFirstArgument) {
-  EXPECT_TRUE(HasLongOptions(Arguments{"--help"}));
   EXPECT_TRUE(HasLongOptions(Arguments{"--"}));
   EXPECT_FALSE(HasLongOptions(Arguments{}));
   EXPECT_FALSE(HasLongOptions(Arguments{"/EXIT", "--help"}));
-  EXPECT_FALSE(HasLongOptions(Arguments{"-h"}));
 }
 
 TEST(LongOptions, Accepts) {
   const struct {
     Arguments arguments;
     Arguments files;
-    LongCommand command = LongCommand::kHelp;
-    bool json = false;
+    LongCommand command;
+    uint32_t given = 0;
+    std::string format = {};
   } cases[] = {
-      {{"--help"}, {}, LongCommand::kHelp, false},
-      {{"--info", "a", "--json", "b"}, {"a", "b"}, LongCommand::kInfo, true},
-      {{"--json", "--info", "a"}, {"a"}, LongCommand::kInfo, true},
-      {{"--score", "a", "--gap", "5", "--json"}, {"a"}, LongCommand::kScore, true},
-      {{"--check", "--", "-a", "--json", "--"}, {"-a", "--json", "--"}, LongCommand::kCheck, false},
-      {{"--set", "A=-1", "--set", "B="}, {"A=-1", "B="}, LongCommand::kSet, false},
-      {{"--check", "--check", "a"}, {"a"}, LongCommand::kCheck, false},
+      {{"--json", "--info", "a"}, {"a"}, LongCommand::kInfo, Sides(SideOption::kJson)},
+      {{"--check", "--", "-a", "--json", "--"}, {"-a", "--json", "--"}, LongCommand::kCheck},
+      {{"--set", "A=-1", "--set", "B="}, {"A=-1", "B="}, LongCommand::kSet},
+      {{"--convert", "a", "--format", "--json", "b", "--overwrite"},
+       {"a", "b"},
+       LongCommand::kConvert,
+       Sides(SideOption::kFormat, SideOption::kOverwrite),
+       "--json"},
   };
   for (const auto& c : cases) {
     LongOptions options;
@@ -41,19 +43,9 @@ TEST(LongOptions, Accepts) {
     EXPECT_EQ(message, "");
     EXPECT_EQ(options.command, c.command) << c.arguments[0];
     EXPECT_EQ(options.files, c.files) << c.arguments[0];
-    EXPECT_EQ(IsGiven(options, SideOption::kJson), c.json) << c.arguments[0];
+    EXPECT_EQ(options.given, c.given) << c.arguments[0];
+    EXPECT_EQ(ValueOf(options, SideOption::kFormat), c.format);
   }
-}
-
-TEST(LongOptions, SideOptionsHaveValues) {
-  LongOptions options;
-  std::string message;
-  const Arguments arguments = {"--convert", "a", "--format", "--json", "b", "--overwrite"};
-  ASSERT_EQ(ParseLongOptions(arguments, options, message), 0) << message;
-  EXPECT_EQ(ValueOf(options, SideOption::kFormat), "--json");
-  EXPECT_TRUE(IsGiven(options, SideOption::kOverwrite));
-  EXPECT_FALSE(IsGiven(options, SideOption::kJson));
-  EXPECT_EQ(options.files, (Arguments{"a", "b"}));
 }
 
 TEST(LongOptions, SaysWhatIsWrong) {
@@ -61,12 +53,10 @@ TEST(LongOptions, SaysWhatIsWrong) {
       {{"--chek", "a"}, "Unknown option \"--chek\" (did you mean \"--check\"?)"},
       {{"--info", "-json", "a"}, "Unknown option \"-json\" (did you mean \"--json\"?)"},
       {{"--transmogrify"}, "Unknown option \"--transmogrify\" (see \"--help\")"},
-      {{"--info"}, "Missing file name after \"--info\""},
       {{"--ports", "a", "b"}, "Unexpected \"a\" after \"--ports\""},
       {{"--info", "--check", "a"}, "\"--info\" and \"--check\" cannot be combined"},
       {{"--", "--info"}, "No option says what to do (see \"--help\")"},
       {{"--set"}, "Missing NAME=VALUE after \"--set\""},
-      {{"--convert", "a", "b", "c"}, "Unexpected \"c\" after \"--convert\""},
       {{"--convert", "a", "b", "--format"}, "Missing value after \"--format\""},
       {{"--info", "a", "--format", "kml"}, "\"--format\" does not go with \"--info\""},
   };
@@ -75,6 +65,35 @@ TEST(LongOptions, SaysWhatIsWrong) {
     std::string message;
     EXPECT_EQ(ParseLongOptions(arguments, options, message), -1) << expected;
     EXPECT_EQ(message, expected);
+  }
+}
+
+TEST(ScoreOptions, SettingsFromText) {
+  // Rows that are refused leave the settings as the row before set them.
+  const struct {
+    int (*read)(const std::string&, OptimiseSettings&, std::string&);
+    const char* text;
+    int result;
+    int32_t gap_m;
+    bool fai_rule;
+  } cases[] = {
+      {ReadGap, "1000000", 0, 1000000, false},
+      {ReadGap, "1000001", -1, 1000000, false},
+      {ReadGap, "0", 0, 0, false},
+      {ReadGap, "-1", -1, 0, false},
+      {ReadGap, "1.5", -1, 0, false},
+      {ReadGap, "", -1, 0, false},
+      {ReadFaiRule, "on", 0, 0, true},
+      {ReadFaiRule, "ON", -1, 0, true},
+      {ReadFaiRule, "off", 0, 0, false},
+  };
+  OptimiseSettings settings = {.gap_m = 77};
+  for (const auto& c : cases) {
+    std::string message;
+    EXPECT_EQ(c.read(c.text, settings, message), c.result) << c.text;
+    EXPECT_EQ(message.empty(), c.result == 0) << c.text;
+    EXPECT_EQ(settings.gap_m, c.gap_m) << c.text;
+    EXPECT_EQ(settings.fai_rule, c.fai_rule) << c.text;
   }
 }
 

@@ -22,56 +22,87 @@ Parsed Parse(const std::string& text) {
   return parsed;
 }
 
-TEST(Parse, EmptyTextIsNoBatchRun) {
-  const Parsed parsed = Parse("");
-  EXPECT_EQ(parsed.result, 0);
-  EXPECT_EQ(parsed.message, "");
-  EXPECT_FALSE(parsed.block.present);
-  EXPECT_EQ(parsed.block.pilot, "");
-}
-
 TEST(Parse, TextWithoutASlashIsOneFile) {
   const std::pair<std::string, std::string> cases[] = {
+      {"", ""},  // no batch run
       {"my flight /EXIT.igc", "my flight /EXIT.igc"},
       {"\"my flight.igc\" dropped", "my flight.igc"},
-      {" /EXIT", " /EXIT"},
       {std::string(261, 'x'), std::string(260, 'x')},
   };
   for (const auto& [text, file] : cases) {
     const Parsed parsed = Parse(text);
     EXPECT_EQ(parsed.result, 0) << text;
-    EXPECT_TRUE(parsed.block.present) << text;
-    EXPECT_EQ(parsed.block.command, Command::kOpenFile) << text;
+    EXPECT_EQ(parsed.message + parsed.block.pilot, "");
+    EXPECT_EQ(parsed.block.present, !text.empty());
+    EXPECT_EQ(parsed.block.command, text.empty() ? Command::kNone : Command::kOpenFile) << text;
     EXPECT_EQ(parsed.block.file, file);
   }
 }
 
 TEST(Parse, FillsTheBlockFromSwitchesAlsoWhenAllAreQuoted) {
-  for (const char* text : {"/gps=iqcompeo /Com=12 /pilot=\"Ann Bee\" /igc_log=\"a b\" /exit",
-                           "\"/GPS=IQCOMPEO /COM=12 /PILOT=Ann /IGC_LOG=a /EXIT\" dropped"}) {
-    const Parsed parsed = Parse(text);
-    EXPECT_EQ(parsed.result, 0) << parsed.message;
-    EXPECT_TRUE(parsed.block.present) << text;
-    EXPECT_EQ(parsed.block.command, Command::kTrackLogToIgc) << text;
-    EXPECT_EQ(parsed.block.gps_type, GpsType::kIqCompeo) << text;
-    EXPECT_EQ(parsed.block.port_number, 12U) << text;
-    EXPECT_EQ(parsed.block.keywords.size(), 5U) << text;
-  }
+  const Parsed parsed = Parse("\"/gps=iqcompeo /Com=12 /PILOT=Ann /igc_log=a /exit\" dropped");
+  EXPECT_EQ(parsed.message, "");
+  EXPECT_TRUE(parsed.block.present);
+  EXPECT_EQ(parsed.block.command, Command::kTrackLogToIgc);
+  EXPECT_EQ(parsed.block.gps_type, GpsType::kIqCompeo);
+  EXPECT_EQ(parsed.block.keywords.size(), 5U);
 }
 
 TEST(Parse, FailureLeavesAMessageAndNoBlock) {
   const std::pair<const char*, const char*> cases[] = {
       {"\"/EXIT", "Bad double apostrophe (\") balance"},
       {"/EXIT x", "Error at position 7"},
-      {"/EXIT /KEYWORD_THAT_IS_TOO_LONG", "Unrecognized command"},
-      {"/EXIT /GPS=MLRC /IGC_LOG=.", "Unsupported GPS for IGC track log download"},
-      {"/GPS=IQCOMPEO /FLIGHTLIST", "Missing notify window for flightlist download"},
+      {"/EXIT /GPS=FLYMASTER /FLIGHTLIST", "Missing notify window for flightlist download"},
+      {"/GPS=FLYMASTER /FLIGHTLIST /NOTIFY=client", ""},
+      {"/EXIT /WPTSRC=a", "Missing file name(s) for waypoint file conversion"},
+      {"/EXIT /WPTDEST=b", "Missing file name(s) for waypoint file conversion"},
+      {"/WPTSRC=a /WPTDEST=b", ""},
   };
   for (const auto& [text, message] : cases) {
     const Parsed parsed = Parse(text);
-    EXPECT_EQ(parsed.result, -1) << text;
+    EXPECT_EQ(parsed.result, *message == 0 ? 0 : -1) << text;
     EXPECT_EQ(parsed.message, message) << text;
-    EXPECT_FALSE(parsed.block.present || parsed.block.exit) << text;
+    EXPECT_EQ(parsed.block.present, *message == 0) << text;
+    EXPECT_FALSE(parsed.block.exit) << text;
+  }
+}
+
+TEST(Checks, CommandsAcceptInstrumentsWithTheirService) {
+  const std::string no_track_log = "Unsupported GPS for track log download";
+  const std::string no_waypoint_read = "Unsupported GPS for waypoint download";
+  const std::string no_waypoint_write = "Unsupported GPS for waypoint upload";
+  // Each refused instrument is one that the service of another row would let pass.
+  const struct {
+    const char* command;
+    const char* accepted;
+    const char* refused;
+    std::string message;
+    bool checks_usb = true;
+  } cases[] = {
+      {"KML_LOG=a", "TOPNAV", "MLRC", no_track_log},
+      {"OZI_LOG=a", "TOPNAV", "MLRC", no_track_log},
+      {"MPS_LOG=a", "TOPNAV", "MLRC", no_track_log},
+      {"COMP_LOG=KML", "TOPNAV", "MLRC", no_track_log},
+      {"IGC_LOG=a", "XCT_MXP", "TOPNAV", "Unsupported GPS for IGC track log download"},
+      {"RD_WPT=a", "MLRC", "TOPNAV", no_waypoint_read},
+      {"RD_GEO_WPT=a", "MLRC", "TOPNAV", no_waypoint_read},
+      {"WR_WPT=a", "TOPNAV", "MLRC", no_waypoint_write},
+      {"WR_WPT2=a", "TOPNAV", "MLRC", no_waypoint_write},
+      {"WR_CTR=a", "IQCOMPEO", "FLYMASTER", "Unsupported GPS for CTR upload"},
+      {"USERNAME=a", "FLYMASTER", "IQCOMPEO", "Unsupported GPS for username upload", false},
+      {"FLIGHTLIST", "ASCENT", "GARMIN", "Unsupported GPS for flightlist download", false},
+      {"IGC2KML=a", "MLRC", "MLRC", "", false},
+  };
+  for (const auto& c : cases) {
+    const std::string rest = std::string(" /NOTIFY=client /") + c.command;
+    const auto message = [&](const std::string& gps) {
+      return Parse("/GPS=" + gps + rest).message;
+    };
+    EXPECT_EQ(message(c.accepted), "") << c.command;
+    EXPECT_EQ(message(c.refused), c.message) << c.command;
+    const std::string usb = c.checks_usb ? "USB is not supported" : c.message;
+    EXPECT_EQ(message(std::string(c.refused) + " /USB"), usb) << c.command;
+    EXPECT_NE(message("GARMIN /USB"), "USB is not supported") << c.command;
   }
 }
 
@@ -81,13 +112,10 @@ TEST(ParseArguments, OneFileToOpenAndNoCommandBesideIt) {
     const char* message;
     const char* file;
   } cases[] = {
-      {{{"/a/b.igc"}, ""}, "", "/a/b.igc"},
       {{{"/a/b.igc"}, "/EXIT"}, "", "/a/b.igc"},
-      {{{}, "c.igc"}, "", "c.igc"},
       {{{"a.igc", "b.igc"}, ""}, "Only one file can be opened", ""},
       {{{"a.igc"}, "missing.igc"}, "Only one file can be opened", ""},
       {{{"a.igc"}, "/IGC_LOG=x /GPS=IQCOMPEO"}, "A file to open does not go with a command", ""},
-      {{{"a.igc"}, "/NONSENSE"}, "Unrecognized command", ""},
   };
   for (const auto& c : cases) {
     CommandLineBlock block;
