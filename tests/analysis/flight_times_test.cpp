@@ -36,9 +36,7 @@ TEST(FlightTimes, TakeOffAndLandingByGroundSpeed) {
     bool flown;
     uint32_t take_off, landing;
   } cases[] = {
-      {"waiting, flight, waiting", {{300, 0}, {600, 10}, {200, 0}}, 1, true, 1300, 1900},
       {"ends below 4 m/s", {{300, 0}, {600, 10}, {300, 5}, {200, 2}}, 1, true, 1300, 2200},
-      {"walking is no flight", {{600, 1.5}}, 1, false, 1000, 1599},
       {"starts in the air", {{600, 10}, {60, 0}}, 1, true, 1000, 1600},
       {"rare fixes", {{300, 0}, {600, 10}, {300, 0}}, 30, true, 1300, 1900},
       {"a jump of one fix is no flight", {{100, 0}, {1, 40}, {100, 0}}, 1, false, 1000, 1200},
@@ -54,9 +52,7 @@ TEST(FlightTimes, TakeOffAndLandingByGroundSpeed) {
 }
 
 TEST(FlightTimes, DistancesCrossTheDateLineTheShortWay) {
-  const TrackPoint west = {.lon = INT32_MIN};
-  const TrackPoint east = {.lon = INT32_MAX};
-  EXPECT_NEAR(NearDistance_m(east, west), 0.0093, 0.0001);
+  EXPECT_NEAR(NearDistance_m({.lon = INT32_MAX}, {.lon = INT32_MIN}), 0.0093, 0.0001);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "analysis/exact/closed.h"
 #include "analysis/exact/free.h"
+#include "analysis/task_rules.h"
 #include "tests/analysis/reference_optimiser.h"
 #include "tests/analysis/track_shapes.h"
 #include "tests/support/recording_shell.h"
@@ -94,7 +95,7 @@ void ExpectKeepsRules(const std::vector<TrackPoint>& points, const OptimiseSetti
   for (size_t i = 1; i < at.size(); ++i) ASSERT_LT(at[i - 1], at[i]);
   ASSERT_LT(at.back(), points.size());
   const TaskResult expected = MeasuredTask(points, task, at);
-  EXPECT_TRUE(IsAllowed(task, settings, expected));
+  EXPECT_TRUE(KeepsRules(task, settings, expected));
   EXPECT_EQ(result.legs_m, expected.legs_m);
   EXPECT_NEAR(result.distance_m, expected.distance_m, kRounding_m);
   EXPECT_NEAR(result.closing_m, expected.closing_m, kRounding_m);
@@ -121,6 +122,10 @@ ExactSearch SearchOf(const std::vector<TrackPoint>& points, const OptimiseSettin
   return search;
 }
 
+ClosingTable TableOf(ExactSearch& search) {
+  return MakeClosingTable(search, std::nextafter(search.settings.gap_m, 1e30));
+}
+
 double SearchTask(ExactSearch& search, ClosingTable& table, OptimiseTask task, TaskResult& best) {
   if (task < OptimiseTask::kOutAndReturn) return SearchFree(search, task, best);
   if (!table.complete) return 3 * Extent_m(search.tree);
@@ -128,16 +133,18 @@ double SearchTask(ExactSearch& search, ClosingTable& table, OptimiseTask task, T
                                              : SearchTriangle(search, table, task, best);
 }
 
-// The searches alone, without the coarse results, which on short tracks are nearly the optimum.
-void SearchAll(ExactSearch& search, OptimiseResult& result) {
-  ClosingTable table = MakeClosingTable(search, std::nextafter(search.settings.gap_m, 1e30));
+// By the searches alone, without the coarse results, which on short tracks are nearly the optimum.
+OptimiseResult Searched(const std::vector<TrackPoint>& points, const OptimiseSettings& settings) {
+  ExactSearch search = SearchOf(points, settings);
+  ClosingTable table = TableOf(search);
+  OptimiseResult result;
   for (size_t i = 0; i < kOptimiseTasks; ++i) {
-    if (SizeOf(search.tree) < i + 2 && i < 4) continue;
-    if (search.settings.gap_m == 0 && i >= 4) continue;
+    const bool possible = i < 4 ? points.size() >= i + 2 : settings.gap_m > 0;
     TaskResult& best = result.tasks[i];
-    best.bound_m = SearchTask(search, table, static_cast<OptimiseTask>(i), best);
+    if (possible) best.bound_m = SearchTask(search, table, static_cast<OptimiseTask>(i), best);
   }
   result.stopped = search.stopped;
+  return result;
 }
 
 constexpr TrackRegion kPlaces[] = {
@@ -148,27 +155,27 @@ constexpr TrackRegion kPlaces[] = {
     {60, 100, 3'000'000},  // as wide as no flight
 };
 
+void ExpectOptimum(const ShapePlan& plan, int32_t gap_m, bool fai_rule) {
+  SCOPED_TRACE(testing::Message() << "shape " << static_cast<int>(plan.shape) << ", " << plan.points
+                                  << " points, lat " << plan.region.lat_deg << ", gap " << gap_m
+                                  << ", seed " << plan.seed);
+  const std::vector<TrackPoint> points = MakeTrack(plan);
+  const OptimiseSettings settings = {.gap_m = gap_m, .fai_rule = fai_rule};
+  const Scores optima = TryEverything(points, settings);
+  OptimiseResult result;
+  ASSERT_EQ(OptimiseTrackExact(points, settings, 0, result, nullptr), 0);
+  ExpectProved(points, settings, optima, result);
+  if (!points.empty()) ExpectProved(points, settings, optima, Searched(points, settings));
+}
+
 TEST(OptimiseExact, FindsTheOptimumOfShortTracks) {
   uint32_t seed = 1;
   for (const TrackRegion& place : kPlaces) {
     for (size_t shape = 0; shape < kTrackShapes; ++shape) {
       for (const size_t count : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 9U, 17U, 40U}) {
         const ShapePlan plan = {static_cast<TrackShape>(shape), count, seed++, place};
-        const std::vector<TrackPoint> points = MakeTrack(plan);
         for (const int32_t gap_m : {0, 30, 1000, 40'000, 2'000'000}) {
-          const OptimiseSettings settings = {.gap_m = gap_m, .fai_rule = seed % 2 == 0};
-          SCOPED_TRACE("shape " + std::to_string(shape) + ", " + std::to_string(count) +
-                       " points, lat " + std::to_string(place.lat_deg) + ", gap " +
-                       std::to_string(gap_m) + ", seed " + std::to_string(plan.seed));
-          const Scores optima = TryEverything(points, settings);
-          OptimiseResult result;
-          ASSERT_EQ(OptimiseTrackExact(points, settings, 0, result, nullptr), 0);
-          ExpectProved(points, settings, optima, result);
-          if (points.empty()) continue;
-          ExactSearch search = SearchOf(points, settings);
-          OptimiseResult searched;
-          SearchAll(search, searched);
-          ExpectProved(points, settings, optima, searched);
+          ExpectOptimum(plan, gap_m, seed % 2 == 0);
           if (testing::Test::HasFailure()) return;
         }
       }
@@ -179,45 +186,10 @@ TEST(OptimiseExact, FindsTheOptimumOfShortTracks) {
 // Long enough for ranges of several fixes in the closing table.
 TEST(OptimiseExact, FindsTheOptimumOfLongerTracks) {
   if (!SKYHAUL_FULL_SIZE_TESTS) GTEST_SKIP() << "for builds at full speed";
-  constexpr TrackShape kShapes[] = {TrackShape::kTriangle, TrackShape::kRidge,
-                                    TrackShape::kRandomWalk, TrackShape::kBackToStart};
-  for (const TrackShape shape : kShapes) {
-    const std::vector<TrackPoint> points = MakeTrack({.shape = shape, .points = 700, .seed = 7});
-    for (const int32_t gap_m : {300, 3000}) {
-      SCOPED_TRACE("shape " + std::to_string(static_cast<int>(shape)) + ", gap " +
-                   std::to_string(gap_m));
-      const OptimiseSettings settings = {.gap_m = gap_m, .fai_rule = gap_m == 300};
-      ExactSearch search = SearchOf(points, settings);
-      OptimiseResult searched;
-      SearchAll(search, searched);
-      ExpectProved(points, settings, TryEverything(points, settings), searched);
-    }
-  }
-}
-
-TEST(ClosingTable, FindsTheNearestPair) {
-  const std::vector<TrackPoint> points =
-      MakeTrack({.shape = TrackShape::kRandomWalk, .points = 1100, .seed = 11});
-  const Matrix way_m = WaysBetween(points);
-  const Matrix near_m = NearestPairs(way_m);
-  ExactSearch search = SearchOf(points, {});
-  constexpr double kLimit_m = 4000;
-  ClosingTable table = MakeClosingTable(search, kLimit_m);
-  ASSERT_TRUE(table.complete);
-  const auto last = static_cast<uint32_t>(points.size()) - 1;
-  for (uint32_t query = 0; query < 300; ++query) {
-    const uint32_t start = query * 7919 % (last - 1);
-    const uint32_t finish = start + 1 + query * 104729 % (last - start);
-    SCOPED_TRACE(std::to_string(start) + " to " + std::to_string(finish));
-    const double nearest_m = std::min(kLimit_m, near_m[start][finish]);
-    const double nearest_of_one_m =
-        *std::min_element(way_m[start].begin() + finish, way_m[start].end());
-    const ExactClosing closing = NearestClosing(search, table, start, finish);
-    ASSERT_DOUBLE_EQ(closing.distance_m, nearest_m);
-    EXPECT_TRUE(nearest_m == kLimit_m || (closing.start <= start && closing.finish >= finish));
-    EXPECT_LE(ClosingBound_m(table, start, finish), nearest_m);
-    ASSERT_DOUBLE_EQ(NearestFinish(search, table, start, finish).distance_m,
-                     std::min(kLimit_m, nearest_of_one_m));
+  for (const TrackShape shape : {TrackShape::kTriangle, TrackShape::kRidge, TrackShape::kRandomWalk,
+                                 TrackShape::kBackToStart}) {
+    ExpectOptimum({.shape = shape, .points = 700, .seed = 7}, 300, true);
+    ExpectOptimum({.shape = shape, .points = 700, .seed = 7}, 3000, false);
   }
 }
 
@@ -226,9 +198,7 @@ TEST(OptimiseExact, VerticesMayShareAPlaceThatIsRepeated) {
   std::vector<TrackPoint> points(20, TrackPoint{.lat = 500'000'000, .lon = 90'000'000});
   for (size_t i = 10; i < 20; ++i) points[i].lat += 1'000'000;
   const OptimiseSettings settings = {.gap_m = 100};
-  ExactSearch search = SearchOf(points, settings);
-  OptimiseResult searched;
-  SearchAll(search, searched);
+  const OptimiseResult searched = Searched(points, settings);
   ExpectProved(points, settings, TryEverything(points, settings), searched);
   EXPECT_EQ(searched.tasks[3].vertices, 5U);
 }
@@ -243,7 +213,7 @@ TEST(OptimiseExact, ABoundHoldsWhereverTheSearchIsStopped) {
     for (int part = 0; part < 40; ++part) {
       for (size_t i = 0; i < kOptimiseTasks; ++i) {
         ExactSearch search = unlimited;
-        ClosingTable table = MakeClosingTable(search, std::nextafter(search.settings.gap_m, 1e30));
+        ClosingTable table = TableOf(search);
         TaskResult best;
         search.polls = 0;
         search.has_deadline = true;
@@ -261,39 +231,28 @@ TEST(OptimiseExact, ABoundHoldsWhereverTheSearchIsStopped) {
   }
 }
 
-TEST(OptimiseExact, AnAbortedSearchSaysSo) {
-  const std::vector<TrackPoint> points =
-      MakeTrack({.shape = TrackShape::kTriangle, .points = 400, .seed = 5});
-  const OptimiseSettings settings = {.gap_m = 2000};
-  const Scores optima = TryEverything(points, settings);
-  Operation operation;
-  operation.aborted = true;
+TEST(OptimiseExact, ShowsHowFarItIsAndStops) {
+  const std::vector<TrackPoint> points = MakeTrack({.points = 400, .seed = 5});
+  RecordingShell recording;
+  const Shell shell = MakeShell(recording);
+  Operation operation = {.shell = &shell};
   OptimiseResult result;
-  ASSERT_EQ(OptimiseTrackExact(points, settings, 0, result, &operation), 0);
-  EXPECT_TRUE(result.valid);
-  EXPECT_TRUE(result.stopped);
-  for (size_t i = 0; i < kOptimiseTasks; ++i) {
-    EXPECT_FALSE(result.tasks[i].optimal);
-    EXPECT_GE(result.tasks[i].bound_m, optima[i]);
-    EXPECT_LE(result.tasks[i].score_m, optima[i] + kRounding_m);
-  }
-}
+  ASSERT_EQ(OptimiseTrackExact(points, {.gap_m = 2000}, 0, result, &operation), 0);
+  EXPECT_EQ(result.searched_points, points.size());
+  ASSERT_GE(recording.percents.size(), 8U);
+  EXPECT_EQ(recording.progress[0], "Proving greatest distance (2 points)");
+  EXPECT_EQ(recording.percents[0], 0);
+  EXPECT_TRUE(std::is_sorted(recording.percents.begin(), recording.percents.end()));
+  EXPECT_LT(recording.percents.back(), 100);
 
-TEST(OptimiseExact, ShowsHowFarItIs) {
-  const std::vector<TrackPoint> points =
-      MakeTrack({.shape = TrackShape::kTriangle, .points = 400, .seed = 5});
-  for (const int32_t gap_m : {0, 2000}) {
-    RecordingShell recording;
-    const Shell shell = MakeShell(recording);
-    const Operation operation = {.shell = &shell};
-    OptimiseResult result;
-    ASSERT_EQ(OptimiseTrackExact(points, {.gap_m = gap_m}, 0, result, &operation), 0);
-    EXPECT_EQ(result.searched_points, points.size());
-    ASSERT_GE(recording.percents.size(), gap_m > 0 ? 8U : 4U);
-    EXPECT_EQ(recording.progress[0], "Proving greatest distance (2 points)");
-    EXPECT_EQ(recording.percents[0], 0);
-    EXPECT_TRUE(std::is_sorted(recording.percents.begin(), recording.percents.end()));
-    EXPECT_LT(recording.percents.back(), 100);
+  operation.aborted = true;
+  OptimiseResult aborted;
+  ASSERT_EQ(OptimiseTrackExact(points, {.gap_m = 2000}, 0, aborted, &operation), 0);
+  EXPECT_TRUE(aborted.valid && aborted.stopped);
+  for (size_t i = 0; i < kOptimiseTasks; ++i) {
+    EXPECT_FALSE(aborted.tasks[i].optimal);
+    EXPECT_GE(aborted.tasks[i].bound_m, result.tasks[i].score_m);
+    EXPECT_LE(aborted.tasks[i].score_m, result.tasks[i].bound_m);
   }
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "analysis/projection.h"
+#include "analysis/task_rules.h"
 #include "core/geodesy/geodesic.h"
 #include "core/units.h"
 
@@ -39,27 +40,22 @@ TaskResult MeasuredTask(std::span<const TrackPoint> points, OptimiseTask task,
   return result;
 }
 
-bool IsAllowed(OptimiseTask task, const OptimiseSettings& settings, const TaskResult& result) {
-  const auto& [first_m, second_m, third_m, fourth_m] = result.legs_m;
-  const double least_m = settings.fai_rule ? 10000 : 0;
-  if (task == OptimiseTask::kFree4) return second_m >= least_m;
-  if (task == OptimiseTask::kFree5) return std::min(second_m, third_m) >= least_m;
-  if (task == OptimiseTask::kOutAndReturn) return result.closing_m <= settings.gap_m;
-  if (task < OptimiseTask::kFree4) return true;
-  const bool fai = std::min({first_m, second_m, third_m}) >= 0.28 * result.distance_m;
-  return result.closing_m < settings.gap_m && result.score_m >= 0 &&
-         (fai || task == OptimiseTask::kFlatTriangle);
-}
-
 namespace {
 
 using Vertices = std::vector<uint32_t>;         // empty: nothing found
 using Closing = std::tuple<int32_t, int, int>;  // distance, start, minus finish: the least counts
 
-struct Farthest {
-  int32_t distance_m = -1;
-  uint32_t at = 0;
+// From or to a point, without it. The last of equal ones wins where they are offered.
+struct Chain {
+  int32_t length_m = -1;
+  Vertices at;
 };
+
+void Offer(Chain& best, int32_t length_m, const Vertices& at) {
+  if (length_m >= best.length_m) best = {length_m, at};
+}
+
+using Chains = std::vector<Chain>;
 
 struct Reference {
   std::span<const TrackPoint> points;
@@ -67,8 +63,8 @@ struct Reference {
   std::vector<uint32_t> kept;
   std::vector<std::vector<int32_t>> d;
   std::vector<std::vector<Closing>> closing;  // t1, t3
-  std::vector<Farthest> before;
-  std::vector<Farthest> after;
+  Chains before, two_before;                  // by the point that they end at
+  Chains after, two_after;
 
   uint32_t Size() const { return static_cast<uint32_t>(kept.size()); }
 };
@@ -88,8 +84,7 @@ void FillMatrix(Reference& r) {
     places.push_back(ToPlane(projection, r.points[i].lat, r.points[i].lon));
   }
   r.d.assign(r.Size(), std::vector<int32_t>(r.Size(), 0));
-  r.before.resize(r.Size());
-  r.after.resize(r.Size());
+  r.before = r.two_before = r.after = r.two_after = Chains(r.Size());
   for (uint32_t i = 0; i < r.Size(); ++i) {
     for (uint32_t j = i + 1; j < r.Size(); ++j) {
       const double dx = places[i].x_m - places[j].x_m;
@@ -97,81 +92,43 @@ void FillMatrix(Reference& r) {
       const double above = std::sqrt(dx * dx + dy * dy) + 0.5;
       const auto d = static_cast<int32_t>(above);
       r.d[i][j] = r.d[j][i] = d;
-      if (d > r.after[i].distance_m) r.after[i] = {d, j};
-      if (d > r.before[j].distance_m) r.before[j] = {d, i};
+      if (d > r.after[i].length_m) r.after[i] = {d, {j}};
+      if (d > r.before[j].length_m) r.before[j] = {d, {i}};
     }
   }
 }
 
-// The last of equal ones wins.
-struct Best {
-  int32_t score_m = -1;
-  Vertices at;
-};
-
-void Offer(Best& best, int32_t score_m, const Vertices& at) {
-  if (score_m >= best.score_m) best = {score_m, at};
-}
-
-bool LongEnough(const Reference& r, uint32_t i, uint32_t j) {
-  return !r.settings.fai_rule || r.d[i][j] > 9999;
-}
-
-Vertices Coarse2(const Reference& r) {
-  Best best;
-  for (uint32_t a = 0; a + 1 < r.Size(); ++a) {
-    Offer(best, r.after[a].distance_m, {a, r.after[a].at});
-  }
-  return best.at;
-}
-
-Vertices Coarse3(const Reference& r) {
-  Best best;
-  for (uint32_t b = 1; b + 1 < r.Size(); ++b) {
-    Offer(best, r.before[b].distance_m + r.after[b].distance_m, {r.before[b].at, b, r.after[b].at});
-  }
-  return best.at;
-}
-
-Vertices Coarse4(const Reference& r) {
-  Best best;
-  for (uint32_t b = 1; b + 2 < r.Size(); ++b) {
-    for (uint32_t c = b + 1; c + 1 < r.Size(); ++c) {
-      if (!LongEnough(r, b, c)) continue;
-      Offer(best, r.before[b].distance_m + r.d[b][c] + r.after[c].distance_m,
-            {r.before[b].at, b, c, r.after[c].at});
+void FillLongerChains(Reference& r) {
+  for (uint32_t i = 1; i + 2 < r.Size(); ++i) {
+    for (uint32_t j = i + 1; j + 1 < r.Size(); ++j) {
+      const int32_t d = r.d[i][j];
+      if (r.settings.fai_rule && d <= 9999) continue;
+      Offer(r.two_before[j], r.before[i].length_m + d, {r.before[i].at[0], i});
+      Offer(r.two_after[i], d + r.after[j].length_m, {j, r.after[j].at[0]});
     }
   }
-  return best.at;
 }
 
-Vertices Coarse5(const Reference& r) {
-  Best best;
-  for (uint32_t c = 2; c + 2 < r.Size(); ++c) {
-    Best first;
-    for (uint32_t b = 1; b < c; ++b) {
-      if (LongEnough(r, b, c)) Offer(first, r.before[b].distance_m + r.d[b][c], {b});
-    }
-    Best rest;
-    for (uint32_t d = c + 1; d + 1 < r.Size(); ++d) {
-      if (LongEnough(r, c, d)) Offer(rest, r.d[c][d] + r.after[d].distance_m, {d});
-    }
-    if (first.at.empty() || rest.at.empty()) continue;
-    const uint32_t b = first.at[0];
-    const uint32_t d = rest.at[0];
-    Offer(best, first.score_m + rest.score_m, {r.before[b].at, b, c, d, r.after[d].at});
+Vertices CoarseFree(const Chains& before, const Chains& after) {
+  Chain best;
+  for (uint32_t i = 0; i < before.size(); ++i) {
+    if (before[i].length_m < 0 || after[i].length_m < 0) continue;
+    Vertices at = before[i].at;
+    at.push_back(i);
+    at.insert(at.end(), after[i].at.begin(), after[i].at.end());
+    Offer(best, before[i].length_m + after[i].length_m, at);
   }
   return best.at;
 }
 
 Vertices CoarseOutAndReturn(const Reference& r) {
-  Best best;
+  Chain best;
   for (uint32_t a = 0; a < r.Size(); ++a) {
     const int32_t* from_a = r.d[a].data();
     for (uint32_t b = a + 1; b < r.Size(); ++b) {
       for (uint32_t c = b + 1; c < r.Size(); ++c) {
         const int32_t score_m = 2 * from_a[b] - from_a[c];
-        if (score_m > best.score_m && from_a[c] < r.settings.gap_m) best = {score_m, {a, b, c}};
+        if (score_m > best.length_m && from_a[c] < r.settings.gap_m) best = {score_m, {a, b, c}};
       }
     }
   }
@@ -193,7 +150,7 @@ void FillClosing(Reference& r) {
 }
 
 Vertices CoarseTriangle(const Reference& r, bool fai) {
-  Best best;
+  Chain best;
   for (uint32_t t1 = 0; t1 < r.Size(); ++t1) {
     for (uint32_t t3 = t1 + 2; t3 < r.Size(); ++t3) {
       const auto [closing_m, start, minus_finish] = r.closing[t1][t3];
@@ -203,7 +160,7 @@ Vertices CoarseTriangle(const Reference& r, bool fai) {
       const int32_t d13 = from_t1[t3];
       for (uint32_t t2 = t1 + 1; t2 < t3; ++t2) {
         const int32_t p = from_t1[t2] + from_t3[t2] + d13;
-        if (p - closing_m <= best.score_m) continue;
+        if (p - closing_m <= best.length_m) continue;
         if (fai && (p * 7) / 25 > std::min({from_t1[t2], from_t3[t2], d13})) continue;
         best = {p - closing_m,
                 {static_cast<uint32_t>(start), t1, t2, t3, static_cast<uint32_t>(-minus_finish)}};
@@ -231,7 +188,7 @@ TaskResult Refine(const Reference& r, OptimiseTask task, const Vertices& coarse)
     }
     if (!ascends) continue;
     const TaskResult result = MeasuredTask(r.points, task, at);
-    if (!IsAllowed(task, r.settings, result)) continue;
+    if (!KeepsRules(task, r.settings, result)) continue;
     if (task == OptimiseTask::kOutAndReturn && result.score_m <= 0) continue;
     if (best.vertices == 0 || result.score_m >= best.score_m) best = result;
   }
@@ -247,7 +204,10 @@ OptimiseResult ReferenceOptimise(std::span<const TrackPoint> points,
   Reference r = {.points = points, .settings = settings};
   Reduce(r);
   FillMatrix(r);
-  std::vector<Vertices> coarse = {Coarse2(r), Coarse3(r), Coarse4(r), Coarse5(r)};
+  FillLongerChains(r);
+  std::vector<Vertices> coarse = {CoarseFree(Chains(r.Size(), {.length_m = 0}), r.after),
+                                  CoarseFree(r.before, r.after), CoarseFree(r.before, r.two_after),
+                                  CoarseFree(r.two_before, r.two_after)};
   if (settings.gap_m > 0) {
     FillClosing(r);
     coarse.insert(coarse.end(),
