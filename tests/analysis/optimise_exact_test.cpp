@@ -193,6 +193,32 @@ TEST(OptimiseExact, FindsTheOptimumOfLongerTracks) {
   }
 }
 
+TEST(ClosingTable, FindsTheNearestPair) {
+  const std::vector<TrackPoint> points =
+      MakeTrack({.shape = TrackShape::kRandomWalk, .points = 1100, .seed = 11});
+  const Matrix way_m = WaysBetween(points);
+  const Matrix near_m = NearestPairs(way_m);
+  ExactSearch search = SearchOf(points, {});
+  constexpr double kLimit_m = 4000;
+  ClosingTable table = MakeClosingTable(search, kLimit_m);
+  ASSERT_TRUE(table.complete);
+  const auto last = static_cast<uint32_t>(points.size()) - 1;
+  for (uint32_t query = 0; query < 300; ++query) {
+    const uint32_t start = query * 7919 % (last - 1);
+    const uint32_t finish = start + 1 + query * 104729 % (last - start);
+    SCOPED_TRACE(std::to_string(start) + " to " + std::to_string(finish));
+    const double nearest_m = std::min(kLimit_m, near_m[start][finish]);
+    const double nearest_of_one_m =
+        *std::min_element(way_m[start].begin() + finish, way_m[start].end());
+    const ExactClosing closing = NearestClosing(search, table, start, finish);
+    ASSERT_DOUBLE_EQ(closing.distance_m, nearest_m);
+    EXPECT_TRUE(nearest_m == kLimit_m || (closing.start <= start && closing.finish >= finish));
+    EXPECT_LE(ClosingBound_m(table, start, finish), nearest_m);
+    ASSERT_DOUBLE_EQ(NearestFinish(search, table, start, finish).distance_m,
+                     std::min(kLimit_m, nearest_of_one_m));
+  }
+}
+
 TEST(OptimiseExact, VerticesMayShareAPlaceThatIsRepeated) {
   // Two places only: every chain that goes between them needs several fixes at each.
   std::vector<TrackPoint> points(20, TrackPoint{.lat = 500'000'000, .lon = 90'000'000});

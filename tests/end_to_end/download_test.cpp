@@ -120,10 +120,7 @@ TEST_F(DownloadTest, BadCommandLinesAreTold) {
     const char* message;
   } cases[] = {
       {{"/GPS=NOBODY"}, 2, "Parsing command line: Bad GPS type\n"},
-      {{"/COM=0"}, 2, "Parsing command line: Bad COM port\n"},
-      {{"--chek", "x"}, 2, "--check"},
       {{"--info", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
-      {{"--score", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
       {{"--score", folder.File("flight.igc"), "--gap", "5k"}, 2, "Bad gap \"5k\""},
       {{folder.File("flight.igc"), "/EXIT"}, 0, ""},
       {{folder.File("flight.igc"), folder.File("client"), "/EXIT"}, 2, "Unrecognized command"},
