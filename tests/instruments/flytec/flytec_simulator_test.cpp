@@ -2,11 +2,30 @@
 
 #include <gtest/gtest.h>
 
-#include "core/time_scale.h"
-#include "tests/instruments/flytec/conversation.h"
+#include "instruments/flytec/instrument_text.h"
 
 namespace skyhaul::flytec_simulator {
 namespace {
+
+void Say(SimulatedInstrument& instrument, std::string_view bytes, uint64_t now_ns = 0) {
+  for (const char c : bytes) {
+    instrument.receive(instrument.state, instrument.wire, static_cast<uint8_t>(c), now_ns);
+  }
+}
+
+std::string Hear(SimulatedInstrument& instrument, uint64_t now_ns = kNever_ns - 1) {
+  std::string heard(4096, 0);
+  heard.resize(
+      TakeArrived(instrument.wire, now_ns, reinterpret_cast<uint8_t*>(heard.data()), heard.size()));
+  return heard;
+}
+
+// All that a simulator answers.
+std::string AnswerTo(Simulator& simulator, std::string_view request) {
+  SimulatedInstrument instrument = MakeInstrument(simulator, 57600);
+  Say(instrument, request);
+  return Hear(instrument);
+}
 
 constexpr uint64_t kMillisecond_ns = 1'000'000;
 constexpr uint64_t kXoffDelay_ns = 750'000;
@@ -20,9 +39,8 @@ std::string AllBytes() {
 }
 
 Simulator KnownSimulator() {
-  Simulator simulator{.device_name = "5030", .software = "2.00"};
-  simulator.pilot_name = "JIMI HENDRIX";
-  simulator.serial = "01001";
+  Simulator simulator{
+      .device_name = "5030", .pilot_name = "JIMI HENDRIX", .serial = "01001", .software = "2.00"};
   // On 27 April 2017 at 15:29:56 and on 2 January 2009 at midnight.
   simulator.flights = {{.igc_text = "AXSH\r\nB\r\n", .start_time = 862241396, .duration_s = 295},
                        {.igc_text = AllBytes(), .start_time = 599788800, .duration_s = 43234}};
@@ -35,42 +53,33 @@ constexpr const char* kFlightList =
     "$PBRTL,02,01,02.01.09,00:00:00,12:00:34*79\r\n\x11";
 
 TEST(FlytecSimulator, AnswersWhatItUnderstands) {
-  const std::string newest =
-      "\x13"
-      "AXSH\r\nB\r\n\x11";
-  const std::tuple<const char*, std::string, std::string> cases[] = {
-      {"product data", "\x11$PBRSNP,*21\r\n", kProductData},
-      {"newest flight", "$PBRTR,00*6A\r\n", newest},
-      {"flight byte for byte", "$PBRTR,01*6B\r\n", "\x13" + AllBytes() + "\x11"},
-      {"flight on the screen", "$PBRIGC,*21\r\n", newest},
-      {"no checksum", "$PBRSNP,\r\n", kProductData},
-      {"no carriage return", "$PBRTL,*74\n", kFlightList},
-      {"garbage before", "PBRTL,*00\r\nxyz$PBRTL,*74\r\n", kFlightList},
-      {"broken off and begun again", "$PBRS$PBRTL,*74\r\n", kFlightList},
-      {"flow control inside", "$PBR\x11TL,*74\r\n", kFlightList},
-      {"two in a row", "$PBRTL,*74\r\n$PBRSNP,*21\r\n", std::string(kFlightList) + kProductData},
-      {"after an endless one", "$" + std::string(500, 'x') + "\r\n$PBRTL,*74\r\n", kFlightList},
+  const std::string newest = std::string("\x13") + "AXSH\r\nB\r\n\x11";
+  const std::pair<std::string, std::string> cases[] = {
+      {"\x11$PBRSNP,*21\r\n", kProductData},
+      {"$PBRTR,00*6A\r\n", newest},
+      {"$PBRTR,01*6B\r\n", "\x13" + AllBytes() + "\x11"},
+      {"$PBRIGC,*21\r\n", newest},
+      {"$PBRSNP,\n$PBRTL,*74\r\n", std::string(kProductData) + kFlightList},
+      {"PBRTL,*00\r\nxyz$PBRTL,*74\r\n", kFlightList},
+      {"$PBRS$PBRTL,*74\r\n", kFlightList},
+      {"$PBR\x11TL,*74\r\n", kFlightList},
+      {"$" + std::string(500, 'x') + "\r\n$PBRTL,*74\r\n", kFlightList},
   };
-  for (const auto& [name, request, answer] : cases) {
+  for (const auto& [request, answer] : cases) {
     Simulator simulator = KnownSimulator();
-    EXPECT_EQ(AnswerTo(simulator, request), answer) << name;
+    EXPECT_EQ(AnswerTo(simulator, request), answer) << request;
   }
 }
 
 TEST(FlytecSimulator, IsSilentOtherwise) {
-  const char* const cases[] = {"$PBRTL,*75\r\n",  "$PBRTR,00*6a\r\n", "$PBRTL,*7\r\n",
-                               "$PBRTL,*740\r\n", "$PBRTL,*74\r",     "PBRTL,*74\r\n",
-                               "$PBRXYZ,*37\r\n", "$PBRTR,00\r\n",    "$PBRTR,02*68\r\n",
-                               "$PBRTR,0*5A\r\n", "$PBRTR,0A*1B\r\n", "$PBRTL,0*44\r\n",
-                               "$\r\n",           "$*00\r\n",         "\r\n\n\r"};
-  for (const char* request : cases) {
-    Simulator simulator = KnownSimulator();
-    EXPECT_EQ(AnswerTo(simulator, request), "") << request;
-  }
-}
-
-TEST(FlytecSimulator, EmptyMemoryHasAnEmptyListAndNoFlight) {
-  Simulator simulator;
+  Simulator simulator = KnownSimulator();
+  EXPECT_EQ(AnswerTo(simulator,
+                     "$PBRTL,*75\r\n$PBRTR,00*6a\r\n$PBRTL,*740\r\n$PBRTL,*74\rPBRTL,*74\r\n"
+                     "$PBRXYZ,*37\r\n$PBRTR,02*68\r\n$PBRTR,0*5A\r\n$PBRTR,0A*1B\r\n"
+                     "$PBRTL,0*44\r\n$\r\n$*00\r\n\r\n"),
+            "");
+  // An empty memory has an empty list and no flight.
+  simulator.flights = {};
   EXPECT_EQ(AnswerTo(simulator, "$PBRTL,*74\r\n$PBRTR,00*6A\r\n$PBRIGC,*21\r\n"), "\x13\x11");
 }
 
@@ -82,7 +91,6 @@ TEST(FlytecSimulator, TakesItsTime) {
   constexpr uint64_t kAsked_ns = 5 * kMillisecond_ns;
   Say(instrument, "$PBRTL,*74\r\n", kAsked_ns);
   constexpr uint64_t kXoff_ns = kAsked_ns + kXoffDelay_ns + kByte_ns;
-  EXPECT_EQ(NextArrival_ns(instrument.wire), kXoff_ns);
   EXPECT_EQ(Hear(instrument, kXoff_ns - 1), "");
   EXPECT_EQ(Hear(instrument, kXoff_ns), "\x13");
   constexpr uint64_t kAnswer_ns = kAsked_ns + kXoffDelay_ns + 40 * kMillisecond_ns;
@@ -126,38 +134,63 @@ TEST(FlytecSimulator, TellsWhatBecameOfASentence) {
             "nothing to answer: $PBRTR,05*6F\n");
 }
 
-TEST(FlightFromIgc, FindsTheTimes) {
-  constexpr CalendarTime kNoon{.year = 2021, .month = 8, .day = 5, .hour = 12};
-  constexpr CalendarTime kLate{
-      .year = 2021, .month = 8, .day = 5, .hour = 23, .minute = 59, .second = 58};
-  const std::tuple<const char*, CalendarTime, uint32_t> cases[] = {
-      {"AXSH000\r\nHFDTE050821\r\nB1200004700000N01100000EA0100001050\r\n"
-       "B1201404700000N01100000EA0100001050\r\n",
-       kNoon, 100},
-      {"AXSH000\r\nHFDTEDATE:050821,01\r\nB2359584700000N01100000EA0100001050\r\n"
-       "B0000084700000N01100000EA0100001050\r\n",
-       kLate, 10},
-      // Damaged, but readable.
-      {"HFDTE050821\nB120000\nB47\nBxxxxxx\nB120140 and no position\n", kNoon, 100},
-      {"HFDTEDATE: 050821\nB235958\nB000008", kLate, 10},
-      {"HFDTE0508\r\nB120000\r\n", {.year = 1989, .month = 12, .day = 31, .hour = 12}, 0},
-      {"\r\n\n", {}, 0},
-      {"", {}, 0},
+const std::string kDone = "\x13\x11";
+
+// What the simulator answers to one body after the other.
+std::string Answers(Simulator& simulator, const std::vector<std::string>& bodies) {
+  std::string request;
+  for (const std::string& body : bodies) request += InstrumentSentence(body);
+  return AnswerTo(simulator, request);
+}
+
+std::string Answer(char code) {
+  return "\x13" + InstrumentSentence(std::string("PBRANS,") + code) + "\x11";
+}
+
+const std::string kWaypointUpload = "PBRWPR,4743.564,N,01121.571,E,,Urthaler Hof     ,0620";
+const std::vector<std::string> kAirspaceUpload = {"PBRCTRW,003,000,Kreisbogen       ,3440",
+                                                  "PBRCTRW,003,001,Remark Kreisbogen",
+                                                  "PBRCTRW,003,002,C,4710.001,N,01104.700,E,12345"};
+
+TEST(FlytecUpload, WhatWasTakenIsListed) {
+  Simulator simulator;
+  EXPECT_EQ(Answers(simulator, {kWaypointUpload}), kDone);
+  EXPECT_EQ(Answers(simulator, {"PBRWPS,"}),
+            "\x13$PBRWPS,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620*03\r\n\x11");
+  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDone + kDone + Answer('1'));
+  EXPECT_EQ(Answers(simulator, {"PBRCTR,"}),
+            "\x13$PBRCTR,003,000,Kreisbogen       ,3440*02\r\n"
+            "$PBRCTR,003,001,Remark Kreisbogen*0E\r\n"
+            "$PBRCTR,003,002,C,4710.001,N,01104.700,E,12345*4D\r\n"
+            "$PBRANS,1*01\r\n\x11");
+}
+
+TEST(FlytecUpload, WhatIsNotAnUploadIsNotAnswered) {
+  Simulator simulator;
+  EXPECT_EQ(Answers(simulator, {"PBRWPR,nonsense", "PBRWPR,", "PBRCTRW,", "PBRCTRW,3,0,A,1"}), "");
+  EXPECT_TRUE(simulator.waypoints.empty());
+}
+
+TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
+  const std::tuple<Refusal, std::string, std::string> cases[] = {
+      {Refusal::kPlausibility, kDone, kDone + kDone + Answer('2')},
+      {Refusal::kMemory, kDone, kDone + kDone + Answer('3')},
+      {Refusal::kProtected, kDone, kDone + kDone + Answer('4')},
+      {Refusal::kSyntax, kDone, kDone + kDone + Answer('5')},
+      {Refusal::kSilent, "", ""},
   };
-  for (const auto& [text, start, duration_s] : cases) {
-    const StoredFlight flight = FlightFromIgc(text);
-    EXPECT_EQ(flight.igc_text, text);
-    EXPECT_EQ(CalendarFromTime(flight.start_time), start) << text;
-    EXPECT_EQ(flight.duration_s, duration_s) << text;
+  for (const auto& [refusal, waypoint_answer, airspace_answer] : cases) {
+    Simulator simulator{.refusal = refusal};
+    EXPECT_EQ(Answers(simulator, {kWaypointUpload}), waypoint_answer);
+    EXPECT_EQ(Answers(simulator, kAirspaceUpload), airspace_answer);
+    EXPECT_TRUE(simulator.waypoints.empty() && simulator.airspaces.empty());
   }
 }
 
-TEST(FlightFromIgc, NewestComesFirst) {
-  std::vector<StoredFlight> flights = {{.igc_text = "old", .start_time = 1},
-                                       {.igc_text = "new", .start_time = 3},
-                                       {.igc_text = "middle", .start_time = 2}};
-  SortNewestFirst(flights);
-  EXPECT_EQ(flights[0].igc_text + flights[1].igc_text + flights[2].igc_text, "newmiddleold");
+TEST(FlytecUpload, AFaultyAirspaceIsAnsweredAtItsLastLineAndForgotten) {
+  Simulator simulator;
+  EXPECT_EQ(Answers(simulator, {kAirspaceUpload[0], kAirspaceUpload[2]}), kDone + Answer('5'));
+  EXPECT_EQ(Answers(simulator, kAirspaceUpload), kDone + kDone + Answer('1'));
 }
 
 }  // namespace

@@ -85,11 +85,9 @@ TEST(WaypointRecogniser, EachFaultHasItsNumberAtItsByte) {
 }
 
 TEST(WaypointRecogniser, PassesOverOtherSentences) {
-  const std::string waypoint = Sentence("PBRWPS,4730,N,01100,E,A,B,1");
-  for (const std::string& before :
-       {"noise\r\n" + Sentence("PBRSNP,5030,A,1,2"), std::string("$PBR"), std::string("$")}) {
+  for (const char* before : {"noise\r\n$PBRSNP,5030,A,1,2*00\r\n", "$PBR", "$"}) {
     WaypointRecogniser recogniser;
-    EXPECT_EQ(Feed(recogniser, before + waypoint), 0) << before;
+    EXPECT_EQ(Feed(recogniser, before + WaypointLine()), 0) << before;
   }
 }
 
@@ -124,27 +122,40 @@ Texts Sent(FlytecBench& b) {
 }
 
 TEST(WriteWaypoints, OneNameOf17CharactersAndAPositionGoOverTheWire) {
-  const std::pair<FileWaypoint, const char*> cases[] = {
-      {Waypoint("URT062", "Urthaler Hof", 47.7260667, 11.3595167, 619.5),
-       "PBRWPR,4743.564,N,01121.571,E,,Urthaler Hof     ,0620"},
-      {Waypoint("S03095", "", -4.4188333, -76.1268333, -7),
-       "PBRWPR,0425.130,S,07607.610,W,,S03095           ,-007"},
-      {Waypoint("A", "Seventeen letters and more", 0, 0, 99999),
-       "PBRWPR,0000.000,N,00000.000,E,,Seventeen letters,99999"},
-      {Waypoint("A", " a,b*c$d\te", 59.9999999, 9.99999999, NAN),
-       "PBRWPR,6000.000,N,01000.000,E,,a-b-c-d e        ,0000"},
-      {Waypoint("H\xc3\xb6rnle und weiter", "\n", 89.99998, 179.99998, -9999),
-       "PBRWPR,8959.999,N,17959.999,E,,Hornle und weiter,-9999"},
-  };
-  for (const auto& [waypoint, body] : cases) {
-    FlytecBench b;
-    b.job.data.waypoints_to_send = {waypoint};
-    EXPECT_EQ(WriteWaypointsJob(b.job), 1);
-    EXPECT_EQ(Sent(b), Texts{body});
-  }
+  FlytecBench b;
+  b.job.data.waypoints_to_send = {
+      Waypoint("URT062", "Urthaler Hof", 47.7260667, 11.3595167, 619.5),
+      Waypoint("N", "North Pole", 90, 0, 0),
+      Waypoint("W", "", 0, -180, 0),
+      Waypoint("S03095", "", -4.4188333, -76.1268333, -7),
+      Waypoint("A", "Seventeen letters and more", 0, 0, 99999),
+      Waypoint("Low", "", 0, 0, -9999.5),
+      Waypoint("High", "", 0, 0, 99999.5),
+      Waypoint("A", " a,b*c$d\te", 59.9999999, 9.99999999, NAN),
+      Waypoint("H\xc3\xb6rnle und weiter", "\n", 89.99998, 179.99998, -9999)};
+  EXPECT_EQ(WriteWaypointsJob(b.job), 5);
+  EXPECT_EQ(Sent(b), (Texts{"PBRWPR,4743.564,N,01121.571,E,,Urthaler Hof     ,0620",
+                            "PBRWPR,0425.130,S,07607.610,W,,S03095           ,-007",
+                            "PBRWPR,0000.000,N,00000.000,E,,Seventeen letters,99999",
+                            "PBRWPR,6000.000,N,01000.000,E,,a-b-c-d e        ,0000",
+                            "PBRWPR,8959.999,N,17959.999,E,,Hornle und weiter,-9999"}));
+  const std::string title = "Write GPS waypoints: Waypoint ";
+  EXPECT_EQ(b.recorder.messages,
+            (Texts{title + "North Pole lies where the instrument knows no position",
+                   title + "W lies where the instrument knows no position",
+                   title + "Low has an altitude of more than five characters",
+                   title + "High has an altitude of more than five characters"}));
+  EXPECT_EQ(b.recorder.statuses,
+            (Texts{"Product data read", "1 names were changed to fit 17 characters",
+                   "Waypoint 1 sent", "Waypoint 2 sent", "Waypoint 3 sent", "Waypoint 4 sent",
+                   "Waypoint 5 sent", "5 waypoints sent"}));
+  EXPECT_EQ(b.recorder.progress.back(), "Sent wpt 5/9");
+  EXPECT_EQ(b.recorder.percents.back(), 55);
+  // 200 opening, 1000 after identification and 300 after each waypoint.
+  EXPECT_NEAR(b.Waited_ms(), 2700, 60);
 }
 
-TEST(WriteWaypoints, NamesAreMadeDifferentAndTheChangesCounted) {
+TEST(NameFields, NamesAreMadeDifferentAndTheChangesCounted) {
   const std::tuple<Texts, Texts, uint32_t> cases[] = {
       {{"Hut", "Pass"}, {"Hut              ", "Pass             "}, 0},
       {{"Hut", "Hut", "Hut"}, {"Hut              ", "Hut2             ", "Hut3             "}, 2},
@@ -156,51 +167,11 @@ TEST(WriteWaypoints, NamesAreMadeDifferentAndTheChangesCounted) {
     EXPECT_EQ(NameFields(names, changed), expected);
     EXPECT_EQ(changed, expected_changes);
   }
-  FlytecBench b;
-  b.job.data.waypoints_to_send = {Waypoint("A", "Seventeen letters and more", 0, 0, 0)};
-  EXPECT_EQ(WriteWaypointsJob(b.job), 1);
-  EXPECT_TRUE(Has(b.recorder.statuses, "1 names were changed to fit 17 characters"));
-}
-
-TEST(WriteWaypoints, WhatCannotBeSentIsNamedAndPassedOver) {
-  constexpr const char* kPlace = " lies where the instrument knows no position";
-  constexpr const char* kAltitude = " has an altitude of more than five characters";
-  const std::pair<FileWaypoint, std::string> cases[] = {
-      {Waypoint("N", "North Pole", 90, 0, 0), std::string("North Pole") + kPlace},
-      {Waypoint("W", "", 0, -180, 0), std::string("W") + kPlace},
-      {Waypoint("Low", "", 0, 0, -9999.5), std::string("Low") + kAltitude},
-      {Waypoint("High", "", 0, 0, 99999.5), std::string("High") + kAltitude},
-  };
-  for (const auto& [waypoint, message] : cases) {
-    FlytecBench b;
-    b.job.data.waypoints_to_send = {waypoint, Waypoint("B", "", 0, 0, 0)};
-    EXPECT_EQ(WriteWaypointsJob(b.job), 1);
-    EXPECT_EQ(b.recorder.messages, Texts{"Write GPS waypoints: Waypoint " + message});
-    EXPECT_EQ(Sent(b).size(), 1U);
-  }
-}
-
-struct Upload : FlytecBench {
-  Upload() {
-    job.data.waypoints_to_send = {Waypoint("A", "", 0, 0, 0), Waypoint("B", "", 0, 0, 0),
-                                  Waypoint("C", "", 0, 0, 0)};
-  }
-};
-
-TEST(WriteWaypoints, SendsOneAfterTheOther) {
-  Upload b;
-  ASSERT_EQ(WriteWaypointsJob(b.job), 3);
-  EXPECT_EQ(Sent(b).size(), 3U);
-  EXPECT_EQ(b.recorder.statuses, (Texts{"Product data read", "Waypoint 1 sent", "Waypoint 2 sent",
-                                        "Waypoint 3 sent", "3 waypoints sent"}));
-  EXPECT_EQ(b.recorder.progress.back(), "Sent wpt 3/3");
-  EXPECT_EQ(b.recorder.percents.back(), 100);
-  // 200 opening, 1000 after identification and 300 after each waypoint.
-  EXPECT_NEAR(b.Waited_ms(), 2100, 60);
 }
 
 TEST(WriteWaypoints, TellsHowManyWereSentWhenItBreaksOff) {
-  Upload b;
+  FlytecBench b;
+  b.job.data.waypoints_to_send.resize(3, {.name = "A"});
   b.bench.fault = FailWrite(3);
   EXPECT_LT(WriteWaypointsJob(b.job), 0);
   EXPECT_EQ(b.recorder.statuses.back(), "2 waypoints sent");
