@@ -19,4 +19,9 @@ struct FileWaypoint {
   int32_t type = 0;     // kWaypointAirfield, or anything else for an ordinary point
 };
 
+// What a format with only one text beside the name writes: the description, else the comment.
+inline const std::string& FurtherText(const FileWaypoint& waypoint) {
+  return waypoint.description.empty() ? waypoint.comment : waypoint.description;
+}
+
 }  // namespace skyhaul

@@ -40,7 +40,7 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   text += ' ';
   AppendFixed(text, waypoint.altitude_m, kAltitudeDecimals);
   text += ' ';
-  text += ToWindows1252(OneLine(waypoint.description));
+  text += ToWindows1252(OneLine(FurtherText(waypoint)));
   text += "\r\n";
 }
 

@@ -116,8 +116,7 @@ std::string_view ReadWaypoint(const QuotedRecord& record, const Columns& columns
   const std::string name = OneLine(field(kName));
   waypoint.name = code.empty() ? name : code;
   if (name != waypoint.name) waypoint.description = name;
-  std::string& remark = waypoint.description.empty() ? waypoint.description : waypoint.comment;
-  remark = OneLine(field(kDesc));
+  waypoint.comment = OneLine(field(kDesc));
   const bool airfield =
       std::ranges::find(kAirfieldStyles, field(kStyle)) != std::end(kAirfieldStyles);
   waypoint.type = airfield ? kWaypointAirfield : 0;

@@ -27,8 +27,8 @@ namespace skyhaul::cup {
 bool LooksLike(std::string_view text);
 
 // Reads UTF-8 or Windows-1252. A waypoint's name is the code where there is one, because that is
-// what fits into instruments; the description is then the name. desc is the comment, or the
-// description where name and code are alike or one of them is empty. An empty elevation is 0, and
+// what fits into instruments; the description is then the name. desc is the comment, which formats
+// with only one further text write where there is no description. An empty elevation is 0, and
 // one that cannot be read is taken for 0 with a note. The list ends at a line that starts with
 // "-----", where the tasks begin. A line that is no waypoint is skipped with a note. Returns the
 // number of waypoints, or -1 with a message that names the line: no heading, or lines but not one

@@ -50,7 +50,7 @@ std::string LineTail(const FileWaypoint& waypoint, size_t altitude_width) {
       std::to_string(std::lround(std::clamp(altitude_m, -kLimit_m, kLimit_m)));
   std::string tail(altitude_width - std::min(altitude_width, altitude.size() + 1), ' ');
   tail += ' ' + altitude;
-  const std::string description = ToAscii(OneLine(waypoint.description));
+  const std::string description = ToAscii(OneLine(FurtherText(waypoint)));
   if (!description.empty()) tail += "  " + description;
   return tail.append(kLineEnd);
 }

@@ -44,7 +44,7 @@ void AppendWaypoint(std::string& xml, const FileWaypoint& waypoint) {
   }
   AppendText(xml, "name", waypoint.name);
   AppendText(xml, "cmt", waypoint.comment.empty() ? waypoint.description : waypoint.comment);
-  AppendText(xml, "desc", waypoint.description);
+  AppendText(xml, "desc", FurtherText(waypoint));
   if (waypoint.type == kWaypointAirfield) {
     AppendText(xml, "sym", kAirfield);
     AppendText(xml, "type", kAirfield);

@@ -33,7 +33,7 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   if (waypoint.time != 0) AppendSpreadsheetDay(text, waypoint.time, 0);
   // Symbol 0, status 1, shown as name with dot, black on yellow.
   text += ",0,1,3,0,65535,";
-  text += TextToField(waypoint.description, kDescriptionLength);
+  text += TextToField(FurtherText(waypoint), kDescriptionLength);
   text += ",0,0,0,";  // pointer direction, receiver's display format, proximity distance
   AppendAltitude(text, waypoint.altitude_m);
   text += ",6,0,17\r\n";  // font size and style, symbol size

@@ -48,13 +48,13 @@ TEST(CupRead, ReadsNotesAndRefuses) {
            "\"Home, \"\"the\"\" field\",,\r\n",
            "46.3611 14.1722 504 LJBL|Lesce-Bled|Home, \"the\" field type 1\n"},
           // Without a heading.
-          {"\"A\",,CH,4530.000N,00730.000E,9m,1,,,,\"remark\"\n", "45.5 7.5 9 A|remark\n"},
+          {"\"A\",,CH,4530.000N,00730.000E,9m,1,,,,\"remark\"\n", "45.5 7.5 9 A||remark\n"},
           {kHeading, ""},
           // Name and description are what is left of name, code and remark.
           {kHeading + "Start hill,A01" + origin, "0 0 0 A01|Start hill|remark\n"},
-          {kHeading + "A01,A01" + origin, "0 0 0 A01|remark\n"},
-          {kHeading + "Z\xFCrs," + origin, "0 0 0 Zürs|remark\n"},
-          {kHeading + ",A01" + origin, "0 0 0 A01|remark\n"},
+          {kHeading + "A01,A01" + origin, "0 0 0 A01||remark\n"},
+          {kHeading + "Z\xFCrs," + origin, "0 0 0 Zürs||remark\n"},
+          {kHeading + ",A01" + origin, "0 0 0 A01||remark\n"},
           // Positions, elevations and styles.
           {kHeading + "P,,,4530.000s,00730.000w,1000ft,2\n", "-45.5 -7.5 304.8 P type 1\n"},
           {kHeading + "P,,,0000.600S,00000.600W,-12.5M,3\n", "-0.01 -0.01 -12.5 P\n"},
