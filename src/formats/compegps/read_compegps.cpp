@@ -103,8 +103,10 @@ void TakeFileLine(Reader& reader, std::string_view line) {
 bool LooksLike(std::string_view text) {
   bool has_datum = false;
   bool has_form = false;
-  while (!text.empty()) {
-    std::string_view line = TakeLine(text);
+  const std::string utf8 = ToUtf8(text);  // without a byte order mark before the first letter
+  std::string_view rest = utf8;
+  while (!rest.empty()) {
+    std::string_view line = TakeLine(rest);
     const std::string_view letter = TakeWord(line);
     if (letter == "T" || letter == "R") return false;  // tracks and routes
     has_datum = has_datum || letter == "G";

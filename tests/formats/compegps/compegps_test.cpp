@@ -49,6 +49,7 @@ TEST(CompeGps, ReadsTimesAndRefusesOtherKinds) {
                {start + "31-DEC-99 00:00:00 3 d", shown + " @315532800\n"},
                {start + "01-JAN-1970 00:00:00 3 d", shown + "\n"},
                {start + "30-FEB-24 00:00:00 3 d", shown + "\n"},
+               {"\xEF\xBB\xBFG  WGS 84\r\nU  1\r\n", ""},
                {"", other},
                {"G  WGS 84\nU  1\nT A 46.1N 7.1E 01-MAY-24 12:34:56 s 5\n", other},
                {"G  WGS 84\nU  0\nW  X 31T 395555 4623424 27-MAR-62 00:00:00 5 a\n",
