@@ -11,9 +11,11 @@ namespace {
 
 bool IsSame(const FileWaypoint& before, const FileWaypoint& after) {
   constexpr int64_t kHalfMilliminute = 100;  // in semicircles
-  return IsNear(before, after, kHalfMilliminute) && after.name == before.name &&
-         after.description == before.description && after.comment == before.comment &&
-         after.type == before.type;
+  if (!IsNear(before, after, kHalfMilliminute)) return false;
+  // Of a name and a description the file holds one when the other is missing or repeats it.
+  if (before.name.empty() || before.name == before.description) return true;
+  return after.name == before.name && after.description == before.description &&
+         after.comment == before.comment && after.type == before.type;
 }
 
 }  // namespace

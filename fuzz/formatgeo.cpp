@@ -1,6 +1,9 @@
 // Any bytes as one of the two plain waypoint lists: the readers must survive them, and what either
 // writer makes of the waypoints is read back as the same ones.
 
+#include "core/text/charset.h"
+#include "core/text/letter_case.h"
+#include "core/text/scan.h"
 #include "formats/formatgeo/read_formatgeo.h"
 #include "formats/formatgeo/write_formatgeo.h"
 #include "fuzz/waypoint_file.h"
@@ -9,10 +12,12 @@ namespace skyhaul {
 
 namespace {
 
-// Longitudes are left out: they wrap at 180 degrees, and near a pole a metre is far.
+// Texts are written in plain letters. Longitudes are left out: they wrap at 180 degrees, and near a
+// pole a metre is far.
 template <int64_t kSemicircles>
 bool IsSame(const FileWaypoint& before, const FileWaypoint& after) {
-  return before.name == after.name && before.description == after.description &&
+  return before.name == after.name &&
+         TrimBlanks(ToAscii(before.description)) == after.description &&
          std::abs(int64_t{before.lat} - after.lat) <= kSemicircles;
 }
 
@@ -21,9 +26,10 @@ constexpr WaypointFormat kForms[] = {
     {formatgeo::LooksLikeUtm, formatgeo::ReadUtm, formatgeo::WriteUtm, IsSame<80>},
 };
 
-// The line of a name that holds a position itself is misread.
+// A name is written as one word of plain letters, and a line whose name holds a position is
+// misread.
 bool HasPlainName(const FileWaypoint& waypoint) {
-  return waypoint.name.find_first_of("0123456789.+-") == std::string::npos;
+  return !waypoint.name.empty() && std::ranges::all_of(waypoint.name, IsLetter);
 }
 
 }  // namespace
