@@ -9,15 +9,9 @@ namespace {
 
 // What a job needs of the table: which conversation, over which kind of port.
 TEST(Families, NamesLeadToTheirConversations) {
-  const std::tuple<GpsType, bool, ProtocolType> cases[] = {
-      {GpsType::kGarmin, false, kGarminSerial},
-      {GpsType::kGarmin, true, kGarminUsb},
-      {GpsType::kFlymasterOld, false, kFlymaster},
-      {GpsType::kIqCompeo, true, kFlytec},
-  };
-  for (const auto& [type, usb, protocol] : cases) {
-    EXPECT_EQ(ProtocolOf(type, usb), protocol) << EntryOf(type).name;
-  }
+  EXPECT_EQ(ProtocolOf(GpsType::kGarmin, false), kGarminSerial);
+  EXPECT_EQ(ProtocolOf(GpsType::kGarmin, true), kGarminUsb);
+  EXPECT_EQ(ProtocolOf(GpsType::kIqCompeo, true), kFlytec);
 }
 
 TEST(Families, JobsHaveTheProceduresAndPortsOfTheirRows) {

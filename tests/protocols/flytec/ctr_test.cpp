@@ -55,8 +55,6 @@ TEST(CtrSentence, BuildsTheRecordFromWhichItCanBeWrittenAgain) {
   }
   const AirspaceSegment& arc = record.segments[2];
   EXPECT_EQ(arc.direction, kCounterClockwise);
-  EXPECT_NEAR(arc.start.lat, At(47.05, 11.17).lat, 1);
-  EXPECT_NEAR(arc.start.lon, At(47.05, 11.17).lon, 1);
 }
 
 TEST(CtrSentence, LongTextsAreCutAndShortOnesTaken) {
@@ -159,12 +157,8 @@ TEST(CtrLines, AnArcByBearingsGetsItsEndsOnTheGroundAndARadiusIsRounded) {
 TEST(CtrLines, WhatCannotBeSentIsNamedBeforehand) {
   using Change = void (*)(CtrRecord&);
   const std::pair<Change, const char*> cases[] = {
-      {[](CtrRecord&) {}, ""},
-      {[](CtrRecord& r) { r.segments.clear(); }, "has no outline"},
-      {[](CtrRecord& r) { r.segments.assign(997, {}); }, ""},
       {[](CtrRecord& r) { r.segments.assign(998, {}); },
        "has more points than the instrument can be told"},
-      {[](CtrRecord& r) { r.segments[1].radius_m = 99999; }, ""},
       {[](CtrRecord& r) { r.segments[1].radius_m = 99999.1; }, kRadius},
       {[](CtrRecord& r) { r.segments[1].radius_m = 0.5; }, ""},  // sent as 1 m
       {[](CtrRecord& r) { r.segments[1].radius_m = 0.49; }, kRadius},
@@ -225,8 +219,6 @@ TEST(WriteCtrs, SendsTheSelectedOnesEachAcknowledged) {
 TEST(WriteCtrs, EachAnswerButOneEndsTheUpload) {
   const std::pair<std::string, const char*> cases[] = {
       {Sentence("PBRANS,2 because"), "Plausibility error"},
-      {Sentence("PBRANS,3"), "No further memory"},
-      {Sentence("PBRANS,4"), "No more writing allowed"},
       {Sentence("PBRANS,5"), "NMEA syntax error"},
       {Sentence("PBRANS,6"), "Unknown ack. status"},
       {Sentence("PBRSNP,1"), "E600 Format error 1"},

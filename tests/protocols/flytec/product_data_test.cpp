@@ -43,10 +43,8 @@ TEST(ProductData, IsReadAndShown) {
   EXPECT_EQ(b.bench.settings.baud, 57600U);
   EXPECT_TRUE(b.bench.settings.xon_xoff);
   EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n");
-  EXPECT_EQ(b.job.device_name, "COMPEO+");
-  EXPECT_EQ(b.job.model_name, "Compeo+");
-  EXPECT_EQ(b.job.description, "COMPEO+ SN01001 SW3.15");
-  EXPECT_EQ(b.job.owner, "Compeo+: JIMI HENDRIX");
+  EXPECT_EQ((Texts{b.job.device_name, b.job.model_name, b.job.description, b.job.owner}),
+            (Texts{"COMPEO+", "Compeo+", "COMPEO+ SN01001 SW3.15", "Compeo+: JIMI HENDRIX"}));
   EXPECT_EQ(b.recorder.statuses, Texts{"Product data read"});
   EXPECT_EQ(b.recorder.progress,
             (Texts{"Requesting product info (15)", "COMPEO+, SN01001, SW3.15"}));
@@ -83,16 +81,6 @@ TEST(ProductData, ALateOrSecondAnswerIsTaken) {
   ASSERT_EQ(ReadProductData(b.job, data), 0);
   EXPECT_EQ(b.script.requests.size(), 2U);
   EXPECT_EQ(b.recorder.progress[1], "Requesting product info (14)");
-  EXPECT_EQ(data.device_name, "6030");
-}
-
-TEST(ProductData, APortIsFoundAutomatically) {
-  FlytecBench b;
-  b.job.link.automatic = true;
-  b.job.link.candidates = {"port9", "port1"};
-  ProductData data;
-  EXPECT_EQ(ReadProductData(b.job, data), 0);
-  EXPECT_EQ(b.bench.open_port, "port1");
   EXPECT_EQ(data.device_name, "6030");
 }
 
