@@ -73,11 +73,13 @@ TEST(FlytecSimulator, AnswersWhatItUnderstands) {
 
 TEST(FlytecSimulator, IsSilentOtherwise) {
   Simulator simulator = KnownSimulator();
-  EXPECT_EQ(AnswerTo(simulator,
-                     "$PBRTL,*75\r\n$PBRTR,00*6a\r\n$PBRTL,*740\r\n$PBRTL,*74\rPBRTL,*74\r\n"
-                     "$PBRXYZ,*37\r\n$PBRTR,02*68\r\n$PBRTR,0*5A\r\n$PBRTR,0A*1B\r\n"
-                     "$PBRTL,0*44\r\n$\r\n$*00\r\n\r\n"),
-            "");
+  EXPECT_EQ(
+      AnswerTo(simulator,
+               "$PBRTL,*75\r\n$PBRTR,00*6a\r\n$PBRTL,*740\r\n$PBRTL,*74\rPBRTL,*74\r\n"
+               "$PBRXYZ,*37\r\n$PBRTR,02*68\r\n$PBRTR,0*5A\r\n$PBRTR,0A*1B\r\n"
+               "$PBRTL,0*44\r\n$\r\n$*00\r\n\r\n" +
+                   InstrumentSentence("PBRWPR,nonsense") + InstrumentSentence("PBRCTRW,3,0,A,1")),
+      "");
   // An empty memory has an empty list and no flight.
   simulator.flights = {};
   EXPECT_EQ(AnswerTo(simulator, "$PBRTL,*74\r\n$PBRTR,00*6A\r\n$PBRIGC,*21\r\n"), "\x13\x11");
@@ -165,24 +167,19 @@ TEST(FlytecUpload, WhatWasTakenIsListed) {
             "$PBRANS,1*01\r\n\x11");
 }
 
-TEST(FlytecUpload, WhatIsNotAnUploadIsNotAnswered) {
-  Simulator simulator;
-  EXPECT_EQ(Answers(simulator, {"PBRWPR,nonsense", "PBRWPR,", "PBRCTRW,", "PBRCTRW,3,0,A,1"}), "");
-  EXPECT_TRUE(simulator.waypoints.empty());
-}
-
 TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
-  const std::tuple<Refusal, std::string, std::string> cases[] = {
-      {Refusal::kPlausibility, kDone, kDone + kDone + Answer('2')},
-      {Refusal::kMemory, kDone, kDone + kDone + Answer('3')},
-      {Refusal::kProtected, kDone, kDone + kDone + Answer('4')},
-      {Refusal::kSyntax, kDone, kDone + kDone + Answer('5')},
-      {Refusal::kSilent, "", ""},
+  const std::pair<Refusal, std::string> cases[] = {
+      {Refusal::kPlausibility, Answer('2')},
+      {Refusal::kMemory, Answer('3')},
+      {Refusal::kProtected, Answer('4')},
+      {Refusal::kSyntax, Answer('5')},
+      {Refusal::kSilent, ""},
   };
-  for (const auto& [refusal, waypoint_answer, airspace_answer] : cases) {
+  for (const auto& [refusal, answer] : cases) {
     Simulator simulator{.refusal = refusal};
-    EXPECT_EQ(Answers(simulator, {kWaypointUpload}), waypoint_answer);
-    EXPECT_EQ(Answers(simulator, kAirspaceUpload), airspace_answer);
+    const std::string done = answer.empty() ? "" : kDone;
+    EXPECT_EQ(Answers(simulator, {kWaypointUpload}), done);
+    EXPECT_EQ(Answers(simulator, kAirspaceUpload), done + done + answer);
     EXPECT_TRUE(simulator.waypoints.empty() && simulator.airspaces.empty());
   }
 }

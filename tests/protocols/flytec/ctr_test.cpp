@@ -157,8 +157,10 @@ TEST(CtrLines, AnArcByBearingsGetsItsEndsOnTheGroundAndARadiusIsRounded) {
 TEST(CtrLines, WhatCannotBeSentIsNamedBeforehand) {
   using Change = void (*)(CtrRecord&);
   const std::pair<Change, const char*> cases[] = {
+      {[](CtrRecord& r) { r.segments.assign(997, {}); }, ""},
       {[](CtrRecord& r) { r.segments.assign(998, {}); },
        "has more points than the instrument can be told"},
+      {[](CtrRecord& r) { r.segments[1].radius_m = 99999; }, ""},
       {[](CtrRecord& r) { r.segments[1].radius_m = 99999.1; }, kRadius},
       {[](CtrRecord& r) { r.segments[1].radius_m = 0.5; }, ""},  // sent as 1 m
       {[](CtrRecord& r) { r.segments[1].radius_m = 0.49; }, kRadius},

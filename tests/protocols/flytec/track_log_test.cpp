@@ -129,6 +129,7 @@ TEST(TrackLogJob, AFlightThatIsTooOldCannotBeRequested) {
   b.recorder.choice = {100};
   EXPECT_LT(TrackLogJob(b.job), 0);
   EXPECT_EQ(b.recorder.messages, Texts{kTooOld});
+  EXPECT_EQ(b.script.requests.size(), 2U);
 }
 
 TEST(TrackLogJob, ClientsHearOfPositionsWhileTheyArrive) {
