@@ -13,15 +13,10 @@
 namespace skyhaul {
 
 void Fuzz(std::string_view line) {
-  const auto fields = SplitFields(line, 10);
-  std::string joined;
-  for (const std::string_view field : fields) {
+  for (const std::string_view field : SplitFields(line, 10)) {
     uint32_t value = 0;
     if (ParseUintField(field, value) == 0) Require(value <= 2147483649U);
-    joined += joined.empty() && field.data() == line.data() ? "" : ",";
-    joined += field;
   }
-  Require(joined == line);
 
   std::string_view rest = line;
   std::string_view digits;
