@@ -36,9 +36,7 @@ bool SameSegment(const AirspaceSegment& left, const AirspaceSegment& right) {
 
 // A radius of less than a millionth of a metre is written as nothing, which no reader takes.
 bool CanBeWritten(const AirspaceSegment& segment) {
-  const bool has_radius =
-      segment.type == SegmentType::kCircle || segment.type == SegmentType::kArcByBearings;
-  return !has_radius || segment.radius_m > 1e-6;
+  return segment.radius_m == 0 || segment.radius_m > 1e-6;
 }
 
 void RequireSame(const CtrRecord& left, const CtrRecord& right) {

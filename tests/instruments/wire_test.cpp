@@ -46,8 +46,9 @@ TEST(ConversationLog, LongBurstsAreSplit) {
 
 constexpr uint64_t kByte_ns = 173'611;  // 10 bits at 57600 baud
 
+// Takes what has arrived, as far as it fits into three bytes.
 std::string Take(Wire& wire, uint64_t now_ns) {
-  uint8_t buffer[64];
+  uint8_t buffer[3];
   const size_t count = TakeArrived(wire, now_ns, buffer, sizeof buffer);
   return {buffer, buffer + count};
 }
@@ -59,15 +60,9 @@ TEST(Wire, LaterBytesWaitForEarlierOnesAndForTheirTime) {
   Send(wire, "d", 10 * kByte_ns);
   EXPECT_EQ(Take(wire, 3 * kByte_ns), "abc");
   EXPECT_EQ(NextArrival_ns(wire), 11 * kByte_ns);
-}
-
-TEST(Wire, TakesNoMoreThanThereIsRoomFor) {
-  Wire wire;
-  wire.baud = 0;
-  Send(wire, "abc", 0);
-  uint8_t buffer[2];
-  EXPECT_EQ(TakeArrived(wire, 0, buffer, sizeof buffer), 2U);
-  EXPECT_EQ(Take(wire, 0), "c");
+  Send(wire, "efg", 10 * kByte_ns);
+  EXPECT_EQ(Take(wire, 20 * kByte_ns), "def");
+  EXPECT_EQ(Take(wire, 20 * kByte_ns), "g");
   EXPECT_EQ(NextArrival_ns(wire), kNever_ns);
 }
 

@@ -66,8 +66,7 @@ TEST(CompeGps, SkipsBrokenLinesWithANote) {
   const std::pair<std::string, std::vector<const char*>> cases[] = {
       {"no position that can be read",
        {"W  X A 46 7E 27-MAR-62 00:00:00 5 a", "W  X A 46E 7N 27-MAR-62 00:00:00 5 a",
-        "W  X A -46N 7E 27-MAR-62 00:00:00 5 a", "W  X A 46xN 7E 27-MAR-62 00:00:00 5 a", "W  X",
-        "W"}},
+        "W  X A -46N 7E 27-MAR-62 00:00:00 5 a", "W  X A 46xN 7E 27-MAR-62 00:00:00 5 a", "W  X"}},
       {"a position that is not on the globe",
        {"W  X A 90.1N 7E 27-MAR-62 00:00:00 5 a", "W  X A 46N 180.1E 27-MAR-62 00:00:00 5 a"}},
       {"no date and time that can be read",

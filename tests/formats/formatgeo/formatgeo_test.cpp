@@ -27,7 +27,6 @@ TEST(FormatGeoRead, ReadsLinesOfAllShapesAndRefusesOtherFiles) {
            "-37.8175 -122.4783334 -12 Golden G\n"},
           {kGeo + "A\tN\t46\t12\t34.56\tE\t7\t8\t9.12\t0\tb  c\t", "46.2096 7.1358666 0 A|b  c\n"},
           {kGeo + "N N 46 12 34.56 E 007 08 09.12", "46.2096 7.1358666 0 N\n"},
-          {kGeo + "  N 46 12 34.56 E 007 08 09.12 5", "46.2096 7.1358666 5 \n"},
           {kGeo + "M N 45 12.345 E 006 12.345 7.5 8", "45.20575 6.20575 7.5 M|8\n"},
           {kGeo + "D N 45.5 E 6.25 7 East", "45.5 6.25 7 D|East\n"},
           {kGeo + "R N 45 59 60.00 E 006 59 60.00 7", "46 7 7 R\n"},
@@ -49,8 +48,6 @@ TEST(FormatGeoRead, ReadsLinesOfAllShapesAndRefusesOtherFiles) {
                Notes({9, 10}, "the altitude cannot be read; skipped")},
           {"", "Format error on line 1: not the heading $FormatGEO"},
           {"\n\nname,code\n", "Format error on line 3: not the heading $FormatGEO"},
-          {"$FormatUTM\nA 32T 0400000 5120000 1\n",
-           "Format error on line 1: not the heading $FormatGEO"},
           {"\xEF\xBB\xBF$FormatGEO\nA 32T 0400000 5120000 1\n",
            "Format error on line 2: there is no position on it"},
       });

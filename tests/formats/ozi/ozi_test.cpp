@@ -49,7 +49,6 @@ TEST(OziWaypoints, AreReadAsOtherProgramsSpellThemOrRefused) {
             "Line 9: time cannot be read\n"},
        {kHeader, ""},
        {"", error + "1: not an OziExplorer waypoint file"},
-       {"G  WGS 84\r\nU  1\r\n", error + "1: not an OziExplorer waypoint file"},
        {"OziExplorer Track Point File Version 2.1\r\nWGS 84\r\n",
         error + "1: this OziExplorer file is not of waypoints but a Track Point File Version 2.1"},
        {"OziExplorer Waypoint File Version 1.1\r\nEuropean 1950\r\nReserved 2\r\nx\r\n1,a,1,2\r\n",
