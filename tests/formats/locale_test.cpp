@@ -16,26 +16,18 @@
 #include "formats/ozi/ozi_track.h"
 #include "formats/ozi/write_ozi.h"
 #include "tests/formats/waypoint_files.h"
+#include "tests/support/job_bench.h"
 
 namespace skyhaul {
 namespace {
 
 // What a client gets of a fix.
 std::string Reported(const TrackPoint& point) {
-  std::string reported;
-  Platform platform = {};
-  platform.notifier.context = &reported;
-  platform.notifier.send = [](void* context, const std::string&, const std::string& text) {
-    *static_cast<std::string*>(context) = text;
-    return 0;
-  };
-  Job job;
-  job.link.platform = &platform;
-  job.reports.client = "client";
-  job.reports.interval_s = 1;
+  JobBench b;
+  b.job.reports = {.client = "client", .interval_s = 1};
   uint32_t last_time = 0;
-  ReportPosition(job, point, last_time);
-  return reported;
+  ReportPosition(b.job, point, last_time);
+  return b.bench.told.at(0);
 }
 
 // Every text with numbers in it, one after the other.
@@ -67,7 +59,7 @@ bool SetDecimalComma() {
 
 TEST(Locale, DoesNotReachTheTextsThatAreWritten) {
   const std::string before = EveryText();
-  EXPECT_THAT(before, testing::HasSubstr("Pos=0.000001,0.000000,1235"));
+  EXPECT_THAT(before, testing::HasSubstr("client: Pos=0.000001,0.000000,1235"));
   if (!SetDecimalComma()) {
     GTEST_SKIP()
         << "no locale with a decimal comma: scripts/install-deps test brings what makes one";

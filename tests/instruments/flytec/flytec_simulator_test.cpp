@@ -128,8 +128,7 @@ TEST(FlytecSimulator, TellsWhatBecameOfASentence) {
   simulator.log = [](void* context, std::string_view text, uint64_t) {
     *static_cast<std::string*>(context) += std::string(text) + "\n";
   };
-  SimulatedInstrument instrument = MakeInstrument(simulator, 0);
-  Say(instrument, "$PBRTL,*74\r\n$PBRTL,*75\r\n$PBRTR,05*6F\r\n");
+  AnswerTo(simulator, "$PBRTL,*74\r\n$PBRTL,*75\r\n$PBRTR,05*6F\r\n");
   EXPECT_EQ(told,
             "answering $PBRTL,*74\n"
             "no sound checksum: $PBRTL,*75\n"

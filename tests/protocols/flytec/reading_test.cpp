@@ -68,7 +68,6 @@ TEST(Reading, EachFailureHasItsMessageAndDeliversNothing) {
       {kFlight, flight + "[", {}, "E205 Bad record type (5B)"},
       {kFlight, "L" + std::string(81, 'x'), {}, "E207 Too long sentence"},
       {kFlight, "AX\r\n", {}, "E206 Format error 1"},
-      {kFlight, fix, {}, "E206 Format error 6"},
       {kFlight, flight, FailWrite(2), "E202 COM port write error"},
       {kFlight, flight, Unplug(105), "E203 COM port read error"},
       {kCtrs, kListEnd, FailWrite(1), "E700 COM port write error"},

@@ -3,8 +3,6 @@
 // memory, and the memory holds what was sent whole and nothing else. That the current flight stays
 // as it was is for the sweep over batch runs to show.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <functional>
 
@@ -16,12 +14,10 @@
 #include "protocols/flytec/track_log.h"
 #include "protocols/flytec/waypoint_list.h"
 #include "protocols/flytec/waypoint_upload.h"
-#include "tests/support/job_bench.h"
+#include "tests/protocols/flytec/flytec_bench.h"
 
 namespace skyhaul::flytec {
 namespace {
-
-using Texts = std::vector<std::string>;
 
 // No single fault may cost more than asking for the product data 15 times over.
 constexpr uint64_t kLongestRun_ms = 45000;
