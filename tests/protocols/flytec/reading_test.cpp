@@ -53,8 +53,7 @@ TEST(Reading, AListEndsWithItsSilenceOrItsLastLine) {
 }
 
 TEST(Reading, EachFailureHasItsMessageAndDeliversNothing) {
-  const std::string fix = "B1200004743564N01121571EA0062000640\r\n";
-  const std::string flight = "HFDTE270417\r\n" + fix;
+  const std::string flight = "HFDTE270417\r\nB1200004743564N01121571EA0062000640\r\n";
   const std::string waypoint = WaypointLine();
   std::string endless;
   for (int n = 0; n < 10'001; ++n) endless += waypoint;
