@@ -31,10 +31,5 @@ TEST(DeviceName, IsInTheDeviceNamespace) {
   }
 }
 
-TEST(DescribeDevice, NamesTheDriversThatItKnows) {
-  EXPECT_EQ(DescribeDevice(R"(\Device\VCP0)"), "USB, FTDI");
-  EXPECT_EQ(DescribeDevice(R"(\Device\Serial0)"), "");
-}
-
 }  // namespace
 }  // namespace skyhaul

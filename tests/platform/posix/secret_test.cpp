@@ -81,15 +81,5 @@ TEST_F(SecretServiceTest, KeepsSecretsByNameAndId) {
   EXPECT_EQ(InChild(UseSecrets), 0);
 }
 
-TEST_F(SecretServiceTest, SaysWhyThereIsNone) {
-  const int result = InChild([] {
-    std::string reason;
-    const SecretFunctions& secrets = NativePlatform().secret;
-    const SecretResult stored = secrets.store(nullptr, "P", "one", "secret", reason);
-    return stored == SecretResult::kFailed && !reason.empty() ? 0 : 1;
-  });
-  EXPECT_EQ(result, 0);
-}
-
 }  // namespace
 }  // namespace skyhaul
