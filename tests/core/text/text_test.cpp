@@ -83,16 +83,6 @@ TEST(TakeLine, EndsAtEveryKindOfLineEnd) {
   EXPECT_EQ(lines, (std::vector<std::string_view>{"a", "b", "", "c", "d", "", "e"}));
 }
 
-TEST(TakeWord, SkipsBlanksBefore) {
-  std::string_view rest = " \tone two\t ";
-  for (const char* word : {"one", "two", ""}) EXPECT_EQ(TakeWord(rest), word);
-}
-
-TEST(TakeField, EndsAtSeparators) {
-  std::string_view rest = "a,,c";
-  for (const char* field : {"a", "", "c", "", ""}) EXPECT_EQ(TakeField(rest, ','), field);
-}
-
 TEST(ReadDecimal, TakesNothingButDecimals) {
   const std::pair<std::string_view, double> good[] = {
       {"12", 12}, {"-3.5", -3.5}, {"+.25", .25}, {"007.", 7}, {"-0", 0}};
