@@ -221,16 +221,6 @@ TEST(ClosingTable, FindsTheNearestPair) {
   }
 }
 
-TEST(OptimiseExact, VerticesMayShareAPlaceThatIsRepeated) {
-  // Two places only: every chain that goes between them needs several fixes at each.
-  std::vector<TrackPoint> points(20, TrackPoint{.lat = 500'000'000, .lon = 90'000'000});
-  for (size_t i = 10; i < 20; ++i) points[i].lat += 1'000'000;
-  const OptimiseSettings settings = {.gap_m = 100};
-  const OptimiseResult searched = Searched(points, settings);
-  ExpectProved(points, settings, TryEverything(points, settings), searched);
-  EXPECT_EQ(searched.tasks[3].vertices, 5U);
-}
-
 TEST(OptimiseExact, ABoundHoldsWhereverTheSearchIsStopped) {
   const OptimiseSettings settings = {.gap_m = 2000};
   for (const TrackShape shape : {TrackShape::kRandomWalk, TrackShape::kBackToStart}) {

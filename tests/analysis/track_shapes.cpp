@@ -46,8 +46,6 @@ Place At(TrackShape shape, double part, Random& random) {
   switch (shape) {
     case TrackShape::kTriangle:
       return OnTriangle(part);
-    case TrackShape::kCircle:
-      return std::polar(1.0, turn);
     case TrackShape::kCircles:
       return std::polar(1.0, 37.3 * turn);
     case TrackShape::kOutAndReturn:

@@ -10,8 +10,7 @@ namespace skyhaul {
 
 enum class TrackShape {
   kTriangle,      // closed, flown once, with circling on the way
-  kCircle,        // once around
-  kCircles,       // the same circle over and over
+  kCircles,       // one circle over and over
   kOutAndReturn,  // along one line and back
   kRidge,         // the same narrow strip up and down many times
   kSpiral,        // outwards
@@ -22,7 +21,7 @@ enum class TrackShape {
   kFewPlaces,   // each point is one of five
   kBackToStart  // a random walk that comes home
 };
-inline constexpr size_t kTrackShapes = 12;
+inline constexpr size_t kTrackShapes = 11;
 
 struct TrackRegion {
   double lat_deg = 46.5;

@@ -2,6 +2,8 @@
 
 #include <GeographicLib/Geodesic.hpp>
 
+#include "core/units.h"
+
 namespace skyhaul {
 
 // What GeographicLib says, in degrees and metres.
@@ -16,6 +18,14 @@ inline ExactCourse ExactInverse(double lat1, double lon1, double lat2, double lo
   GeographicLib::Geodesic::WGS84().Inverse(lat1, lon1, lat2, lon2, course.distance_m,
                                            course.bearing_deg, end_bearing_deg);
   return course;
+}
+
+// Between two places in semicircles.
+template <typename Place>
+double ExactApart_m(const Place& from, const Place& to) {
+  return ExactInverse(SemicirclesToDegrees(from.lat), SemicirclesToDegrees(from.lon),
+                      SemicirclesToDegrees(to.lat), SemicirclesToDegrees(to.lon))
+      .distance_m;
 }
 
 struct ExactPlace {
