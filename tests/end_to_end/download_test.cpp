@@ -53,19 +53,6 @@ TEST_F(DownloadTest, SavesTheFlightToTheByteAndShowsIt) {
   EXPECT_NE(program.Out().find("Security        Security check PASSED\n"), std::string::npos);
 }
 
-TEST_F(DownloadTest, TwoProgramsNeverHoldOnePort) {
-  StartInstrument(instrument, {"--flight", folder.File("flight.igc")});
-  Program first;
-  Start(first, Download());
-  ASSERT_TRUE(WaitForText(first, "err", "Product data read"));
-  EXPECT_EQ(RunToEnd(program, Download({"/TIMEOUT=1"})), 1);
-  EXPECT_NE(program.Err().find("Could not open serial port (sure it's the right one ?)"),
-            std::string::npos)
-      << program.Err();
-  EXPECT_EQ(WaitForEnd(first), 0);
-  EXPECT_EQ(Saved().size(), 1U);
-}
-
 TEST_F(DownloadTest, AnInterruptLeavesNothingHalfWritten) {
   StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "19200"});
   Start(program, Download());
@@ -96,17 +83,6 @@ TEST_F(DownloadTest, AReaderThatGoesAwayDoesNotCostTheFlight) {
   EXPECT_EQ(RunToEnd(program, {"/bin/bash", "-c", "set -o pipefail; " + command + "| true"}), 1);
   ASSERT_EQ(Saved().size(), 1U);
   EXPECT_TRUE(ReadText(Saved()[0]) == flight);
-}
-
-TEST_F(DownloadTest, AnInstrumentThatIsUnpluggedIsTold) {
-  StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "19200"});
-  Start(program, Download());
-  ASSERT_TRUE(WaitForText(program, "err", "Receiving track log"));
-  kill(instrument.program.pid, SIGKILL);
-  EXPECT_EQ(WaitForEnd(program), 1);
-  EXPECT_NE(program.Err().find("Read GPS track log: E203 COM port read error\n"), std::string::npos)
-      << program.Err();
-  EXPECT_TRUE(Saved().empty());
 }
 
 TEST_F(DownloadTest, BadCommandLinesAreTold) {
