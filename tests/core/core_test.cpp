@@ -50,7 +50,6 @@ TEST(TimeScale, EveryDayAgreesWithTheCalendarUntil2100AndComesBack) {
 }
 
 TEST(TimeScale, OtherScales) {
-  EXPECT_EQ(SpreadsheetDay(0), 32873.0);
   EXPECT_EQ(SpreadsheetDay(86400 + 43200), 32874.5);
   EXPECT_GT(SpreadsheetDay(4294967295U), 82000.0) << "seconds count without a sign";
   EXPECT_EQ(TimeFromUnix(1795264496), 1164198896U);

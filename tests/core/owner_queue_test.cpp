@@ -50,12 +50,10 @@ TEST(OwnerQueue, RunsEachThreadsRoutinesInOrderOnTheOwner) {
 TEST(OwnerQueue, ARoutineMayPost) {
   Owner owner;
   Step second = {.owner = &owner, .number = 2};
-  Step third = {.owner = &owner, .number = 3};
-  Step first = {.owner = &owner, .number = 1, .next = &third};
+  Step first = {.owner = &owner, .number = 1, .next = &second};
   PostToOwner(owner.queue, RunStep, &first);
-  PostToOwner(owner.queue, RunStep, &second);
-  for (int i = 0; i < 3; ++i) RunNextRoutine(owner.queue);
-  EXPECT_EQ(owner.order, (std::vector{1, 2, 3}));
+  for (int i = 0; i < 2; ++i) RunNextRoutine(owner.queue);
+  EXPECT_EQ(owner.order, (std::vector{1, 2}));
 }
 
 // The last routine often tells the owner that it may go, and the queue with it.

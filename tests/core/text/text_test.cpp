@@ -40,7 +40,6 @@ TEST(ToAscii, DropsNothing) {
       {"Zürich Genève Château-d'Œx", "Zurich Geneve Chateau-d'OEx"},
       {"Großglockner Ærø Ðþ", "Grossglockner AEro Dth"},
       {"Łódź Žďár Iğdır Győr Țăndărei Ňŷ", "Lodz Zdar Igdir Gyor Tandarei Ny"},
-      {"ŉŊŋ Ŀŀ ſ ÷×", "'nNn Ll s /x"},
       {"ẠắỆỵ Ơư", "AaEy Ou"},
       {"“A” –\u00A0‘b’… €", "\"A\" - 'b'... EUR"},
       {"Ж中🛩", "???"},
@@ -71,7 +70,6 @@ TEST(ToWindows1252, GivesPlainLettersForWhatItLacks) {
 
 TEST(FirstCharacters, CutsBetweenCharacters) {
   EXPECT_EQ(FirstCharacters("🛩Ж中a", 3), "🛩Ж中");
-  EXPECT_EQ(FirstCharacters("Zürich", 7), "Zürich");
   EXPECT_EQ(FirstCharacters("\xFF\xFF\xFF", 2), "\xFF\xFF");
   EXPECT_EQ(CountCharacters("🛩Ж中a\xFF"), 5U);
 }

@@ -79,7 +79,6 @@ TEST_F(PortList, UsbComesFirstAndNumbersSortByValue) {
                 "6 /dev/rfcomm0 (Bluetooth)", "7 /dev/ttyS2 ()", "8 /dev/ttyS10 ()"}));
   EXPECT_EQ(PortName(root.string(), "/dev", 3), "/dev/ttyUSB3");
   EXPECT_EQ(PortName(root.string(), "/dev", 9), "COM9");
-  EXPECT_EQ(PortName(root.string(), "/dev", 0), "COM0");
 }
 
 TEST_F(PortList, StopsAtFifty) {
