@@ -22,26 +22,34 @@ bool TakeCharacter(std::string_view& rest, char character) {
   return true;
 }
 
+// "47:30:15", "47:30.25" or "47.5042".
 bool TakeDegrees(std::string_view& rest, double& degrees) {
   degrees = 0;
   double parts_per_degree = 1;
   for (int i = 0; i < 3; ++i) {
     double number = 0;
+    // Sixty itself passes: programs that round each part by itself write "47:29:60".
     if (!TakeNumber(rest, number) || (i > 0 && number > 60)) return false;
     degrees += number / parts_per_degree;
     parts_per_degree *= 60;
     SkipBlanks(rest);
+    // No third colon is asked for, so that what follows the seconds can be the hemisphere only.
     if (i == 2 || !TakeCharacter(rest, ':')) return true;
+    // A fraction belongs to the last part: "47:30.5:15" has two meanings and is refused.
     if (number != std::floor(number)) return false;
   }
   return true;
 }
 
+// "47:30:15 N", the hemisphere behind the number and with or without a blank.
 // Degrees and one of two letters.
 bool TakeCoordinate(std::string_view& rest, std::string_view letters, double limit_deg,
                     int32_t& semicircles) {
   double degrees = 0;
   if (!TakeDegrees(rest, degrees) || degrees > limit_deg) return false;
+  // The letter is not optional: airspaces lie on both sides of Greenwich, and one without its
+  // letter
+  // would be drawn in the wrong country.
   const bool negative = TakeCharacter(rest, letters[1]);
   if (!negative && !TakeCharacter(rest, letters[0])) return false;
   semicircles = DegreesToSemicircles(negative ? -degrees : degrees);
@@ -70,6 +78,7 @@ Decimals FewestDecimals(double magnitude_semicircles) {
   }
 }
 
+// "47:30:15.25 N". The angle is rounded as a whole and then split, so that no part can become 60.
 void AppendCoordinate(std::string& text, int32_t semicircles, size_t degree_digits,
                       std::string_view letters) {
   const Decimals decimals = FewestDecimals(std::abs(static_cast<double>(semicircles)));
@@ -89,6 +98,7 @@ void AppendCoordinate(std::string& text, int32_t semicircles, size_t degree_digi
 
 }  // namespace
 
+// "DA 10,270,290" and "DA 10, 270, 290" are both common.
 void SkipSeparator(std::string_view& rest) {
   SkipBlanks(rest);
   TakeCharacter(rest, ',');
@@ -97,6 +107,8 @@ void SkipSeparator(std::string_view& rest) {
 
 std::string PlainText(std::string_view text) {
   std::string plain(text);
+  // A star would begin a comment, and the rest of the name would be gone when the file is read
+  // again.
   std::replace(plain.begin(), plain.end(), '*', ' ');
   return OneLine(plain);
 }
@@ -105,6 +117,7 @@ bool TakeNumber(std::string_view& rest, double& number) {
   SkipBlanks(rest);
   // Kept to digits because from_chars takes a sign and "inf" as well.
   if (rest.empty() || (!IsDigit(rest.front()) && rest.front() != '.')) return false;
+  // Without exponents, lest the E of a longitude be taken for one.
   const auto result =
       std::from_chars(rest.data(), rest.data() + rest.size(), number, std::chars_format::fixed);
   if (result.ec != std::errc()) return false;
@@ -113,6 +126,7 @@ bool TakeNumber(std::string_view& rest, double& number) {
 }
 
 bool TakePosition(std::string_view& rest, AirspacePosition& position) {
+  // "47:30:15 N 008:15:30 E", or with a comma between the two.
   if (!TakeCoordinate(rest, "NS", 90, position.lat)) return false;
   SkipSeparator(rest);
   return TakeCoordinate(rest, "EW", 180, position.lon);
@@ -126,6 +140,8 @@ void AppendScaled(std::string& text, double value, double scale) {
   std::to_chars_result end = {};
   for (int decimals = 0; decimals <= 9; ++decimals) {
     end = std::to_chars(digits, digits + sizeof digits, number, std::chars_format::fixed, decimals);
+    // Compared in the unit of the record: 5 nautical miles are 9260 m, and "5" must give exactly
+    // these.
     double again = 0;
     std::from_chars(digits, end.ptr, again);
     if (again * scale == finite) break;

@@ -55,15 +55,18 @@ bool TakeNumberPart(std::string_view& rest, Parts& parts) {
   const bool negative = rest.front() == '-';
   if (negative) rest.remove_prefix(1);
   double number = 0;
+  // Two numbers, "2500 ft 760 m", would leave open which of them counts.
   if (parts.number || !TakeNumber(rest, number) || number > kHighest) return false;
   parts.number = negative ? -number : number;
   return true;
 }
 
+// "FL65", "2500ft AGL", "1000 M MSL": parts in any order, but for a unit, which follows its number.
 bool TakePart(std::string_view& rest, Parts& parts) {
   const std::optional<Meaning> meaning = TakeWord(rest);
   if (!meaning) return TakeNumberPart(rest, parts);
   if (*meaning == Meaning::kFeet || *meaning == Meaning::kMetres) {
+    // A second unit, or one before its number, is part of a word that this does not know.
     if (parts.unit || !parts.number) return false;
     parts.unit = *meaning == Meaning::kFeet ? LimitUnit::kFeet : LimitUnit::kMetres;
     return true;
@@ -74,6 +77,7 @@ bool TakePart(std::string_view& rest, Parts& parts) {
 }
 
 bool TakeParts(std::string_view text, Parts& parts) {
+  // "4500 ft (1370 m)": brackets repeat the limit in another unit or explain it.
   const std::string capitals = UpperCase(text.substr(0, text.find('(')));
   std::string_view rest = TrimBlanks(capitals);
   while (!rest.empty()) {
@@ -86,12 +90,16 @@ bool TakeParts(std::string_view text, Parts& parts) {
 // kNotGiven when the parts do not go together.
 LimitReference ReferenceOf(const Parts& parts) {
   const bool number = parts.number.has_value();
+  // A limit without a reference is above the sea: "4500".
   switch (parts.reference.value_or(Meaning::kSea)) {
     case Meaning::kAboveGround:
       return number ? LimitReference::kGround : LimitReference::kNotGiven;
     case Meaning::kGround:
+      // "GND" alone is the surface, "1000 ft GND" a height above it.
       return number ? LimitReference::kGround : LimitReference::kSurface;
     case Meaning::kFlightLevel:
+      // A flight level counts hundreds of feet already: with a unit behind it nobody knows what was
+      // meant.
       return number && !parts.unit ? LimitReference::kFlightLevel : LimitReference::kNotGiven;
     case Meaning::kUnlimited:
       return number ? LimitReference::kNotGiven : LimitReference::kUnlimited;
@@ -110,17 +118,20 @@ std::string Altitude(const AirspaceLimit& limit, std::string_view reference) {
 }  // namespace
 
 int ParseLimit(std::string_view text, AirspaceLimit& limit) {
+  // The text is set first, because it is all that remains of a limit that is not understood.
   limit = {.text = PlainText(text)};
   Parts parts;
   if (!TakeParts(limit.text, parts)) return -1;
   limit.reference = ReferenceOf(parts);
   if (limit.reference == LimitReference::kNotGiven) return -1;
+  // Feet are the custom for numbers without a unit.
   limit.unit = parts.unit.value_or(LimitUnit::kFeet);
   limit.value = parts.number.value_or(0);
   return 0;
 }
 
 std::string LimitText(const AirspaceLimit& limit) {
+  // The file's own words win: composed ones would change a file that was only copied.
   std::string text = PlainText(limit.text);
   if (!text.empty()) return text;
   switch (limit.reference) {

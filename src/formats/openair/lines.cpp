@@ -14,7 +14,10 @@ constexpr std::string_view kCodes[] = {"AC", "AN", "AH", "AL", "V", "DP",
 // A word that only begins like a code is no code, but a number may follow at once, and a variable.
 bool EndsCode(std::string_view code, std::string_view rest) {
   if (rest.empty() || rest.front() == ' ' || rest.front() == '\t') return true;
+  // "VX=47:30:00 N ...", without the blank.
   if (code == "V") return rest.find('=') == 1;
+  // "DP47:30:00 N ..." and "DC5". The codes that begin with A are followed by words, which need the
+  // blank.
   return code.front() == 'D' && IsDigit(rest.front());
 }
 
@@ -23,6 +26,7 @@ std::string_view CodeOf(std::string_view content) {
     const bool same = EqualIgnoringCase(content.substr(0, code.size()), code);
     if (same && EndsCode(code, content.substr(code.size()))) return code;
   }
+  // An unknown code, such as "SP" or "AY": the caller says that it is not understood.
   return content.substr(0, content.find_first_of(" \t"));
 }
 
@@ -31,6 +35,7 @@ std::string_view CodeOf(std::string_view content) {
 bool TakeLine(std::string_view& rest, Line& line) {
   if (rest.empty()) return false;
   const std::string_view whole = skyhaul::TakeLine(rest);
+  // "DP 47:30:00 N 008:15:30 E * the church": comments also stand behind something else.
   line.content = TrimBlanks(whole.substr(0, whole.find('*')));
   line.code = CodeOf(line.content);
   line.argument = TrimBlanks(line.content.substr(line.code.size()));

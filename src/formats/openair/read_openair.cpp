@@ -44,6 +44,7 @@ bool AtEnd(std::string_view rest) {
   return rest.empty();
 }
 
+// "10.5" of "DA 10.5,270,290" or "DC 10.5", nautical miles.
 bool TakeRadius(std::string_view& rest, double& radius_m) {
   constexpr double kWidestNauticalMiles = 5400;  // from a pole to the equator
   double radius_nm = 0;
@@ -55,9 +56,11 @@ bool TakeRadius(std::string_view& rest, double& radius_m) {
 
 bool TakeBearing(std::string_view& rest, double& bearing_deg) {
   SkipSeparator(rest);
+  // North is written as 0 or as 360.
   return TakeNumber(rest, bearing_deg) && bearing_deg <= 360;
 }
 
+// Whether an airspace has an outline is known only when the next one begins or the file ends.
 void LeaveAirspace(Reading& reading) {
   if (reading.airspace_line != 0 && Airspace(reading).segments.empty()) {
     Note(reading, reading.airspace_line,
@@ -67,21 +70,27 @@ void LeaveAirspace(Reading& reading) {
   reading.airspace_line = 0;
 }
 
+// "AC D"
 const char* ReadClass(Reading& reading, std::string_view argument) {
   LeaveAirspace(reading);
   reading.airspace_line = reading.line;
   if (reading.first_airspace_line == 0) reading.first_airspace_line = reading.line;
+  // A centre of the airspace before would give a circle in the wrong place; without one the line
+  // that
+  // misses its V X= is noted.
   reading.has_centre = false;
   reading.direction = kClockwise;
   reading.file.airspaces.push_back({.airspace_class = PlainText(argument)});
   return nullptr;
 }
 
+// "TO lake" or "TC wood". The points that follow fall outside any airspace and are skipped there.
 const char* ReadTerrain(Reading& reading, std::string_view) {
   LeaveAirspace(reading);
   return "terrain is not used";
 }
 
+// "AN ZURICH TMA 1". A second name is a sign that an AC line is missing, hence the note.
 const char* ReadName(Reading& reading, std::string_view argument) {
   std::string& name = Airspace(reading).name;
   const bool repeated = !name.empty();
@@ -89,8 +98,10 @@ const char* ReadName(Reading& reading, std::string_view argument) {
   return repeated ? "replaces the name before it" : nullptr;
 }
 
+// "AH FL65", "AL 2500ft AGL"
 const char* ReadLimit(AirspaceLimit& limit, std::string_view argument) {
   const bool repeated = !limit.text.empty();
+  // An airspace with a limit that is only text can still be drawn, so it is not left out.
   if (ParseLimit(argument, limit) != 0) return "altitude kept as text only";
   return repeated ? "replaces the altitude before it" : nullptr;
 }
@@ -103,12 +114,14 @@ const char* ReadFloor(Reading& reading, std::string_view argument) {
   return ReadLimit(Airspace(reading).floor, argument);
 }
 
+// "V D=-" for counter-clockwise
 const char* ReadDirection(Reading& reading, std::string_view value) {
   if (value != "+" && value != "-") return "direction not understood";
   reading.direction = value == "-" ? kCounterClockwise : kClockwise;
   return nullptr;
 }
 
+// "V X=47:30:00 N 008:15:30 E"
 const char* ReadCentre(Reading& reading, std::string_view value) {
   // After a broken centre there is none, lest an arc turn about the one before.
   reading.has_centre = TakePosition(value, reading.centre) && AtEnd(value);
@@ -126,13 +139,16 @@ const char* ReadVariable(Reading& reading, std::string_view argument) {
   return "not understood";
 }
 
+// "DP 47:30:00 N 008:15:30 E"
 const char* ReadPoint(Reading& reading, std::string_view argument) {
   AirspaceSegment point;
+  // More behind a position means that it was misread, for example cut at a decimal comma.
   if (!TakePosition(argument, point.point) || !AtEnd(argument)) return kBadPosition;
   Airspace(reading).segments.push_back(point);
   return nullptr;
 }
 
+// "DA 10,270,290": radius in nautical miles, bearings from and to.
 const char* ReadArcByBearings(Reading& reading, std::string_view argument) {
   AirspaceSegment arc = {
       .type = SegmentType::kArcByBearings, .point = reading.centre, .direction = reading.direction};
@@ -146,6 +162,8 @@ const char* ReadArcByBearings(Reading& reading, std::string_view argument) {
   return nullptr;
 }
 
+// "DB 47:30:00 N 008:15:30 E,47:20:00 N 008:10:00 E": from and to, about the centre of the last V
+// X=.
 const char* ReadArcByPoints(Reading& reading, std::string_view argument) {
   AirspaceSegment arc = {
       .type = SegmentType::kArcByPoints, .point = reading.centre, .direction = reading.direction};
@@ -157,6 +175,7 @@ const char* ReadArcByPoints(Reading& reading, std::string_view argument) {
   return nullptr;
 }
 
+// "DC 5.5": nautical miles.
 const char* ReadCircle(Reading& reading, std::string_view argument) {
   AirspaceSegment circle = {.type = SegmentType::kCircle, .point = reading.centre};
   if (!reading.has_centre) return kNoCentre;
@@ -185,6 +204,9 @@ constexpr LineKind kLineKinds[] = {
     {.code = "DC", .read = ReadCircle},
 };
 
+// A line that is not understood costs itself only: files hold colours, pens and newer records,
+// which
+// say nothing about the outline.
 const char* ReadLine(Reading& reading, const Line& line) {
   for (const LineKind& kind : kLineKinds) {
     if (kind.code != line.code) continue;
@@ -212,16 +234,19 @@ int Read(std::string_view text, AirspaceFile& file, std::string& message) {
   Line line;
   while (TakeLine(rest, line)) {
     ++reading.line;
+    // Blank lines and lines that are a comment.
     if (line.content.empty()) continue;
     const char* wrong = ReadLine(reading, line);
     if (wrong == nullptr) continue;
     Note(reading, reading.line,
          std::string(wrong) + ": " + PlainText(FirstCharacters(line.content, kQuoted)));
   }
+  // The last airspace has no AC behind it that would close it.
   LeaveAirspace(reading);
   if (reading.first_airspace_line == 0) {
     return RefuseFile(1, "no airspace (AC) in this file", file, message);
   }
+  // The line of the first AC is where a person should begin to look.
   if (file.airspaces.empty()) {
     return RefuseFile(reading.first_airspace_line, "no airspace with an outline", file, message);
   }

@@ -19,10 +19,13 @@ struct Variables {
 };
 
 void AppendLine(std::string& text, std::string_view code, std::string_view argument) {
+  // A code without anything behind it would be read as an empty name or a limit that is not
+  // understood.
   if (argument.empty()) return;
   text.append(code).append(" ").append(argument).append(kLineEnd);
 }
 
+// "V X=47:30:00 N 008:15:30 E", once for all segments about the same centre.
 void SetCentre(std::string& text, Variables& variables, AirspacePosition centre) {
   if (variables.centre == centre) return;
   variables.centre = centre;
@@ -31,6 +34,7 @@ void SetCentre(std::string& text, Variables& variables, AirspacePosition centre)
   text += kLineEnd;
 }
 
+// "V D=-". Readers begin each airspace clockwise, so most files need no such line.
 void SetDirection(std::string& text, Variables& variables, char direction) {
   const char written = direction == kCounterClockwise ? kCounterClockwise : kClockwise;
   if (variables.direction == written) return;
@@ -39,6 +43,7 @@ void SetDirection(std::string& text, Variables& variables, char direction) {
 }
 
 void AppendArcByPoints(std::string& text, const AirspaceSegment& arc) {
+  // "DB 47:30:00 N 008:15:30 E,47:20:00 N 008:10:00 E"
   text += "DB ";
   AppendPosition(text, arc.start);
   text += ",";
@@ -46,6 +51,7 @@ void AppendArcByPoints(std::string& text, const AirspaceSegment& arc) {
 }
 
 void AppendArcByBearings(std::string& text, const AirspaceSegment& arc) {
+  // "DA 10,270,290"
   text += "DA ";
   AppendScaled(text, arc.radius_m, kMetresPerNauticalMile);
   text += ",";
@@ -57,10 +63,12 @@ void AppendArcByBearings(std::string& text, const AirspaceSegment& arc) {
 void AppendSegment(std::string& text, Variables& variables, const AirspaceSegment& segment) {
   const bool is_arc =
       segment.type == SegmentType::kArcByPoints || segment.type == SegmentType::kArcByBearings;
+  // Variables stand before the segment that they are for. Circles have no direction.
   if (is_arc) SetDirection(text, variables, segment.direction);
   if (segment.type != SegmentType::kPoint) SetCentre(text, variables, segment.point);
   switch (segment.type) {
     case SegmentType::kPoint:
+      // "DP 47:30:00 N 008:15:30 E"
       text += "DP ";
       AppendPosition(text, segment.point);
       break;
@@ -71,6 +79,7 @@ void AppendSegment(std::string& text, Variables& variables, const AirspaceSegmen
       AppendArcByBearings(text, segment);
       break;
     case SegmentType::kCircle:
+      // "DC 5.5"
       text += "DC ";
       AppendScaled(text, segment.radius_m, kMetresPerNauticalMile);
       break;
@@ -83,12 +92,15 @@ void AppendSegment(std::string& text, Variables& variables, const AirspaceSegmen
 std::string Write(std::span<const CtrRecord> airspaces) {
   std::string text;
   for (const CtrRecord& airspace : airspaces) {
+    // A blank line between airspaces is for people.
     if (!text.empty()) text += kLineEnd;
     const std::string airspace_class = PlainText(airspace.airspace_class);
+    // AC comes first because it is the line that begins an airspace.
     AppendLine(text, "AC", airspace_class.empty() ? "UNCLASSIFIED" : airspace_class);
     AppendLine(text, "AN", PlainText(airspace.name));
     AppendLine(text, "AH", LimitText(airspace.ceiling));
     AppendLine(text, "AL", LimitText(airspace.floor));
+    // Anew for each airspace, because readers forget the centre and the direction at an AC.
     Variables variables;
     for (const AirspaceSegment& segment : airspace.segments) {
       AppendSegment(text, variables, segment);
