@@ -15,12 +15,17 @@ void AppendCharacter(std::string& xml, char c) {
       xml += "&lt;";
       return;
     case '>':
+      // Needed in "]]>" only, and harmless elsewhere.
       xml += "&gt;";
       return;
     case '"':
+      // For texts inside an attribute.
       xml += "&quot;";
       return;
     default: {
+      // XML 1.0 has no way to write these, not even as a number. Bytes of a longer UTF-8 character
+      // may be
+      // negative here and pass.
       const bool is_forbidden = c >= 0 && c < ' ' && c != '\t' && c != '\n' && c != '\r';
       xml += is_forbidden ? ' ' : c;
     }
@@ -32,6 +37,7 @@ void AppendCharacter(std::string& xml, char c) {
 void AppendXmlText(std::string& xml, std::string_view text) {
   const std::string utf8 = ToUtf8(text);
   for (size_t i = 0; i < utf8.size(); ++i) {
+    // U+FFFE and U+FFFF are valid UTF-8 that XML does not allow, three bytes each.
     const std::string_view character = std::string_view(utf8).substr(i, 3);
     if (character == "\xEF\xBF\xBE" || character == "\xEF\xBF\xBF") {
       xml += '?';

@@ -11,6 +11,7 @@ namespace {
 
 // Finds the quote that closes a field and appends what stands before it. Returns the place after
 // it, or npos.
+// "the ""big"" tree": a doubled quote is one quote of the text and closes nothing.
 size_t CloseQuote(std::string_view text, size_t at, std::string& field) {
   while (true) {
     const size_t quote = text.find('"', at);
@@ -26,6 +27,7 @@ size_t CloseQuote(std::string_view text, size_t at, std::string& field) {
 // a field goes on after the quote that closes it.
 bool SplitRecord(std::string_view text, bool strict, std::vector<std::string>& fields) {
   while (true) {
+    // Blanks before a quote are left out first, or the quote would be one of the text.
     text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
     std::string field;
     size_t at = 0;
@@ -33,7 +35,11 @@ bool SplitRecord(std::string_view text, bool strict, std::vector<std::string>& f
     if (at == std::string_view::npos) return false;
     const size_t comma = text.find(',', at);
     const std::string_view tail = TrimBlanks(text.substr(at, comma - at));
+    // In a record of several lines this is the mark of a stray quote: what seems to close it is the
+    // quote
+    // that opens a field of the next line.
     if (strict && at > 0 && !tail.empty()) return false;
+    // An unquoted field, or what a careless writer put behind a closing quote.
     field += tail;
     fields.push_back(std::move(field));
     if (comma == std::string_view::npos) return true;
@@ -46,6 +52,7 @@ bool SplitRecord(std::string_view text, bool strict, std::vector<std::string>& f
 int TakeQuotedRecord(std::string_view& rest, QuotedRecord& record) {
   const std::string_view whole = rest;
   std::string_view after_first_line;
+  // One line is tried first, because hardly any text has line ends in it.
   for (int lines = 1; lines <= kMaxRecordLines && (lines == 1 || !rest.empty()); ++lines) {
     const size_t start = whole.size() - rest.size();
     const size_t length = start + TakeLine(rest).size();
@@ -53,6 +60,7 @@ int TakeQuotedRecord(std::string_view& rest, QuotedRecord& record) {
     record = {};
     if (SplitRecord(whole.substr(0, length), lines > 1, record.fields)) return lines;
   }
+  // The lines that were tried belong to other waypoints and are read again by themselves.
   rest = after_first_line;
   record = {.fields = {}, .closed = false};
   return 1;

@@ -22,6 +22,7 @@ namespace skyhaul::cup {
 namespace {
 
 constexpr double kHighest_m = 100000;  // a slip of the pen beyond that, not a place
+// "-----Related Tasks-----"; only the dashes are compared.
 constexpr std::string_view kTasks = "-----";
 constexpr std::string_view kAirfieldStyles[] = {"2", "4", "5"};
 
@@ -40,6 +41,7 @@ constexpr ColumnNames kColumnNames[kColumnCount] = {
 // Where each column stands; nothing for one that the file does not have.
 using Columns = std::array<std::optional<size_t>, kColumnCount>;
 
+// name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc
 constexpr Columns kColumnsWithoutHeading = {0, 1, 3, 4, 5, 6, 10};
 
 Columns ColumnsOf(const std::vector<std::string>& heading) {
@@ -47,6 +49,7 @@ Columns ColumnsOf(const std::vector<std::string>& heading) {
   for (size_t at = 0; at < heading.size(); ++at) {
     for (size_t column = 0; column < kColumnCount; ++column) {
       const ColumnNames& names = kColumnNames[column];
+      // Of two columns with the same name the first counts.
       if (columns[column]) continue;
       if (EqualIgnoringCase(heading[at], names.name) ||
           EqualIgnoringCase(heading[at], names.old_name)) {
@@ -57,6 +60,7 @@ Columns ColumnsOf(const std::vector<std::string>& heading) {
   return columns;
 }
 
+// Any other column may be missing: a waypoint needs a name and a place.
 bool IsHeading(const Columns& columns) {
   return columns[kName] && columns[kLat] && columns[kLon];
 }
@@ -73,6 +77,7 @@ std::optional<double> ReadAngle(std::string_view text, char positive, char negat
   const char hemisphere = UpperLetter(text.back());
   if (hemisphere != positive && hemisphere != negative) return std::nullopt;
   const auto angle = ReadDegreesMinutes(TrimBlanks(text.substr(0, text.size() - 1)));
+  // Minutes of 60 and more are taken for a slip, for example decimal degrees in place of minutes.
   if (!angle || angle->minutes >= 60) return std::nullopt;
   return (hemisphere == negative ? -1 : 1) * (angle->degrees + angle->minutes / 60);
 }
@@ -86,12 +91,14 @@ std::optional<FilePosition> ReadPosition(std::string_view lat, std::string_view 
 
 // "504.0m", "1654ft", or a number of metres.
 std::optional<double> ReadElevation(std::string_view text) {
+  // Lists of places without their heights leave it empty.
   if (text.empty()) return 0.0;
   const size_t unit_at = std::min(text.find_first_not_of("+-.0123456789"), text.size());
   const std::string_view unit = TrimBlanks(text.substr(unit_at));
   std::optional<double> number = ReadDecimal(text.substr(0, unit_at));
   if (!number) return std::nullopt;
   if (EqualIgnoringCase(unit, "ft")) *number *= kMetresPerFoot;
+  // Any other unit would be a guess, and an elevation in the wrong unit looks like a right one.
   if (!unit.empty() && !EqualIgnoringCase(unit, "m") && !EqualIgnoringCase(unit, "ft")) {
     return std::nullopt;
   }
@@ -112,14 +119,17 @@ std::string_view ReadWaypoint(const QuotedRecord& record, const Columns& columns
   if (!position) return "the position cannot be read";
   const std::optional<double> altitude_m = ReadElevation(field(kElev));
   waypoint = {.lat = position->lat, .lon = position->lon, .altitude_m = altitude_m.value_or(0)};
+  // A quoted field may hold line ends, which instruments and other formats cannot.
   const std::string code = OneLine(field(kCode));
   const std::string name = OneLine(field(kName));
   waypoint.name = code.empty() ? name : code;
+  // A file without long names repeats the code as the name; that is no description.
   if (name != waypoint.name) waypoint.description = name;
   waypoint.comment = OneLine(field(kDesc));
   const bool airfield =
       std::ranges::find(kAirfieldStyles, field(kStyle)) != std::end(kAirfieldStyles);
   waypoint.type = airfield ? kWaypointAirfield : 0;
+  // The place is worth keeping without its elevation.
   return altitude_m ? "" : kNoElevation;
 }
 
@@ -129,6 +139,7 @@ struct Lines {
   int number = 1;
 };
 
+// Blank lines are not records of one empty field, and their numbers count for the notes.
 void SkipBlankLines(Lines& lines) {
   while (!lines.rest.empty()) {
     std::string_view rest = lines.rest;
@@ -146,10 +157,14 @@ int TakeHeading(Lines& lines, Columns& columns) {
   QuotedRecord record;
   after.number += TakeQuotedRecord(after.rest, record);
   columns = ColumnsOf(record.fields);
+  // name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc
   if (IsHeading(columns)) {
     lines = after;
     return 0;
   }
+  // Without a heading only a first line with a position in the right columns tells the format from
+  // any
+  // other list with commas.
   columns = kColumnsWithoutHeading;
   return ReadPosition(Field(record.fields, columns, kLat), Field(record.fields, columns, kLon))
              ? 0
@@ -176,8 +191,10 @@ int Read(std::string_view text, WaypointFile& file, std::string& message) {
     return -1;
   }
   std::string first_fault;
+  // Tasks have other columns, so that the list ends at their first line.
   for (SkipBlankLines(lines); !lines.rest.empty() && !lines.rest.starts_with(kTasks);
        SkipBlankLines(lines)) {
+    // The line where the record begins, as a quoted field may go on over several.
     const int number = lines.number;
     QuotedRecord record;
     lines.number += TakeQuotedRecord(lines.rest, record);
@@ -191,6 +208,7 @@ int Read(std::string_view text, WaypointFile& file, std::string& message) {
       file.notes.push_back(LineNote(number, std::string(fault) + "; skipped"));
     }
   }
+  // A heading alone is an empty list; lines of which none can be read are another kind of file.
   if (file.waypoints.empty() && !first_fault.empty()) {
     file = {};
     message = first_fault;

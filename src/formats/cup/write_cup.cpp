@@ -17,8 +17,10 @@ namespace {
 constexpr char kOrdinaryStyle[] = "1";
 constexpr char kSolidRunwayStyle[] = "5";
 
+// "4621.666N", "01410.332E"
 std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hemispheres) {
   constexpr uint32_t kMilliminutesPerDegree = 60000;
+  // Rounded before it is split, so that no minute can be written as 60.000.
   const uint64_t milliminutes = AngleInSteps(semicircles, kMilliminutesPerDegree);
   const uint64_t minute_part = milliminutes % kMilliminutesPerDegree;
   return PaddedNumber(milliminutes / kMilliminutesPerDegree, degree_digits) +
@@ -27,6 +29,7 @@ std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hem
 }
 
 std::string ElevationText(double altitude_m) {
+  // Far beyond any place; only keeps a broken record from filling the line with digits.
   constexpr double kLimit_m = 1e9;
   const double clamped = std::isnan(altitude_m) ? 0 : std::clamp(altitude_m, -kLimit_m, kLimit_m);
   // Adding zero makes a negative zero, which "-0.04" rounds to, a plain one.
@@ -36,7 +39,9 @@ std::string ElevationText(double altitude_m) {
 }  // namespace
 
 std::string Write(std::span<const FileWaypoint> waypoints) {
+  // The old list of columns, without the runway width: readers of either list know these names.
   std::string text = "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\r\n";
+  // "Lesce-Bled","LJBL",,4621.666N,01410.332E,504.0m,5,,,,"Home field"
   for (const FileWaypoint& waypoint : waypoints) {
     // Readers show the name and instruments the code, so that both are filled.
     const std::string description = QuoteField(waypoint.description);
@@ -44,7 +49,10 @@ std::string Write(std::span<const FileWaypoint> waypoints) {
     text += (waypoint.description.empty() ? code : description) + ',' + code + ",,";
     text += AngleText(waypoint.lat, 2, "NS") + ',' + AngleText(waypoint.lon, 3, "EW") + ',';
     text += ElevationText(waypoint.altitude_m) + ',';
+    // The program does not know the surface, and a landing place should not be shown as an ordinary
+    // point.
     text += waypoint.type == kWaypointAirfield ? kSolidRunwayStyle : kOrdinaryStyle;
+    // Runway direction, runway length and frequency stay empty.
     text += ",,,," + QuoteField(waypoint.comment) + "\r\n";
   }
   return text;
