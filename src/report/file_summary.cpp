@@ -13,6 +13,8 @@ std::string SummariesJson(std::span<const FileSummary> summaries) {
   for (const FileSummary& summary : summaries) {
     files.push_back(std::visit([](const auto& any) { return SummaryJson(any); }, summary));
   }
+  // Paths on Linux may hold any bytes. Those that are not UTF-8 are replaced, since dump() would
+  // throw otherwise.
   return files.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 

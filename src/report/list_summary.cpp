@@ -14,6 +14,8 @@ namespace {
 
 constexpr int kDegreeDecimals = 5;  // about a metre
 
+// A list that crosses the 180th meridian reads as one around the whole globe. Its bounds are still
+// true, only wide.
 void Include(ListSummary& summary, int32_t lat, int32_t lon, bool first) {
   summary.south = first ? lat : std::min(summary.south, lat);
   summary.north = first ? lat : std::max(summary.north, lat);
@@ -26,16 +28,19 @@ void Include(ListSummary& summary, int32_t lat, int32_t lon, bool first) {
 std::vector<AirspacePosition> Positions(const CtrRecord& airspace) {
   std::vector<AirspacePosition> positions;
   for (const AirspaceSegment& segment : airspace.segments) {
+    // The ends of an arc are its neighbours' points; its start stands for it.
     positions.push_back(segment.type == SegmentType::kArcByPoints ? segment.start : segment.point);
   }
   return positions;
 }
 
+// "46.21000 to 47.03512"; south and west are negative.
 std::string Range(int32_t from, int32_t to) {
   return FixedText(SemicirclesToDegrees(from), kDegreeDecimals) + " to " +
          FixedText(SemicirclesToDegrees(to), kDegreeDecimals);
 }
 
+// "A 3, CTR 12, R 7": the map keeps the classes in the order of the alphabet.
 std::string Classes(const ListSummary& summary) {
   std::string text;
   for (const auto& [name, count] : summary.classes) {
@@ -59,6 +64,7 @@ ListSummary SummariseWaypoints(const std::string& file, std::span<const FileWayp
                          .lowest_m = lowest->altitude_m,
                          .highest_m = highest->altitude_m};
   for (const FileWaypoint& waypoint : waypoints) {
+    // The first waypoint sets all four bounds, because 0 is a place like any other.
     Include(summary, waypoint.lat, waypoint.lon, &waypoint == waypoints.data());
   }
   return summary;

@@ -50,8 +50,11 @@ constexpr size_t kNumberWidth = 10;
 
 // What is not proved is marked with what nobody can exceed.
 std::string Row(const TaskText& text, const TaskResult& task, bool proved) {
+  // "Out and return            85.20      312 m  not proved, at most 86.01"
   const std::string most = proved ? "" : "  not proved, at most " + Kilometres(task.bound_m);
   std::string row = Left(text.name, kTaskWidth) + ' ';
+  // A task without a result may still have a bound: nothing was found in time, but something may be
+  // there.
   if (task.vertices == 0) return row + Right("-", kNumberWidth) + most + '\n';
   row += Right(Kilometres(task.distance_m), kNumberWidth);
   if (text.closed) row += ' ' + Right(FixedText(task.closing_m, 0) + " m", kNumberWidth);
@@ -64,6 +67,7 @@ std::string Row(const TaskText& text, const TaskResult& task, bool proved) {
 }
 
 std::string Vertex(const TrackPoint& point) {
+  // "  10:05:45    46.53517     8.12345", five decimals being about a metre.
   return "  " + DurationText(point.time % kSecondsPerDay) + "  " +
          Right(FixedText(SemicirclesToDegrees(point.lat), 5), 10) + ' ' +
          Right(FixedText(SemicirclesToDegrees(point.lon), 5), 11) + '\n';
@@ -71,12 +75,16 @@ std::string Vertex(const TrackPoint& point) {
 
 // Metres with three decimals, as numbers that print without noise.
 double Millimetres(double metres) {
+  // Rounded as a number, because a JSON library prints the shortest text that gives the number
+  // back.
   return std::round(metres * 1000) / 1000 + 0.0;  // never -0
 }
 
 nlohmann::ordered_json TaskJson(const TaskText& text, const TaskResult& task) {
+  // Ordered, so that the keys of every task come as the documents list them.
   nlohmann::ordered_json json;
   nlohmann::ordered_json indices = nlohmann::ordered_json::array();
+  // The array of indices has a fixed size; only the first ones belong to the task.
   for (uint32_t i = 0; i < task.vertices; ++i) indices.push_back(task.indices[i]);
   json["indices"] = indices;
   json["distance_m"] = Millimetres(task.distance_m);
@@ -111,11 +119,14 @@ std::string ScoreText(const FlightScore& score, std::span<const TrackPoint> poin
                      Right("closing", kNumberWidth) + ' ' + Right("points", kNumberWidth) + '\n';
   for (size_t i = 0; i < kOptimiseTasks; ++i) {
     const TaskResult& task = score.result.tasks[i];
+    // Only a stopped search leaves something open. With a gap of 0 closed tasks are not searched,
+    // so that nothing is open about them.
     const bool searched = score.result.stopped && (!kTasks[i].closed || score.settings.gap_m > 0);
     text += Row(kTasks[i], task, !searched || task.optimal);
   }
   for (size_t i = 0; i < kOptimiseTasks; ++i) {
     const TaskResult& task = score.result.tasks[i];
+    // A task that was not found has no vertices to list; its row above says "-".
     if (task.vertices == 0) continue;
     text += "\n";
     text += kTasks[i].name;
@@ -140,6 +151,7 @@ std::string ScoresJson(std::span<const FlightScore> scores) {
                        {"elapsed_ms", score.result.elapsed_ms},
                        {"tasks", tasks}});
   }
+  // Replaces bytes of a path that are not UTF-8, where dump() would throw.
   return flights.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 

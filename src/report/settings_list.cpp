@@ -14,11 +14,13 @@ namespace {
 std::string ValueText(const SettingDescriptor& setting, const SettingValues& values) {
   if (setting.number != nullptr) return std::to_string(values.*setting.number);
   if (setting.marker != nullptr) {
+    // A marker's bytes mean nothing to a person and would tell under which id the secret is kept.
     return PasswordIsSet(values.*setting.marker) ? "(set)" : "(not set)";
   }
   return PrintableText(values.*setting.text);
 }
 
+// No '?' here: JSON escapes control characters itself, and a program wants the value as it is.
 nlohmann::ordered_json JsonValue(const SettingDescriptor& setting, const SettingValues& values) {
   if (setting.number != nullptr) return values.*setting.number;
   if (setting.marker != nullptr) return PasswordIsSet(values.*setting.marker);
@@ -33,6 +35,7 @@ std::string SettingsText(const std::string& place, const SettingValues& values,
   std::string text = "Settings in " + PrintableText(place) + '\n';
   size_t changed = 0;
   for (const SettingDescriptor& setting : SettingTable()) {
+    // "* IgcSite                  Fiesch  (default: None)"
     const bool differs = SettingDiffers(setting, values, defaults);
     changed += differs ? 1 : 0;
     std::string name(setting.name);
@@ -55,6 +58,7 @@ std::string SettingsJson(const std::string& place, const SettingValues& values,
                     {"changed", SettingDiffers(setting, values, defaults)}});
   }
   const nlohmann::ordered_json all = {{"place", place}, {"settings", list}};
+  // A text from the registry need not be UTF-8; dump() would throw on such bytes.
   return all.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 

@@ -14,11 +14,15 @@ namespace skyhaul {
 namespace {
 
 uint32_t Duration_s(const FlightSummary& summary) {
+  // A clock that was set back during the flight must not give a duration of 136 years.
   return std::max(summary.landing_time, summary.take_off_time) - summary.take_off_time;
 }
 
 std::string Instrument(const igc::Header& header) {
+  // The type line of the header says the maker and model; the A record only has a code and a
+  // number.
   if (!header.recorder.empty()) return header.recorder;
+  // "XSH ABC (remark)" when the record has a remark, else "XSH ABC".
   const std::string code = header.manufacturer + " " + header.serial;
   return header.remark.empty() ? code : code + " (" + header.remark + ")";
 }
@@ -46,6 +50,7 @@ const char* SecurityWord(igc::SecurityCheck check) {
 FlightSummary SummariseFlight(const std::string& file, std::string_view text,
                               std::span<const TrackPoint> points) {
   const FlightTimes times = FindFlightTimes(points);
+  // max_element() takes the first of equals. Only the altitude is shown, so any of them would do.
   const auto by_gps = [](const auto& a, const auto& b) { return a.gps_alt_dm < b.gps_alt_dm; };
   const auto by_pressure = [](const auto& a, const auto& b) {
     return a.pressure_alt < b.pressure_alt;
@@ -66,11 +71,14 @@ FlightSummary SummariseFlight(const std::string& file, std::string_view text,
 std::string SummaryText(const FlightSummary& summary) {
   const std::string highest = std::to_string(summary.highest_gps_m) + " m GPS, " +
                               std::to_string(summary.highest_pressure_m) + " m pressure";
+  // Without a flight these are no take-off and no landing, and should not be called so.
   const char* first = summary.flown ? "Take-off" : "First fix";
   const char* last = summary.flown ? "Landing" : "Last fix";
   return Line("File", summary.file) + Line("Instrument", Instrument(summary.header)) +
          Line("Pilot", summary.header.pilot) +
          Line("Date", DateText(CalendarFromTime(summary.take_off_time))) +
+         // Times of day: the date of the take-off stands above, and a landing after midnight starts
+         // at 00.
          Line(first, DurationText(summary.take_off_time % kSecondsPerDay) + " UTC") +
          Line(last, DurationText(summary.landing_time % kSecondsPerDay) + " UTC") +
          Line("Duration", DurationText(Duration_s(summary))) +

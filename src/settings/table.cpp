@@ -19,6 +19,7 @@ constexpr SettingDescriptor Text(std::string_view name, size_t size,
       .name = name, .kind = ValueKind::kText, .size = size, .text = field, .default_text = value};
 }
 
+// No default text: the documents folder is known at run time only.
 constexpr SettingDescriptor Folder(std::string_view name, size_t size,
                                    std::string SettingValues::*field) {
   return {.name = name, .kind = ValueKind::kText, .size = size, .text = field, .is_folder = true};
@@ -39,6 +40,8 @@ constexpr SettingDescriptor Binary(std::string_view name, size_t size,
 }
 
 // clang-format off
+// Names, sizes, defaults and order are those under which settings are stored, so none may change.
+// Sizes of texts count the terminating zero.
 constexpr std::array<SettingDescriptor, kSettingCount> kSettings = {{
     Folder("PilotListName", 269, &SettingValues::pilot_list_name),
     Folder("PilotListDir", 269, &SettingValues::pilot_list_dir),
@@ -142,6 +145,7 @@ std::span<const SettingDescriptor, kSettingCount> SettingTable() {
 }
 
 const SettingDescriptor* FindSettingByName(std::string_view name) {
+  // The names are compared as a registry compares them: without regard to case.
   for (const SettingDescriptor& setting : kSettings) {
     if (EqualIgnoringCase(setting.name, name)) return &setting;
   }
@@ -154,6 +158,7 @@ SettingValues DefaultSettings(const RegistryFunctions& registry) {
   for (const SettingDescriptor& setting : kSettings) {
     if (setting.text != nullptr) {
       const std::string_view text = setting.is_folder ? documents : setting.default_text;
+      // One byte less than the size, for the terminating zero.
       SetSettingBytes(setting, text.size() < setting.size ? text : std::string_view(), values);
     }
     if (setting.number != nullptr) values.*setting.number = setting.default_number;
@@ -165,6 +170,7 @@ SettingValues DefaultSettings(const RegistryFunctions& registry) {
 std::string BytesOfSetting(const SettingDescriptor& setting, const SettingValues& values) {
   if (setting.text != nullptr) return values.*setting.text;
   if (setting.number != nullptr) {
+    // In the machine's order, in which the registry's functions take numbers.
     return {reinterpret_cast<const char*>(&(values.*setting.number)), sizeof(int32_t)};
   }
   const SecretMarker& marker = values.*setting.marker;
@@ -173,8 +179,10 @@ std::string BytesOfSetting(const SettingDescriptor& setting, const SettingValues
 
 void SetSettingBytes(const SettingDescriptor& setting, std::string_view bytes,
                      SettingValues& values) {
+  // Also the bound for both copies below, whose targets have exactly this size.
   bytes = bytes.substr(0, setting.size);
   if (setting.text != nullptr) {
+    // No text of the program holds a zero byte, because other programs would read it to there.
     values.*setting.text = bytes.substr(0, bytes.find('\0'));
   } else if (setting.number != nullptr) {
     values.*setting.number = 0;
@@ -188,6 +196,7 @@ void SetSettingBytes(const SettingDescriptor& setting, std::string_view bytes,
 
 bool SettingDiffers(const SettingDescriptor& setting, const SettingValues& a,
                     const SettingValues& b) {
+  // Bytes rather than values: what is written decides whether something has changed.
   return BytesOfSetting(setting, a) != BytesOfSetting(setting, b);
 }
 
