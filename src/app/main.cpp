@@ -37,11 +37,14 @@ int RunSwitches(Session& session, Console& console, const ProgramArguments& argu
   CommandLineBlock block;
   std::string message;
   const CommandLineHost host = {.is_port_name = IsPortName};
+  // On Linux an absolute path looks like a switch, so a word that names an existing file is not
+  // one.
   const ArgumentText given = CommandTextFromArguments(arguments.words, arguments.text, FileExists);
   if (ParseArguments(given, host, block, message) != 0) {
     ShowMessage(Operation{.shell = session.shell}, message, kCommandLineTitle);
     return kExitBadCommandLine;
   }
+  // Called with nothing at all: the help is the answer, and no failure.
   if (!block.present) {
     PrintResult(console, HelpText());
     return kExitDone;
@@ -54,14 +57,19 @@ int RunSwitches(Session& session, Console& console, const ProgramArguments& argu
 
 // A result that did not reach its reader is no success, whatever it said.
 int CheckOutput(const Operation& operation, int status) {
+  // A full disk shows only when the last buffer is written.
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+  // "skyhaul --settings | head" has read what it wanted: that needs no message.
   if (errno != EPIPE) ShowMessage(operation, std::strerror(errno), "Writing to standard output");
+  // A failure that has its own status keeps it.
   return status == kExitDone ? kExitFailed : status;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  // First of all, before anything is allocated; and pipes and the terminal's encoding are set
+  // before the first text is written.
   EndWhenMemoryIsShort();
   SurviveBrokenPipes();
   WriteUtf8();
@@ -69,6 +77,7 @@ int main(int argc, char** argv) {
   Console console;
   console.terminal = ErrorIsTerminal();
   const Shell shell = ConsoleShell(console);
+  // Reads only: a run on a server leaves no settings file behind.
   const RunDefaults defaults = LoadRunDefaults(NativePlatform(), Operation{.shell = &shell});
   Document document;
   Session session = {
@@ -76,6 +85,7 @@ int main(int argc, char** argv) {
   const int status = HasLongOptions(arguments.words)
                          ? RunLongOptions(session, console, arguments.words)
                          : RunSwitches(session, console, arguments);
+  // So that the shell's prompt does not stand behind the last percentage.
   FinishProgressLine(console);
   return CheckOutput(Operation{.shell = &shell}, status);
 }

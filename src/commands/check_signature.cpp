@@ -15,8 +15,10 @@ std::optional<SignatureResult> CheckSignature(const Session& session, const std:
     return std::nullopt;
   }
   SignatureResult result;
+  // No record and a failed one are results of the check, not failures of the command.
   result.check = igc::CheckSecurityRecord(text);
   result.manufacturer = igc::ReadHeader(text).manufacturer;
+  // The code that this program signs with. Any other failed record may still be good.
   result.ours = result.manufacturer == "XSH";
   return result;
 }

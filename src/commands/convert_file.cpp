@@ -9,11 +9,13 @@ ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& 
   const Operation operation = {.shell = session.shell};
   FileContents contents;
   if (LoadFile(operation, request.from, contents) < 0) return {};
+  // The kind is known only after reading: several kinds share an extension.
   if (request.only.value_or(contents.kind) != contents.kind) {
     ShowMessage(operation, request.from + " holds something else: " + KindText(contents.kind),
                 "Reading file");
     return {};
   }
+  // For formats that write when the file was made; writers themselves ask no clock.
   contents.taken_over = Now(session.platform->clock);
   const int written = SaveFile(operation, request.to, request.keyword, contents, request.overwrite);
   return {.done = written >= 0, .records = written < 0 ? 0 : static_cast<size_t>(written)};

@@ -23,6 +23,7 @@ using SharedDownload = std::shared_ptr<Download>;
 
 // The newest flight becomes the document's. A failed download replaces nothing.
 void Install(Download& download, JobEnd& job, bool saved) {
+  // SaveFlights() has sorted the flights by their start, so the newest is the last.
   if (job.result < 0 || job.data.flights.empty()) return;
   ReplaceFlight(*download.session->document, std::move(job.data.flights.back()),
                 {.origin = Source::Origin::kInstrument, .name = job.identity.description}, !saved,
@@ -33,8 +34,12 @@ void Finish(Download& download, JobEnd job) {
   DownloadFlightsResult result;
   // Flights that were to be joined are no flights by themselves.
   if (job.result < 0 && download.request.join) job.data.flights.clear();
+  // Saving comes before installing, because installing moves the newest flight away. Flights that
+  // arrived before a failure are saved too: another download takes minutes.
   const bool saved = SaveFlights(*download.session, download.request, job.identity,
                                  job.data.flights, result.written) == 0;
+  // A flight that could not be saved still becomes the document's, marked as modified, so that it
+  // is not lost.
   result.done = job.result >= 0 && saved;
   Install(download, job, saved);
   result.identity = std::move(job.identity);
@@ -45,9 +50,12 @@ void Run(const SharedDownload& download);
 
 // An instrument without a track list can still give the one flight that is selected on it.
 void TakeJobEnd(const SharedDownload& download, JobEnd job) {
+  // Tried once only: an instrument that says again that it has no list has failed.
   if (job.result != kNoTrackList || download->selected_asked_for) {
     return Finish(*download, std::move(job));
   }
+  // Numbers mean places in the list. Fetching whatever is selected would give a flight that was not
+  // asked for.
   if (download->request.flights.how == FlightChoice::How::kNumbers) {
     ShowMessage(download->operation,
                 "This instrument has no track list: leave TRACK out to download the flight that is "
@@ -65,8 +73,10 @@ void Run(const SharedDownload& download) {
   JobRequest job = MakeJobRequest(*download->session, download->request.instrument, kReadTrackLog);
   job.join_tracks = download->request.join;
   job.choice = download->request.flights;
+  // A job cannot change its request, so the other way to ask takes a second one.
   if (download->selected_asked_for) job.parameter = kCurrentTrack;
   RunInstrumentJob(*download->session, std::move(job),
+                   // The routine shares the download and keeps it alive between the two jobs.
                    [download](JobEnd end) { TakeJobEnd(download, std::move(end)); });
 }
 
@@ -79,6 +89,7 @@ void DownloadFlights(Session& session, DownloadFlightsRequest request,
   download->request = std::move(request);
   download->end = std::move(end);
   download->operation.shell = session.shell;
+  // Before the port is opened: an unwritable folder should not cost the whole transfer.
   if (CheckFlightTarget(download->operation, download->request.target) != 0) {
     return download->end({});
   }
@@ -87,6 +98,7 @@ void DownloadFlights(Session& session, DownloadFlightsRequest request,
 
 void ReadFlightList(Session& session, const InstrumentRequest& instrument,
                     std::function<void(FlightListResult)> end) {
+  // The session outlives its jobs, so a reference to it is enough.
   const auto take_end = [&session, end = std::move(end)](JobEnd job) {
     if (job.result == kNoTrackList) {
       ShowMessage(Operation{.shell = session.shell}, "This instrument has no track list",

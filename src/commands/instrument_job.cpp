@@ -18,10 +18,14 @@ struct PendingJob {
 
 // On the thread that owns the document.
 void Deliver(void* argument) {
+  // The job's thread has let go of the record when it posted it. It is freed here, also after a
+  // failure.
   const std::unique_ptr<PendingJob> pending(static_cast<PendingJob*>(argument));
   // The completion routine runs a moment before its thread ends, and a new job needs that end.
   WaitForJobEnd();
   const InstrumentIdentity& identity = pending->end.identity;
+  // A failed connection leaves what the last instrument said, which is still the last that
+  // answered.
   if (!identity.description.empty()) pending->session->document->identity = identity;
   pending->routine(std::move(pending->end));
 }
@@ -29,6 +33,7 @@ void Deliver(void* argument) {
 // On the job's thread.
 void TakeEnd(void* context, Job& job) {
   auto* pending = static_cast<PendingJob*>(context);
+  // Moved: the job is freed when this routine returns.
   pending->end = {.result = job.result,
                   .identity = {.description = std::move(job.description),
                                .owner = std::move(job.owner),
@@ -51,6 +56,7 @@ JobRequest MakeJobRequest(const Session& session, const InstrumentRequest& instr
   request.reports = {
       .client = instrument.client,
       .interval_s = instrument.report_interval_s.value_or(session.defaults->report_interval_s)};
+  // A port of the request is chosen, so no other one is tried. The name counts before the number.
   request.port = session.defaults->port;
   if (!instrument.port.empty() || instrument.port_number != 0) {
     request.port = {.automatic = false,
@@ -58,6 +64,7 @@ JobRequest MakeJobRequest(const Session& session, const InstrumentRequest& instr
                                       ? instrument.port
                                       : serial.name_of(serial.context, instrument.port_number)};
   }
+  // The usual number stands in the record already.
   if (instrument.attempts > 0) request.attempts = instrument.attempts;
   return request;
 }
@@ -71,6 +78,7 @@ void RunInstrumentJob(Session& session, JobRequest request, JobEndRoutine end) {
   request.completion = TakeEnd;
   request.completion_context = handed_over;
   if (StartJob(AllJobs(), std::move(request)) == 0) return;
+  // No thread has seen the record: it is ours again, and the end comes at once with its failure.
   pending.reset(handed_over);
   pending->routine({});
 }

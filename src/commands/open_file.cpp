@@ -12,6 +12,7 @@ namespace {
 int Load(const Session& session, const OpenFileRequest& request, FileContents& contents,
          FileSummary& summary) {
   const Operation operation = {.shell = session.shell};
+  // The contents live outside the document until all of it is read, so a bad file changes nothing.
   if (LoadFileToOpen(operation, request.path, contents) < 0) return -1;
   if (request.only.value_or(contents.kind) != contents.kind) {
     ShowMessage(operation, request.path + " holds something else: " + KindText(contents.kind),
@@ -19,6 +20,7 @@ int Load(const Session& session, const OpenFileRequest& request, FileContents& c
     return -1;
   }
   switch (contents.kind) {
+    // Needs the text beside the points: header and signature are not in the fixes.
     case FileKind::kTrack:
       summary = SummariseFlight(request.path, contents.text, contents.points);
       break;
@@ -46,6 +48,7 @@ ListKind Install(Document& document, FileContents contents, const std::string& p
     case FileKind::kTrack:
       break;
   }
+  // The instrument's own text is not kept: the file has it.
   ReplaceFlight(document, {.points = std::move(contents.points)}, std::move(source), false, title);
   return ListKind::kFlight;
 }
@@ -55,6 +58,7 @@ ListKind Install(Document& document, FileContents contents, const std::string& p
 OpenFileResult OpenFile(Session& session, const OpenFileRequest& request) {
   FileContents contents;
   OpenFileResult result;
+  // Summed up before installing, which moves the contents away.
   if (Load(session, request, contents, result.summary) != 0) return result;
   const ListKind kind = Install(*session.document, std::move(contents), request.path);
   result.generation = session.document->State(kind).generation;

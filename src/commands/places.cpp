@@ -15,11 +15,13 @@ namespace {
 void TakeWaypoints(Session& session, const DownloadWaypointsRequest& request, JobEnd& job,
                    DownloadWaypointsResult& result) {
   const Operation operation = {.shell = session.shell};
+  // An empty file would look like a list to the next program, and replace a good one.
   if (job.data.waypoints.empty()) {
     ShowMessage(operation, "The instrument holds no waypoints", "Read GPS waypoints");
     return;
   }
   FileContents contents;
+  // From the fixed fields of an instrument's record to texts as files hold them.
   contents.waypoints = UnfitWaypoints(job.data.waypoints);
   const int saved = SaveFile(operation, request.path, request.keyword, contents, request.overwrite);
   result.done = saved >= 0;
@@ -27,6 +29,8 @@ void TakeWaypoints(Session& session, const DownloadWaypointsRequest& request, Jo
     result.saved = static_cast<size_t>(saved);
     result.written.push_back(request.path);
   }
+  // Installed even when the file was not written: the list came over the wire and is not thrown
+  // away.
   ReplaceWaypoints(*session.document, std::move(contents.waypoints),
                    {.origin = Source::Origin::kInstrument, .name = job.identity.description},
                    !result.done, "Download of waypoints");
@@ -34,6 +38,7 @@ void TakeWaypoints(Session& session, const DownloadWaypointsRequest& request, Jo
 
 // Opens the request's file, if it names one, as the list to be sent. Returns 0, or -1 after a
 // message.
+// A list of the wrong kind is refused before it takes the place of the document's.
 int PrepareUpload(Session& session, const UploadRequest& request, FileKind kind) {
   if (request.path.empty()) return 0;
   return OpenFile(session, {.path = request.path, .only = kind}).done ? 0 : -1;
@@ -44,6 +49,7 @@ void Upload(Session& session, const UploadRequest& request, uint32_t access_type
   JobRequest job = MakeJobRequest(session, request.instrument, access_type);
   job.data = std::move(data);
   RunInstrumentJob(session, std::move(job), [total, end = std::move(end)](JobEnd ended) {
+    // An instrument may refuse single records in a job that succeeds. Part of a list is not done.
     end({.done = ended.result >= 0 && ended.data.sent == total,
          .identity = std::move(ended.identity),
          .sent = ended.data.sent,
@@ -65,6 +71,7 @@ void DownloadWaypoints(Session& session, DownloadWaypointsRequest request,
     return end({});
   }
   JobRequest job = MakeJobRequest(session, request.instrument, kReadWaypoints);
+  // The request moves into the routine, because the caller's may be gone when the job ends.
   const auto take_end = [&session, request = std::move(request),
                          end = std::move(end)](JobEnd ended) {
     DownloadWaypointsResult result;

@@ -25,8 +25,10 @@ struct Saving {
 
 bool IsIgc(const FlightTarget& target) {
   if (target.kind == FlightTarget::Kind::kIgcFolder) return true;
+  // What is wrong with the path has been reported by CheckFlightTarget() before the download.
   std::string ignored;
   const FileFormat* format = FormatToWrite(target.path, target.keyword, FileKind::kTrack, ignored);
+  // An IGC file goes the way that keeps the instrument's own text, however it was asked for.
   return format != nullptr && format->keyword == "igc";
 }
 
@@ -41,6 +43,7 @@ igc::HeaderTexts Header(const Saving& saving) {
 // "flight.kml" for the first of several files, then "flight-2.kml", "flight-3.kml" and so on.
 std::string NumberedPath(const std::string& path, size_t number) {
   if (number == 1) return path;
+  // The extension includes its point: "flight.kml" is cut into "flight" and ".kml".
   const size_t end = path.size() - Extension(path).size();
   return path.substr(0, end) + "-" + std::to_string(number) + path.substr(end);
 }
@@ -55,10 +58,13 @@ IgcSave MakeIgcSave(const Saving& saving, size_t number, const std::vector<std::
   // A part of a flight is not what the instrument recorded: it gets no signature.
   save.options = {.sign = true,
                   .may_be_signed = !IsGiven(target.filter),
+                  // A download has no serial number in the three characters of an A record; "000"
+                  // stands for that.
                   .serial = "000",
                   .free_text = saving.identity->description,
                   .download_time = Now(saving.session->platform->clock),
                   .enl = saving.session->defaults->igc_enl};
+  // Two flights of one day must not overwrite each other, even when files that were there may be.
   save.not_over = written;
   return save;
 }
@@ -68,6 +74,7 @@ int SaveAsTrackFile(const Saving& saving, const Flight& flight, size_t number, s
   const igc::HeaderTexts header = Header(saving);
   FileContents contents;
   contents.kind = FileKind::kTrack;
+  // A copy: the flight is still to become the document's.
   contents.points = flight.points;
   contents.header.pilot = header.pilot;
   contents.header.glider_type = header.glider_type;
@@ -97,6 +104,7 @@ int SaveOne(const Saving& saving, const Flight& flight, size_t number,
   const Flight* saved = &flight;
   Flight part;
   if (IsGiven(saving.request->target.filter)) {
+    // The instrument has signed its text as a whole; a part of it would fail every check.
     if (igc && flight.instrument_igc.expected) {
       ShowStatus(saving.operation,
                  "FILTER and FILTEREND have no effect: the instrument's own record is saved whole");
@@ -117,6 +125,7 @@ int CheckFlightTarget(const Operation& operation, const FlightTarget& target) {
   }
   if (CheckIgcFolderLength(operation, AsFolder(target.path)) != 0) return -1;
   // A folder whose name depends on the flight can only be found out afterwards.
+  // "flights/$date" becomes a folder only when the first flight is known.
   if (target.path.find('$') != std::string::npos) return 0;
   return CheckFolder(operation, target.path, kTitle);
 }
@@ -124,6 +133,8 @@ int CheckFlightTarget(const Operation& operation, const FlightTarget& target) {
 int SaveFlights(const Session& session, const DownloadFlightsRequest& request,
                 const InstrumentIdentity& identity, std::vector<Flight>& flights,
                 std::vector<std::string>& written) {
+  // Flights come in the order of the instrument or of the request, but "-2" and "-3" should follow
+  // the day. A flight that arrived has at least one fix.
   std::ranges::sort(flights, {}, [](const Flight& flight) { return flight.points.front().time; });
   const Saving saving = {.session = &session,
                          .request = &request,
@@ -133,6 +144,7 @@ int SaveFlights(const Session& session, const DownloadFlightsRequest& request,
   size_t number = 0;
   for (const Flight& flight : flights) {
     std::string path;
+    // A number is used up even when its file fails, so that each file keeps its flight's place.
     if (SaveOne(saving, flight, ++number, written, path) < 0) {
       result = -1;
     } else {

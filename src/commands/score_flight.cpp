@@ -11,6 +11,7 @@ namespace skyhaul {
 namespace {
 
 constexpr const char* kTitle = "Distances";
+// A minute: longer than nearly all flights need, and as long as a person waits.
 constexpr uint32_t kExactBudget_ms = 60'000;
 
 // The flight to score. Null after a message when there is none.
@@ -21,10 +22,13 @@ std::shared_ptr<const Flight> FlightToScore(const Session& session,
     if (session.document->lists.flight == nullptr) {
       ShowMessage(operation, "There is no flight: open or download one first", kTitle);
     }
+    // Shared, not copied: the list is immutable, so the search may keep it while the document goes
+    // on.
     return session.document->lists.flight;
   }
   auto flight = std::make_shared<Flight>();
   std::string text;
+  // Not into the document: a score changes nothing that a person works on.
   if (LoadIgcFile(operation, request.path, text, flight->points) < 0) return nullptr;
   return flight;
 }
@@ -44,6 +48,7 @@ ScoreFlightResult ScoreFlight(const Session& session, const ScoreFlightRequest& 
                     .fai_rule = request.fai_rule.value_or(session.defaults->fai_rule)};
   if (request.path.empty()) {
     score.file = session.document->State(ListKind::kFlight).source.name;
+    // Lets the receiver see whether the document has another flight by the time the result arrives.
     result.generation = session.document->State(ListKind::kFlight).generation;
   }
   const int failed =
@@ -52,6 +57,8 @@ ScoreFlightResult ScoreFlight(const Session& session, const ScoreFlightRequest& 
           : OptimiseTrack(points, score.settings, score.result, &operation);
   result.done = failed == 0;
   if (result.done) return result;
+  // An exact search fails on more than 2^26 fixes only; the fast one when it is stopped or cannot
+  // allocate its matrix.
   const char* reason = operation.aborted ? ": stopped"
                        : request.exact   ? ": too many fixes"
                                          : ": not enough memory";

@@ -17,6 +17,7 @@ int Fail(const Operation& operation, const std::string& text) {
   return -1;
 }
 
+// The system has no words of its own for a service that is not there.
 int RefusePassword(const Operation& operation, const std::string& name, SecretResult result,
                    const std::string& reason) {
   const std::string why = result == SecretResult::kNoService
@@ -35,6 +36,7 @@ int Assign(const SecretFunctions& secrets, const Operation& operation,
       continue;
     }
     SecretMarker& marker = live.*setting.marker;
+    // "SkylogPassword=" removes a password, so an empty one ends after the marker has been cleared.
     const SecretMarker before = marker;
     marker.fill(0);
     if (assignment.bytes.empty()) continue;
@@ -43,6 +45,7 @@ int Assign(const SecretFunctions& secrets, const Operation& operation,
     const SecretResult kept = KeepPassword(secrets, name, assignment.bytes, marker, reason);
     if (kept == SecretResult::kDone) continue;
     marker = before;
+    // Stops at the first refusal; what was stored before it is removed by the caller.
     return RefusePassword(operation, name, kept, reason);
   }
   return 0;
@@ -53,6 +56,7 @@ void ForgetReplaced(const SecretFunctions& secrets, const SettingValues& from,
                     const SettingValues& kept) {
   for (const SettingDescriptor& setting : SettingTable()) {
     if (setting.marker == nullptr || !SettingDiffers(setting, from, kept)) continue;
+    // A secret without a marker could never be found again, and would stay for ever.
     ForgetPassword(secrets, std::string(setting.name), from.*setting.marker);
   }
 }
@@ -71,10 +75,12 @@ int ChangeAndSave(const Platform& platform, const Operation& operation,
                   size_t& changed) {
   const SettingValues before = store.live;
   if (Assign(platform.secret, operation, assignments, store.live) != 0) {
+    // Only secrets made in this run: the markers that are saved keep theirs.
     ForgetReplaced(platform.secret, store.live, before);
     CloseSettings(store);
     return -1;
   }
+  // Old secrets go only after their markers have been replaced on disk.
   const SettingValues after = store.live;
   std::string reason;
   if (SaveSettings(store, reason) == 0) {
@@ -82,6 +88,7 @@ int ChangeAndSave(const Platform& platform, const Operation& operation,
     changed = CountChanged(before, after);
     return 0;
   }
+  // The saved markers are the old ones, so the new secrets are the ones that nobody needs.
   ForgetReplaced(platform.secret, after, before);
   return Fail(operation, "The settings are not stored\n" + reason);
 }

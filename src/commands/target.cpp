@@ -7,6 +7,7 @@ namespace skyhaul {
 
 int CheckFolder(const Operation& operation, const std::string& folder, const char* title) {
   if (FolderIsWritable(folder)) return 0;
+  // Two reasons, because a person mends them in different ways.
   const char* text =
       IsDirectory(folder) ? "There is no permission to save files in " : "There is no folder ";
   ShowMessage(operation, text + folder, title);
@@ -21,10 +22,13 @@ int CheckTarget(const Operation& operation, const std::string& path, std::string
     ShowMessage(operation, message, kTitle);
     return -1;
   }
+  // Asked again when the file is written: another program may make it during the transfer.
   if (FileExists(path) && !overwrite) {
     ShowMessage(operation, path + " exists already", kTitle);
     return -1;
   }
+  // Writing whole or not at all makes a second file beside the first, so the folder counts, not the
+  // file.
   return CheckFolder(operation, FolderOf(path), kTitle);
 }
 

@@ -29,11 +29,14 @@ void Exchange(Document& document, HistoryStep& step) {
   SwapList(document.lists, step.other, step.kind);
   std::swap(state.source, step.source);
   std::swap(state.modified, step.modified);
+  // Counts on with undo as well: a result of the list before the undo is as stale as any.
   ++state.generation;
+  // The indices meant fixes of the other flight.
   if (step.kind == ListKind::kFlight) document.selection.clear();
 }
 
 void Replace(Document& document, HistoryStep step) {
+  // After the exchange the step holds the old list, which is just what undo needs.
   Exchange(document, step);
   AddStep(document.history, std::move(step));
 }
@@ -44,6 +47,7 @@ std::string LastTitle(const std::deque<HistoryStep>& steps) {
 
 void MoveLast(Document& document, std::deque<HistoryStep>& from, std::deque<HistoryStep>& to) {
   if (from.empty()) return;
+  // Taken off before the exchange, so that a step stands in one of the two lists at most.
   HistoryStep step = std::move(from.back());
   from.pop_back();
   Exchange(document, step);
@@ -82,6 +86,7 @@ void ReplaceAirspaces(Document& document, std::vector<CtrRecord> airspaces, Sour
 }
 
 void MarkSaved(Document& document, ListKind kind) {
+  // The file has what is shown now. Every other state of the list differs from it, on both sides.
   StateOf(document, kind).modified = false;
   for (std::deque<HistoryStep>* steps : {&document.history.undo, &document.history.redo}) {
     for (HistoryStep& step : *steps) {
@@ -107,6 +112,8 @@ void Redo(Document& document) {
 }
 
 void SelectPoints(Document& document, std::vector<uint32_t> selection) {
+  // A face may still show an older flight, so indices beyond this one's end are no mistake of its
+  // own.
   const Flight* flight = document.lists.flight.get();
   const size_t points = flight == nullptr ? 0 : flight->points.size();
   std::sort(selection.begin(), selection.end());

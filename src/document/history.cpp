@@ -6,6 +6,7 @@ namespace skyhaul {
 
 namespace {
 
+// The fixes and the instrument's text are nearly all of a flight; its short texts do not count.
 size_t Bytes(const Flight& flight) {
   return flight.points.size() * sizeof(TrackPoint) + flight.instrument_igc.text.size();
 }
@@ -13,6 +14,7 @@ size_t Bytes(const Flight& flight) {
 size_t Bytes(const std::vector<FileWaypoint>& waypoints) {
   size_t bytes = waypoints.size() * sizeof(FileWaypoint);
   for (const FileWaypoint& waypoint : waypoints) {
+    // Short texts live inside the record and are counted twice, which errs on the safe side.
     bytes += waypoint.name.size() + waypoint.description.size() + waypoint.comment.size();
   }
   return bytes;
@@ -30,6 +32,7 @@ size_t Bytes(const std::vector<CtrRecord>& airspaces) {
 // knowing the document here.
 size_t Bytes(const HistoryStep& step) {
   size_t bytes = 0;
+  // Null for the first list of its kind: nothing stood there before.
   if (step.other.flight != nullptr) bytes += Bytes(*step.other.flight);
   if (step.other.waypoints != nullptr) bytes += Bytes(*step.other.waypoints);
   if (step.other.airspaces != nullptr) bytes += Bytes(*step.other.airspaces);
@@ -39,10 +42,12 @@ size_t Bytes(const HistoryStep& step) {
 }  // namespace
 
 void AddStep(History& history, HistoryStep step) {
+  // Redo would put a list back over one that it never followed.
   history.redo.clear();
   history.undo.push_back(std::move(step));
   size_t bytes = 0;
   for (const HistoryStep& kept : history.undo) bytes += Bytes(kept);
+  // The oldest go first. The last change stays, however large: that is the one a person takes back.
   while (history.undo.size() > 1 &&
          (history.undo.size() > kMostSteps || bytes > kMostHistoryBytes)) {
     bytes -= Bytes(history.undo.front());
