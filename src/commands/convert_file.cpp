@@ -9,7 +9,7 @@ ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& 
   const Operation operation = {.shell = session.shell};
   FileContents contents;
   if (LoadFile(operation, request.from, contents) < 0) return {};
-  // The kind is known only after reading: several kinds share an extension.
+  // The kind is known only once the file has been read, because its text is recognised too.
   if (request.only.value_or(contents.kind) != contents.kind) {
     ShowMessage(operation, request.from + " holds something else: " + KindText(contents.kind),
                 "Reading file");

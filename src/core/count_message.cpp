@@ -17,6 +17,8 @@ std::string FormatCountMessage(std::string_view text, uint32_t first, uint32_t s
       continue;
     }
     message += std::to_string(numbers[next]);
+    // "% of % flights" with 2 and 5 gives "2 of 5 flights". The fourth number stays for all further
+    // places, so that no template reads beyond the array.
     next = std::min(next + 1, numbers.size() - 1);
   }
   return message;

@@ -12,6 +12,7 @@ bool Silent(const Operation& operation) {
 
 void ShowMessage(const Operation& operation, const std::string& text, const std::string& title) {
   if (Silent(operation)) return;
+  // The shell takes the text over before it returns, so its pointers need to live no longer.
   operation.shell->message(operation.shell->context, text.c_str(), title.c_str());
 }
 
@@ -26,6 +27,8 @@ void ShowProgress(const Operation& operation, const std::string& text, int perce
 }
 
 bool StopRequested(const Operation& operation) {
+  // The flag is set by another thread and stays set; the status is shown by the thread that does
+  // the work.
   if (!operation.aborted) return false;
   ShowStatus(operation, "Transfer aborted");
   return true;

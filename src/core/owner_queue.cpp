@@ -12,6 +12,7 @@ void PostToOwner(OwnerQueue& queue, void (*run)(void* argument), void* argument)
 
 void RunNextRoutine(OwnerQueue& queue) {
   std::unique_lock lock(queue.mutex);
+  // The condition is asked again after each wake-up, because a wait may end without a notification.
   queue.posted.wait(lock, [&] { return !queue.routines.empty(); });
   const OwnerRoutine next = queue.routines.front();
   queue.routines.pop_front();

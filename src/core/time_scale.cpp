@@ -8,6 +8,7 @@ namespace {
 
 constexpr int kEpochYear = 1989;
 constexpr uint32_t kEpochSeconds = 31449600;  // 364 days: the scale starts on the year's last day
+// Day 1 of a spreadsheet is 1899-12-31, so the scale's first day is number 32873.
 constexpr double kSpreadsheetDayOfEpoch = 32873.0;
 
 constexpr int kDaysBeforeMonth[2][13] = {
@@ -16,10 +17,13 @@ constexpr int kDaysBeforeMonth[2][13] = {
 };
 
 const int* DaysBeforeMonth(int year) {
+  // 2100 would be no leap year in the calendar, but it is one on this scale.
   return kDaysBeforeMonth[year % 4 == 0 ? 1 : 0];
 }
 
 int DaysBeforeYear(int year) {
+  // The epoch's year follows a leap year, so the integer division counts each 29 February from the
+  // year after it on.
   return (year - kEpochYear) * 365 + (year - kEpochYear) / 4;
 }
 
@@ -28,11 +32,14 @@ int DaysBeforeYear(int year) {
 uint32_t TimeFromCalendar(const CalendarTime& calendar) {
   const int days = DaysBeforeYear(calendar.year) - 1 + calendar.day +
                    DaysBeforeMonth(calendar.year)[calendar.month - 1];
+  // 64 bits until the epoch is taken off: the whole scale counted from New Year 1989 has more
+  // seconds than 32 bits hold.
   const int64_t minutes = (int64_t{days} * 24 + calendar.hour) * 60 + calendar.minute;
   return static_cast<uint32_t>(minutes * 60 + calendar.second - int64_t{kEpochSeconds});
 }
 
 CalendarTime CalendarFromTime(uint32_t time, uint32_t milliseconds) {
+  // Counted from New Year, where days of the year begin at 0.
   const uint64_t since_new_year = uint64_t{time} + kEpochSeconds;
   const int days = static_cast<int>(since_new_year / kSecondsPerDay);
   const int second_of_day = static_cast<int>(since_new_year % kSecondsPerDay);
@@ -56,6 +63,7 @@ CalendarTime CalendarFromTime(uint32_t time, uint32_t milliseconds) {
 
 uint32_t TimeFromUnix(int64_t unix_time_s) {
   constexpr int64_t kEpochUnix_s = 631065600;  // 1989-12-31
+  // A computer whose clock was never set says 1970, which becomes the first second of the scale.
   return static_cast<uint32_t>(std::clamp<int64_t>(unix_time_s - kEpochUnix_s, 0, UINT32_MAX));
 }
 

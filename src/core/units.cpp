@@ -20,6 +20,7 @@ int32_t ClampToSemicircles(double value) {
 }  // namespace
 
 int32_t RoundHalfAwayFromZero(double value) {
+  // The cast cuts towards zero, so half of one away from zero makes it round.
   return static_cast<int32_t>(value < 0 ? value - 0.5 : value + 0.5);
 }
 
@@ -39,6 +40,7 @@ int32_t RadiansToSemicircles(double radians) {
   return ClampToSemicircles(radians / kRadiansPerSemicircle);
 }
 
+// 10,800,000 thousandths of a minute are 180 degrees.
 int32_t SemicirclesToMilliminutes(int32_t semicircles) {
   return RoundHalfAwayFromZero(semicircles * kMilliminutesPerSemicircle);
 }
@@ -48,6 +50,7 @@ int32_t MilliminutesToSemicircles(int32_t milliminutes) {
 }
 
 int32_t DecimetresToMetres(int32_t decimetres) {
+  // Integer division cuts towards zero: halves go up above zero, and files of all formats agree.
   return (decimetres + 5) / 10;
 }
 

@@ -16,6 +16,8 @@ namespace skyhaul {
 
 namespace {
 
+// Services say what an instrument may be asked for. The command line refuses the rest, and the job
+// table what has no driver yet.
 constexpr uint32_t kTracks = kTrackLogs | kIgcLogs;
 constexpr uint32_t kWaypoints = kWaypointDownload | kWaypointUpload;
 
@@ -64,6 +66,7 @@ constexpr Family kFamilies[] = {
      .maker = "Aircotec",
      .models = "XC Trainer",
      .names = {{"XCTRAINER", GpsType::kXcTrainer, kTracks | kWaypointUpload}},
+     // The speed is found by the driver.
      .port = {.baud = 0, .xon_xoff = true}},
     {.protocol = kGarminUsb, .maker = "Garmin", .models = "receivers with USB", .on_usb = true},
     {.protocol = kAircotecSecondReader,
@@ -121,6 +124,8 @@ constexpr std::array<JobProcedure, kAccessTypes> ByAccessType(const FamilyJobs& 
           jobs.read_ctr_list,   jobs.read_flight_list, jobs.erase_waypoints};
 }
 
+// Made while compiling, so that the job runner needs to know no family and nothing is set up at
+// start.
 constexpr auto MakeJobs() {
   std::array<ProtocolJobs, std::size(kFamilies)> table = {};
   for (size_t i = 0; i < table.size(); ++i) {
@@ -135,6 +140,7 @@ constexpr auto MakeJobs() {
 constexpr size_t CountNames() {
   size_t count = 0;
   for (const Family& family : kFamilies) {
+    // Unused places of a row have no name.
     for (const GpsName& name : family.names) count += name.name.empty() ? 0 : 1;
   }
   return count;
@@ -145,6 +151,8 @@ constexpr auto MakeGpsTypes() {
   for (const Family& family : kFamilies) {
     for (const GpsName& name : family.names) {
       if (name.name.empty()) continue;
+      // The place is the code that the settings and the command line keep, not the order of the
+      // rows.
       types[static_cast<size_t>(name.code)] = {
           .name = name.name, .services = name.services, .family = &family};
     }
@@ -161,6 +169,7 @@ constexpr bool TableIsSound() {
     if (type.family == nullptr) return false;
   }
   for (size_t i = 0; i < std::size(kFamilies); ++i) {
+    // Job table and families are looked up by the protocol type as an index.
     if (kFamilies[i].protocol != i) return false;
   }
   return true;
@@ -175,6 +184,7 @@ std::span<const Family> Families() {
 
 bool HasDriver(const Family& family) {
   const auto jobs = ByAccessType(family.jobs);
+  // A row that is there for its names only has no job at all.
   return std::any_of(jobs.begin(), jobs.end(), [](JobProcedure job) { return job != nullptr; });
 }
 
@@ -192,6 +202,7 @@ const GpsTypeEntry& EntryOf(GpsType type) {
 
 ProtocolType ProtocolOf(GpsType type, bool usb) {
   const Family& family = *EntryOf(type).family;
+  // The command line has refused /USB where there is no such row; other callers need not ask.
   return usb && family.usb != kNoProtocol ? family.usb : family.protocol;
 }
 

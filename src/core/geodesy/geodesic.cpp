@@ -41,6 +41,7 @@ struct Arc {
 
 ReducedLatitude Reduce(double lat_rad) {
   // Sine and cosine rather than the tangent, which has no value at a pole.
+  // tan U = (1 - f) tan(latitude), with both sides as a point that is brought back to length 1.
   const double sin = (1 - kFlattening) * std::sin(lat_rad);
   const double cos = std::cos(lat_rad);
   const double length = std::hypot(sin, cos);
@@ -78,8 +79,10 @@ Arc ArcOf(const ReducedLatitude& u1, const ReducedLatitude& u2, double lambda) {
   Arc arc = {};
   arc.sin_sigma =
       std::hypot(u2.cos * std::sin(lambda), u1.cos * u2.sin - u1.sin * u2.cos * std::cos(lambda));
+  // atan2 of both is exact for short arcs, where the cosine alone would lose half of its digits.
   arc.cos_sigma = u1.sin * u2.sin + u1.cos * u2.cos * std::cos(lambda);
   arc.sigma = std::atan2(arc.sin_sigma, arc.cos_sigma);
+  // Equal or opposite points: the azimuth below would be 0 / 0.
   if (arc.sin_sigma == 0) return arc;
   arc.sin_alpha = u1.cos * u2.cos * std::sin(lambda) / arc.sin_sigma;
   arc.cos_sq_alpha = 1 - arc.sin_alpha * arc.sin_alpha;
@@ -94,6 +97,8 @@ Arc ArcOf(const ReducedLatitude& u1, const ReducedLatitude& u2, double lambda) {
 // shortest way then goes round the other side.
 std::optional<double> SolveLambda(const ReducedLatitude& u1, const ReducedLatitude& u2,
                                   double longitude_rad) {
+  // On the sphere the angle is a little larger than on the ellipsoid; the first guess leaves that
+  // out.
   double lambda = longitude_rad;
   for (int i = 0; i < kGeodesicIterations; ++i) {
     const Arc arc = ArcOf(u1, u2, lambda);
@@ -103,6 +108,7 @@ std::optional<double> SolveLambda(const ReducedLatitude& u1, const ReducedLatitu
     const bool settled = std::abs(next - lambda) < kTolerance_rad;
     lambda = next;
     if (settled && std::abs(lambda) <= kHalfTurn_rad) return lambda;
+    // Beyond half a turn: the solution found goes the long way round.
     if (settled) break;
   }
   return std::nullopt;
@@ -123,6 +129,7 @@ GeodesicCourse GeodesicInverse(double lat1_rad, double lon1_rad, double lat2_rad
   const ReducedLatitude u1 = Reduce(lat1_rad);
   const ReducedLatitude u2 = Reduce(lat2_rad);
   const std::optional<double> lambda =
+      // remainder() brings any number of turns to half a turn at most, either way.
       SolveLambda(u1, u2, std::remainder(lon2_rad - lon1_rad, 2 * kPi));
   if (!lambda) return kNone;
   const Arc arc = ArcOf(u1, u2, *lambda);
@@ -143,6 +150,7 @@ GeodesicPosition GeodesicDestination(double lat_rad, double lon_rad, double bear
   const ReducedLatitude u1 = Reduce(lat_rad);
   const double sin_bearing = std::sin(bearing_rad);
   const double cos_bearing = std::cos(bearing_rad);
+  // Equations 1 and 2.
   const double sigma1 = std::atan2(u1.sin, u1.cos * cos_bearing);
   const double sin_alpha = u1.cos * sin_bearing;
   const double cos_sq_alpha = 1 - sin_alpha * sin_alpha;

@@ -45,6 +45,8 @@ constexpr double kBeta[kOrder] = {
 double ConformalTau(double tau) {
   const double e = std::sqrt(kEccentricitySquared);
   const double secant = std::sqrt(1 + tau * tau);
+  // tau / secant is the sine of the latitude, at most 1. Times e, which is 0.08, it stays far from
+  // where atanh() has no value.
   const double sigma = std::sinh(e * std::atanh(e * tau / secant));
   return tau * std::sqrt(1 + sigma * sigma) - sigma * secant;
 }
@@ -53,6 +55,7 @@ double ConformalTau(double tau) {
 // number of steps needs no test.
 double TauFromConformal(double conformal_tau) {
   constexpr int kSteps = 4;
+  // The start is right for small latitudes and near enough for all others.
   double tau = conformal_tau / (1 - kEccentricitySquared);
   for (int i = 0; i < kSteps; ++i) {
     const double reached = ConformalTau(tau);
@@ -80,12 +83,14 @@ Complex SumOfSines(Complex zeta, const double (&c)[kOrder]) {
   const Complex twice_cos = {2 * cos * cosh, -2 * sin * sinh};
   Complex b;
   Complex b_before;
+  // From the last term to the first: small terms are added up before large ones.
   for (int k = kOrder; k-- > 0;) {
     const Complex next = {c[k] + twice_cos.re * b.re - twice_cos.im * b.im - b_before.re,
                           twice_cos.re * b.im + twice_cos.im * b.re - b_before.im};
     b_before = b;
     b = next;
   }
+  // sin(2 zeta), the factor that the recurrence leaves to the end.
   const Complex sine = {sin * cosh, cos * sinh};
   return {sine.re * b.re - sine.im * b.im, sine.re * b.im + sine.im * b.re};
 }
@@ -93,6 +98,7 @@ Complex SumOfSines(Complex zeta, const double (&c)[kOrder]) {
 }  // namespace
 
 MercatorPosition ToTransverseMercator(const MercatorAngles& angles) {
+  // atan2 puts longitudes of more than 90 degrees from the meridian beyond the pole.
   const double tau = ConformalTau(std::tan(angles.lat_rad));
   const double cos_lon = std::cos(angles.lon_rad);
   const Complex sphere = {
@@ -109,6 +115,7 @@ MercatorAngles FromTransverseMercator(const MercatorPosition& position) {
   const Complex correction = SumOfSines(plane, kBeta);
   const double xi = plane.re - correction.re;
   const double eta = plane.im - correction.im;
+  // The conformal latitude's tangent, from which Newton's method finds the geographic one.
   const double tau = std::sin(xi) / std::hypot(std::sinh(eta), std::cos(xi));
   return {.lat_rad = std::atan(TauFromConformal(tau)),
           .lon_rad = std::atan2(std::sinh(eta), std::cos(xi))};

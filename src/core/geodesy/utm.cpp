@@ -18,20 +18,24 @@ constexpr double kFalseNorthing_m = 10000000;
 constexpr double kLargestEasting_m = 1000000;
 constexpr double kRadiansPerDegree = kPi / 180;
 
+// I and O are left out because they look like digits.
 constexpr std::string_view kBands = "CDEFGHJKLMNPQRSTUVWX";
 constexpr double kFirstBand_deg = -80;
 constexpr double kBandHeight_deg = 8;
 
 size_t BandIndex(double lat_deg) {
   const double index = std::floor((lat_deg - kFirstBand_deg) / kBandHeight_deg);
+  // X reaches from 72 to 84 degrees, so the index of its upper part is one too high.
   return static_cast<size_t>(std::clamp(index, 0.0, static_cast<double>(kBands.size() - 1)));
 }
 
 double CentralMeridian_deg(int zone) {
+  // Zone 1 lies about 177 degrees west.
   return zone * 6.0 - 183;
 }
 
 double Within180(double lon_deg) {
+  // 180 becomes -180, so that every meridian has one number and one zone.
   return lon_deg - 360 * std::floor((lon_deg + 180) / 360);
 }
 
@@ -43,6 +47,8 @@ char Capital(char letter) {
 bool BandFits(char band, double lat_deg) {
   constexpr double kTolerance_deg = 1;
   const size_t index = kBands.find(band);
+  // Many lists write N for north and S for south. S is a band of the north, and cannot be told
+  // apart.
   if (band == 'N' && lat_deg >= 0) return true;
   return BandIndex(lat_deg - kTolerance_deg) <= index &&
          index <= BandIndex(lat_deg + kTolerance_deg);
@@ -58,6 +64,7 @@ int UtmZone(double lat_deg, double lon_deg) {
   const double lon = Within180(lon_deg);
   const int zone = static_cast<int>(std::floor((lon + 180) / 6)) + 1;
   const char band = UtmBand(lat_deg);
+  // The exceptions of Norway and Svalbard; a longitude on a border belongs to the zone east of it.
   if (band == 'V' && lon >= 3 && lon < 12) return 32;
   if (band == 'X' && lon >= 0 && lon < 42) {
     if (lon < 9) return 31;
@@ -88,6 +95,7 @@ std::optional<UtmDegrees> DegreesFromUtm(const UtmPosition& position) {
   // Both ranges are written so that a NaN is refused as well.
   if (!(position.easting_m >= 0 && position.easting_m <= kLargestEasting_m)) return std::nullopt;
   const bool north = band >= 'N';
+  // The hemisphere comes from the letter: the number alone fits both.
   const double northing_m = position.northing_m - (north ? 0 : kFalseNorthing_m);
   const MercatorPosition plane = {.east_m = (position.easting_m - kFalseEasting_m) / kCentralScale,
                                   .north_m = northing_m / kCentralScale};

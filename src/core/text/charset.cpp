@@ -67,6 +67,7 @@ constexpr LetterPairs kLetterPairs[] = {
 };
 
 void AppendPlain(std::string& plain, uint32_t code) {
+  // kSpelledOut stands in the order of its codes, so that it can be halved.
   const auto spelled = std::ranges::lower_bound(kSpelledOut, code, {}, &SpelledOut::code);
   if (spelled != std::end(kSpelledOut) && spelled->code == code) {
     plain += spelled->plain;
@@ -78,6 +79,7 @@ void AppendPlain(std::string& plain, uint32_t code) {
   }
   for (const LetterPairs& pairs : kLetterPairs) {
     if (code < pairs.first || code > pairs.last) continue;
+    // Capitals of these blocks are at even distances from the first.
     const bool capital = (code - pairs.first) % 2 == 0;
     plain += static_cast<char>(capital ? pairs.capital : pairs.capital - 'A' + 'a');
     return;
@@ -97,6 +99,7 @@ uint32_t CodeOfByte(unsigned char byte) {
 
 // The byte of Windows-1252 for a code of Unicode, or -1.
 int ByteOfCode(uint32_t code) {
+  // The five unused bytes must not be found for the code 0, which this line has taken already.
   if (code < 0x80 || (code >= 0xA0 && code <= 0xFF)) return static_cast<int>(code);
   const auto* const place = std::ranges::find(kWindows1252, code);
   if (place == std::end(kWindows1252)) return -1;
@@ -108,11 +111,15 @@ int ByteOfCode(uint32_t code) {
 std::string ToUtf8(std::string_view bytes) {
   std::string_view rest = bytes;
   if (rest.starts_with(kByteOrderMark)) rest.remove_prefix(kByteOrderMark.size());
+  // Text in another character set is hardly ever valid UTF-8 by chance: a letter above 0x7F would
+  // need the right ones after it.
   if (IsUtf8(rest)) return std::string(rest);
   std::string text;
+  // Room for a few letters that take two bytes or three.
   text.reserve(bytes.size() + bytes.size() / 8);
   for (const char character : bytes) {
     const uint32_t code = CodeOfByte(static_cast<unsigned char>(character));
+    // A zero byte is a character like any other; only the unused codes become '?'.
     AppendUtf8(text, code == 0 && character != '\0' ? uint32_t{'?'} : code);
   }
   return text;
@@ -131,6 +138,7 @@ std::string ToAscii(std::string_view utf8) {
     } else {
       AppendPlain(plain, code);
     }
+    // An accent with no letter before it is kept as '?', since nothing is dropped.
     after_letter = IsLetter(plain.back());
   }
   return plain;
@@ -145,6 +153,7 @@ std::string ToWindows1252(std::string_view utf8) {
     if (byte >= 0) {
       bytes += static_cast<char>(byte);
     } else {
+      // One character at a time, so that its neighbours keep their accents.
       bytes += ToAscii(utf8.substr(0, utf8.size() - rest.size()));
     }
     utf8 = rest;

@@ -21,11 +21,13 @@ bool ReadZone(std::string_view text, int& offset_minutes) {
   std::string digits(text.substr(1));
   std::erase(digits, ':');
   const int number = ReadWholeNumber(digits);
+  // No place is more than 14 hours from UTC.
   if (digits.size() != 4 || number < 0 || number % 100 > 59 || number > 1400) return false;
   offset_minutes = (number / 100 * 60 + number % 100) * (text[0] == '-' ? -1 : 1);
   return true;
 }
 
+// ".123" or ",123": ISO 8601 allows both signs.
 void DropFraction(std::string_view& text) {
   if (!text.starts_with('.') && !text.starts_with(',')) return;
   text.remove_prefix(1);
@@ -70,6 +72,7 @@ void AppendIsoTime(std::string& text, uint32_t time, uint32_t milliseconds) {
 
 uint32_t TimeFromFile(const CalendarTime& calendar) {
   if (calendar.year < kFirstYear || calendar.year > kLastYear) return 0;
+  // The scale begins with the last day of its first year.
   if (calendar.year == kFirstYear && (calendar.month != 12 || calendar.day != 31)) return 0;
   if (calendar.month < 1 || calendar.month > 12 || calendar.day < 1 || calendar.day > 31) return 0;
   if (calendar.hour < 0 || calendar.hour > 23 || calendar.minute < 0 || calendar.minute > 59) {
@@ -77,16 +80,20 @@ uint32_t TimeFromFile(const CalendarTime& calendar) {
   }
   if (calendar.second < 0 || calendar.second > 60) return 0;
   CalendarTime exact = calendar;
+  // 23:59:60 is a leap second, which the scale does not have.
   exact.second = std::min(exact.second, 59);
   const uint32_t time = TimeFromCalendar(exact);
+  // 31 April comes back as 1 May.
   return CalendarFromTime(time).day == calendar.day ? time : 0;
 }
 
 uint32_t ReadIsoTime(std::string_view text) {
   constexpr std::string_view kShape = "0000-00-00T00:00:00";
+  // "2024-05-01T12:34:56.789+02:00"
   text = TrimBlanks(text);
   if (text.size() < kShape.size()) return 0;
   for (size_t i = 0; i < kShape.size(); ++i) {
+    // A '0' of the shape stands for any character; ReadWholeNumber() refuses what is no digit.
     if (kShape[i] != '0' && text[i] != kShape[i]) return 0;
   }
   const uint32_t time = TimeFromFile({.year = ReadWholeNumber(text.substr(0, 4)),
@@ -99,6 +106,7 @@ uint32_t ReadIsoTime(std::string_view text) {
   DropFraction(text);
   int offset_minutes = 0;
   if (time == 0 || !ReadZone(text, offset_minutes)) return 0;
+  // The first hours of the scale east of Greenwich lie before it: unknown.
   return static_cast<uint32_t>(std::max<int64_t>(int64_t{time} - int64_t{offset_minutes} * 60, 0));
 }
 

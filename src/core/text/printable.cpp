@@ -18,6 +18,7 @@ bool IsPrintable(uint32_t character) {
 }  // namespace
 
 std::string PrintableText(std::string_view bytes) {
+  // The whole text decides. Files and instruments keep to one character set.
   const bool utf8 = IsUtf8(bytes);
   std::string text;
   text.reserve(bytes.size());
@@ -43,6 +44,7 @@ std::string PrintableText(std::string_view bytes) {
 std::string OneLine(std::string_view text) {
   std::string line(text);
   std::ranges::replace_if(
+      // Unsigned, because the bytes of UTF-8 above 0x7F would be negative and count as controls.
       line, [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, ' ');
   return std::string(TrimBlanks(line));
 }

@@ -26,13 +26,17 @@ uint32_t TakeCharacter(std::string_view& text) {
   constexpr uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
   const unsigned first = ByteAt(text, 0);
   const size_t length = LengthOf(first);
+  // The first byte of n keeps its last 7 - n bits.
   uint32_t code = length < 2 ? first : first & (0x7FU >> length);
   bool good = length != 0 && length <= text.size();
   for (size_t i = 1; good && i < length; ++i) {
+    // 10xxxxxx
     good = (ByteAt(text, i) & 0xC0U) == 0x80;
     code = code << 6 | (ByteAt(text, i) & 0x3FU);
   }
+  // Halves of surrogate pairs are codes of UTF-16 only.
   good = good && code >= kSmallest[length] && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
+  // One byte after an error, so that the next good character is found wherever it begins.
   text.remove_prefix(good ? length : 1);
   return good ? code : kNoCharacter;
 }
@@ -60,9 +64,11 @@ void AppendUtf8(std::string& text, uint32_t code) {
   if (code < 0x80) {
     text += static_cast<char>(code);
   } else if (code < 0x800) {
+    // 110xxxxx 10xxxxxx
     text += static_cast<char>(0xC0 | code >> 6);
     text += static_cast<char>(0x80 | (code & 0x3F));
   } else {
+    // 1110xxxx 10xxxxxx 10xxxxxx
     text += static_cast<char>(0xE0 | code >> 12);
     text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
     text += static_cast<char>(0x80 | (code & 0x3F));
