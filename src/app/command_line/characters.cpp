@@ -3,11 +3,14 @@
 namespace skyhaul {
 
 bool StartsCharacter(char byte) {
+  // 10xxxxxx continues a character of UTF-8; every other byte starts one.
   return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }
 
 void AppendWithin(char byte, size_t max_characters, size_t& seen, std::string& text) {
   if (StartsCharacter(byte)) ++seen;
+  // The second bound is for texts that are not UTF-8, where bytes that continue nothing would never
+  // be counted.
   if (seen <= max_characters && text.size() < max_characters * kMaxBytesPerCharacter) text += byte;
 }
 

@@ -13,9 +13,11 @@ namespace {
 // /PILOT=First Last  ->  /PILOT="First Last"
 std::string QuoteValue(const std::string& word) {
   const size_t equals = word.find('=');
+  // The shell has taken the quotes away, and a value with a blank would end there.
   if (!word.starts_with('/') || equals == std::string::npos) return word;
   const std::string value = word.substr(equals + 1);
   const bool has_blanks = value.find_first_of(" \t") != std::string::npos;
+  // The syntax has no way to write a quote inside quotes, so such a value stays as it is.
   const bool has_quotes = value.find('"') != std::string::npos;
   if (!has_blanks || has_quotes) return word;
   return word.substr(0, equals + 1) + '"' + value + '"';
@@ -80,6 +82,7 @@ ArgumentText CommandTextFromArguments(std::span<const std::string> words, const 
   }
   bool has_switches = false;
   for (const std::string& word : words) {
+    // An empty argument would become a second blank between two switches.
     if (word.empty()) continue;
     // On Linux an absolute path looks like a switch: /home/ann/flight.igc
     if (file_exists(word)) {
@@ -87,6 +90,8 @@ ArgumentText CommandTextFromArguments(std::span<const std::string> words, const 
       continue;
     }
     if (result.text.empty()) {
+      // The first word decides. The name of a file to open is not changed, however many words it
+      // has.
       has_switches = word.starts_with('/');
     } else {
       result.text += ' ';

@@ -45,6 +45,7 @@ void AppendWords(std::string& out, size_t column, size_t line_start, std::string
     const std::string_view word = words.substr(0, words.find(' '));
     words.remove_prefix(std::min(word.size() + 1, words.size()));
     const bool first = column == line_start;
+    // The first word of a line is written even when it is too long, or no line would ever take it.
     if (!first && column + 1 + word.size() > kLastColumn) {
       out += '\n' + std::string(line_start, ' ');
       column = line_start;
@@ -61,6 +62,7 @@ void AppendWords(std::string& out, size_t column, size_t line_start, std::string
 void AppendEntry(std::string& out, const std::string& name, std::string_view help) {
   out += std::string(kIndent, ' ') + name;
   const size_t column = kIndent + name.size();
+  // At least two blanks part a name from its help; a longer name has a line of its own.
   if (column + 1 < kHelpColumn) {
     out += std::string(kHelpColumn - column, ' ');
   } else {
@@ -111,6 +113,7 @@ std::string HelpText() {
   std::string out(kSynopsis);
   AppendLongOptions(out);
   out += "\nSwitches that are commands, one in a run:\n";
+  // Commands first: a run of switches needs one of them.
   AppendKeywords(out, true);
   out += "\nSwitches that say how:\n";
   AppendKeywords(out, false);

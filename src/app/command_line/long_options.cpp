@@ -14,6 +14,7 @@ constexpr size_t kMaxEdits = 3;
 // The least number of characters to insert, delete or replace that turns one text into the other
 // (Levenshtein's distance, kept row by row).
 size_t EditDistance(std::string_view from, std::string_view to) {
+  // Row i holds the distances from the first i characters to each beginning of the other text.
   std::vector<size_t> row(to.size() + 1);
   std::iota(row.begin(), row.end(), size_t{0});
   for (size_t i = 0; i < from.size(); ++i) {
@@ -32,6 +33,7 @@ std::string Quoted(std::string_view text) {
 }
 
 std::string UnknownOption(const std::string& argument) {
+  // Of equally near names the first one in the tables is proposed.
   std::string_view nearest = kSideOptions[0].name;
   const auto consider = [&](std::string_view name) {
     if (EditDistance(argument, name) < EditDistance(argument, nearest)) nearest = name;
@@ -64,6 +66,7 @@ std::string TakeCommand(const std::string& argument, Parsing& parsing, LongOptio
   if (parsing.chosen != nullptr && parsing.chosen != found) {
     return Quoted(parsing.chosen->name) + " and " + Quoted(found->name) + " cannot be combined";
   }
+  // "--info --info" is harmless: the same option given twice says nothing new.
   parsing.chosen = found;
   options.command = found->command;
   return {};
@@ -71,11 +74,14 @@ std::string TakeCommand(const std::string& argument, Parsing& parsing, LongOptio
 
 // Takes one argument. Returns what is wrong with it, empty when nothing is.
 std::string TakeArgument(const std::string& argument, Parsing& parsing, LongOptions& options) {
+  // Before anything else: a value may begin with a dash, and "--gap -1" should complain about the
+  // number.
   if (parsing.wants_value != nullptr) {
     options.values[static_cast<size_t>(parsing.wants_value->option)] = argument;
     parsing.wants_value = nullptr;
     return {};
   }
+  // "skyhaul --info -- --odd-name.igc": after "--" everything is a file.
   if (parsing.only_files || !argument.starts_with('-')) {
     options.files.push_back(argument);
     return {};
@@ -100,6 +106,7 @@ std::string CheckOptions(const Parsing& parsing, const LongOptions& options) {
   const LongOption& chosen = *parsing.chosen;
   const std::string name = Quoted(chosen.name);
   for (const SideOptionName& side : kSideOptions) {
+    // An option that would be passed over is refused, so that nobody trusts it to have worked.
     if (!IsGiven(options, side.option) || (chosen.sides & Sides(side.option)) != 0) continue;
     return Quoted(side.name) + " does not go with " + name;
   }

@@ -20,6 +20,7 @@ int Unquote(std::string_view& text, std::string& message) {
     message = "Bad double apostrophe (\") balance";
     return -1;
   }
+  // What follows the second quote is dropped.
   text = text.substr(1, close - 1);
   return 0;
 }
@@ -42,6 +43,7 @@ int ParseCommandLine(const std::string& text, const CommandLineHost& host, Comma
   std::string_view rest(text.c_str());
   if (rest.empty()) return 0;
   if (Unquote(rest, message) != 0) return -1;
+  // A double click on a file calls the program with the file's path alone.
   if (!rest.starts_with('/')) {
     block.present = true;
     block.command = Command::kOpenFile;
@@ -58,6 +60,7 @@ int ParseArguments(const ArgumentText& arguments, const CommandLineHost& host,
                    CommandLineBlock& block, std::string& message) {
   if (ParseCommandLine(arguments.text, host, block, message) != 0) return -1;
   if (arguments.files.empty()) return 0;
+  // A block has one place for a file, and it would hold only the last.
   if (arguments.files.size() > 1 || block.command == Command::kOpenFile) {
     message = "Only one file can be opened";
   } else if (block.command != Command::kNone) {

@@ -18,6 +18,7 @@ InstrumentRequest MakeInstrumentRequest(const CommandLineBlock& block) {
 DownloadFlightsRequest MakeDownloadFlightsRequest(const CommandLineBlock& block) {
   DownloadFlightsRequest request;
   request.instrument = MakeInstrumentRequest(block);
+  // No /TRACK: the newest flight, which is the one that a pilot has just landed from.
   request.flights = {
       .how = block.tracks.empty() ? FlightChoice::How::kNewest : FlightChoice::How::kNumbers,
       .numbers = block.tracks};
@@ -29,6 +30,8 @@ DownloadFlightsRequest MakeDownloadFlightsRequest(const CommandLineBlock& block)
                     .path = block.file,
                     .overwrite = block.overwrite,
                     .filter = {.start_s = block.filter_start_s, .stop_s = block.filter_stop_s}};
+  // /KML_LOG means KML whatever the file is called; the other command goes by the extension as far
+  // as it is known.
   if (block.command == Command::kTrackLogToKml) {
     request.target.keyword = "kml";
   } else if (HasUnknownExtension(block.file)) {
@@ -59,6 +62,7 @@ ConvertFileRequest MakeConvertWaypointsRequest(const CommandLineBlock& block) {
 }
 
 ConvertFileRequest MakeIgcToKmlRequest(const CommandLineBlock& block) {
+  // "2026-05-24.igc" becomes "2026-05-24.kml" in the same folder.
   const size_t end = block.file.size() - Extension(block.file).size();
   return {.from = block.file,
           .to = block.file.substr(0, end) + ".kml",

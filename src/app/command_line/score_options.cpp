@@ -10,6 +10,7 @@ namespace skyhaul {
 int ReadGap(const std::string& text, OptimiseSettings& settings, std::string& message) {
   int32_t gap_m = 0;
   const char* end = text.data() + text.size();
+  // "800"; from_chars() would stop at the unit of "800m", so the end counts as well.
   const auto [stop, error] = std::from_chars(text.data(), end, gap_m);
   if (error != std::errc() || stop != end || gap_m < 0 || gap_m > kMostGap_m) {
     message = "Bad gap \"" + text + "\": whole metres, 0 to 1000000";

@@ -27,6 +27,7 @@ std::string_view TakeFlag(const Keyword& keyword, const std::string& /*value*/,
 std::string_view TakeText(const Keyword& keyword, const std::string& value,
                           const CommandLineHost& /*host*/, CommandLineBlock& block) {
   if (IsMissing(keyword, value)) return keyword.missing;
+  // Cut rather than refused. The limit counts characters, so that no letter is halved.
   block.*keyword.text = CutToCharacters(value, keyword.max_characters);
   return kAccepted;
 }
@@ -66,6 +67,7 @@ std::string_view TakePort(const Keyword& keyword, const std::string& value,
 std::string_view TakeGpsType(const Keyword& keyword, const std::string& value,
                              const CommandLineHost& /*host*/, CommandLineBlock& block) {
   const std::span<const GpsTypeEntry> types = GpsTypes();
+  // Names in the table are upper case.
   const auto has_name = [name = UpperCase(value)](const GpsTypeEntry& t) { return t.name == name; };
   const auto found = std::find_if(types.begin(), types.end(), has_name);
   if (found == types.end()) return keyword.bad;

@@ -31,8 +31,10 @@ int FeedBetweenItems(Tokeniser& tokeniser, char byte) {
 int FeedKeyword(Tokeniser& tokeniser, char byte) {
   if (EndsItem(byte)) return CompleteItem(tokeniser);
   if (byte == '=') {
+    // Only the first equals sign ends the keyword; in a value it is a character like any other.
     tokeniser.state = TokeniserState::kValue;
   } else {
+    // Case does not matter in keywords, so they are compared in upper case.
     AppendWithin(UpperLetter(byte), kMaxKeyword, tokeniser.keyword_seen, tokeniser.item.keyword);
   }
   return 1;
@@ -75,6 +77,7 @@ int FeedCharacter(Tokeniser& tokeniser, char byte) {
 }
 
 int Tokenise(std::string_view text, const TakeItemFunction& take, std::string& message) {
+  // A zero ends the text here, so that it cannot end an item in the middle.
   text = text.substr(0, text.find(kEnd));
   Tokeniser tokeniser;
   size_t position = 0;

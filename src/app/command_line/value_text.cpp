@@ -32,11 +32,13 @@ std::optional<uint32_t> ClockField(std::string_view text, uint32_t limit) {
 
 // One element of a track list: "7" or "7-9". Returns 0 after adding its numbers, or -1.
 int AddTracks(std::string_view element, std::set<uint32_t>& tracks) {
+  // "7-" and "-9" fail, because an empty text is no number.
   const size_t dash = element.find('-');
   const auto first = NumberFromText(element.substr(0, dash));
   const auto last =
       dash == std::string_view::npos ? first : NumberFromText(element.substr(dash + 1));
   if (!first || !last || *first < 1 || *last < *first || *last > kMaxTrackNumber) return -1;
+  // The greatest number has been checked above, so that "1-4000000000" does not fill the memory.
   for (uint32_t track = *first; track <= *last; ++track) tracks.insert(track);
   return 0;
 }

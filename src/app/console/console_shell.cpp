@@ -18,6 +18,7 @@ Console& Of(void* context) {
 }
 
 void EndProgressLine(Console& console) {
+  // The cursor stands at the end of the progress line only while its width is not 0.
   if (console.progress_width == 0) return;
   std::fputc('\n', stderr);
   console.progress_width = 0;
@@ -63,6 +64,7 @@ bool AnswerNo(void* context, const char* text, const char* title) {
 void Status(void* context, const char* text) {
   Console& console = Of(context);
   const std::scoped_lock lock(console.mutex);
+  // A new step begins with its own lines of progress, even at the tenth where the last one ended.
   console.shown_tenths = -1;
   PrintLine(console, text);
 }
@@ -85,8 +87,10 @@ void Progress(void* context, const char* text, int percent) {
     return;
   }
   const size_t width = line.size();
+  // Blanks wipe out the end of a longer line before it.
   if (width < console.progress_width) line.append(console.progress_width - width, ' ');
   WriteError('\r' + line);
+  // An empty text still has its carriage return, so that the line counts as begun.
   console.progress_width = std::max(width, size_t{1});
 }
 
@@ -102,11 +106,13 @@ void TracksChosen(void* context, const std::vector<TrackListEntry>& list,
 }
 
 void RunOnOwner(void* context, void (*routine)(void* argument), void* argument) {
+  // The main thread owns the document and waits for this queue in RunOneForOwner().
   PostToOwner(Of(context).owner, routine, argument);
 }
 
 // On a thread of its own, see OnInterrupt().
 void AbortOnInterrupt(void* context) {
+  // Set before the abort: a job that starts between the two is then aborted by the owner.
   Of(context).interrupted = true;
   AbortJob(nullptr);  // silent when the job has ended by itself meanwhile
 }
@@ -127,6 +133,8 @@ Shell ConsoleShell(Console& console) {
 void PrintResult(Console& console, const std::string& text) {
   const std::scoped_lock lock(console.mutex);
   EndProgressLine(console);
+  // Under the same lock as messages, so that a progress line is ended before a result on the same
+  // terminal.
   std::fputs(Shown(text).c_str(), stdout);
   std::fflush(stdout);
 }

@@ -32,6 +32,7 @@ int PrintVersion(Console& console) {
 int PrintPorts(const Session& session, Console& console) {
   const auto ports = ListPorts(session);
   if (!ports.has_value()) return kExitFailed;
+  //  3  /dev/ttyUSB0  USB-Serial Controller
   std::string text = ports->empty() ? "No serial ports found\n" : "";
   for (const PortInfo& port : *ports) {
     const std::string number = std::to_string(port.number);
@@ -48,10 +49,12 @@ int PrintInfo(const Session& session, Console& console, const LongOptions& optio
   std::vector<FileSummary> summaries;
   for (const std::string& file : options.files) {
     auto summary = SummariseFile(session, file);
+    // One file that cannot be read does not keep the others from being shown; the status tells.
     if (!summary.has_value()) continue;
     if (!json) PrintResult(console, (summaries.empty() ? "" : "\n") + SummaryText(*summary));
     summaries.push_back(std::move(*summary));
   }
+  // One array for all files, also when none could be read: a program always gets valid JSON.
   if (json) PrintResult(console, SummariesJson(summaries));
   return summaries.size() == options.files.size() ? kExitDone : kExitFailed;
 }
@@ -63,6 +66,7 @@ int PrintChecks(const Session& session, Console& console, const LongOptions& opt
     all_passed = all_passed && result.has_value() && result->check == igc::SecurityCheck::kPassed;
     if (!result.has_value()) continue;
     std::string text = file + ": " + igc::SecurityCheckText(result->check) + '\n';
+    // "failed" alone would sound like a forged flight, though only the maker can say that.
     if (result->check == igc::SecurityCheck::kFailed && !result->ours) {
       text +=
           "  signed by \"" + result->manufacturer + "\", whose records only its maker can check\n";
@@ -103,6 +107,7 @@ int PrintScores(const Session& session, Console& console, const LongOptions& opt
   const size_t count = options.files.size();
   // The progress of one long search is worth lines of its own; of many files their names are.
   if (request.exact && count == 1) distance_search.shell = session.shell;
+  // The first Ctrl-C stops the search and shows what it has; the second ends the program.
   CountInterrupts(&distance_search.aborted);
   const bool json = IsGiven(options, SideOption::kJson);
   std::vector<FlightScore> scores;
@@ -119,6 +124,7 @@ int PrintScores(const Session& session, Console& console, const LongOptions& opt
   }
   if (count > 1) ShowProgress(operation, "Done", 100);
   if (json) PrintResult(console, ScoresJson(scores));
+  // An exact search that was stopped has results, but is not what was asked for.
   return scores.size() == count && !distance_search.aborted ? kExitDone : kExitFailed;
 }
 

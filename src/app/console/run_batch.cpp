@@ -42,6 +42,7 @@ int RunDownloadFlights(const Batch& batch) {
     DownloadFlights(*batch.session, MakeDownloadFlightsRequest(*batch.block), end);
   });
   std::string text = IdentityText(result.identity);
+  // Printed after a failure too: some of the flights may have been saved.
   for (const std::string& path : result.written) text += "Saved " + path + '\n';
   Print(batch, text);
   return Finish(batch, result.done, result.written);
@@ -51,6 +52,7 @@ int RunFlightList(const Batch& batch) {
   const auto result = RunToEnd<FlightListResult>(*batch.console, [&](auto end) {
     ReadFlightList(*batch.session, MakeInstrumentRequest(*batch.block), end);
   });
+  // The reason has been shown by the job.
   if (!result.done) return Finish(batch, false);
   Print(batch, IdentityText(result.identity) + FlightTable(result.list, {}));
   for (const TrackListEntry& entry : result.list) {
@@ -143,6 +145,7 @@ constexpr BatchCommand kBatchCommands[] = {
 int RunBatch(Session& session, Console& console, const CommandLineBlock& block) {
   const Batch batch = {.session = &session, .console = &console, .block = &block};
   const Operation operation = {.shell = session.shell};
+  // Before the run, since a person may want to stop a long one for it.
   for (const std::string& name : SwitchesWithoutEffect(block)) {
     ShowStatus(operation, name + " has no effect with this command");
   }
@@ -154,6 +157,7 @@ int RunBatch(Session& session, Console& console, const CommandLineBlock& block) 
               none ? "The command line names nothing to do; see --help"
                    : "This version cannot carry out this command yet; see --help",
               "Command line");
+  // A client is told only when there was a command for it to wait for.
   return none ? kExitBadCommandLine : Finish(batch, false);
 }
 

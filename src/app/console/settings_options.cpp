@@ -21,10 +21,12 @@ int Fail(const Operation& operation, const std::string& text) {
 int AskForValue(const Operation& operation, Assignment& assignment) {
   if (assignment.has_value) return 0;
   const std::string name(assignment.setting->name);
+  // On standard error, so that standard output holds the result alone.
   ShowStatus(operation, "Type " + name + " and press Enter");
   std::string line;
   std::string message;
   if (!std::getline(std::cin, line)) return Fail(operation, name + " was not given");
+  // A script written on Windows, or a pipe from there, ends its lines with CR LF.
   if (line.ends_with('\r')) line.pop_back();
   return TakeAssignedValue(line, assignment, message) == 0 ? 0 : Fail(operation, message);
 }
@@ -40,6 +42,7 @@ int ParseAll(const Operation& operation, const std::vector<std::string>& texts,
                   [&](const Assignment& earlier) { return earlier.setting == assignment.setting; });
     assignments.push_back(std::move(assignment));
   }
+  // Asked only after all texts are known to be right: nobody should type a password in vain.
   for (Assignment& assignment : assignments) {
     if (AskForValue(operation, assignment) != 0) return -1;
   }
