@@ -8,6 +8,7 @@ namespace {
 
 constexpr SerialHandle kBenchHandle = 1;
 constexpr uint64_t kNsPerMs = 1'000'000;
+// In May 2026. A fixed date, so that files are the same in every run.
 constexpr int64_t kStartOfTime_s = 1'780'000'000;
 
 Bench& Of(void* context) {
@@ -29,7 +30,9 @@ void CountWait(Bench& bench) {
 PortOpening Open(void* context, const std::string& name) {
   Bench& bench = Of(context);
   const auto found = bench.open_problems.find(name);
+  // A plug that was pulled stays out: opening again finds no port either.
   const bool missing = bench.unplugged || bench.opens < static_cast<size_t>(bench.failing_opens);
+  // Failed openings count too, since failing_opens says how many come first.
   ++bench.opens;
   PortOpening opening;
   if (missing || found != bench.open_problems.end()) {
@@ -44,20 +47,24 @@ PortOpening Open(void* context, const std::string& name) {
 
 SetupStep Configure(void* context, SerialHandle /*port*/, const SerialSettings& settings) {
   Bench& bench = Of(context);
+  // Kept also when the setup fails, so that a test sees what was asked for.
   bench.settings = settings;
   return bench.setup_failure;
 }
 
 SimulatedInstrument* Answering(const Bench& bench) {
+  // Another port opens all the same and stays silent, as a port with nothing on it does.
   return bench.open_port == bench.instrument_port ? bench.instrument : nullptr;
 }
 
 // Delivers one byte that has arrived, or what the fault makes of it.
 void Deliver(Bench& bench, uint8_t byte, std::vector<uint8_t>& delivered) {
+  // Counted before any fault, so that one byte's fault does not move the place of the next.
   const size_t at = bench.received++;
   if (FaultNow(bench, FaultKind::kUnplug, false, at)) bench.unplugged = true;
   if (bench.unplugged || FaultNow(bench, FaultKind::kDrop, false, at)) return;
   if (FaultNow(bench, FaultKind::kDelay, false, at)) {
+    // The clock of the program moves: what is queued behind the byte arrives meanwhile.
     bench.now_ns += bench.fault.delay_ms * kNsPerMs;
   }
   if (FaultNow(bench, FaultKind::kFlip, false, at)) {
@@ -115,6 +122,8 @@ int Write(void* context, SerialHandle /*port*/, const uint8_t* bytes, size_t cou
   if (bench.unplugged) return -1;
   bench.written.append(reinterpret_cast<const char*>(bytes), count);
   constexpr uint64_t kBitsPerByte_ns = 10'000'000'000;
+  // Each byte reaches the instrument when its stop bit has, at the speed that the program has set.
+  // The clock stands still: a write only fills the system's buffer.
   const uint64_t byte_time_ns = kBitsPerByte_ns / bench.settings.baud;
   for (size_t i = 0; i < count; ++i) {
     Forward(bench, bytes[i], bench.now_ns + (i + 1) * byte_time_ns);
@@ -133,6 +142,7 @@ int List(void* context, std::vector<PortInfo>& ports) {
 }
 
 std::string NameOf(void* context, uint32_t number) {
+  // A number that the list does not have gives the name that Windows would use.
   for (const PortInfo& port : Of(context).ports) {
     if (port.number == number) return port.name;
   }
@@ -150,10 +160,12 @@ void Wait(void* context, uint32_t ms) {
 }
 
 int64_t UnixTime_s(void* context) {
+  // Calendar and clock move together, whatever the machine's own clock does.
   return kStartOfTime_s + static_cast<int64_t>(Of(context).now_ns / 1'000'000'000);
 }
 
 int StartThread(void* context, void (*run)(void*), void* argument, ThreadHandle* thread) {
+  // As a system does that has run out of threads.
   if (Of(context).no_threads) return -1;
   // Threads are real even in virtual time: a job runs on one of its own.
   const ThreadFunctions& native = NativePlatform().thread;
@@ -168,6 +180,7 @@ void JoinThread(void* /*context*/, ThreadHandle thread) {
 int SendToClient(void* context, const std::string& client, const std::string& text) {
   Bench& bench = Of(context);
   if (bench.missed_texts > 0) {
+    // A client that is not ready at first; later texts reach it.
     --bench.missed_texts;
     return -1;
   }
@@ -178,6 +191,7 @@ int SendToClient(void* context, const std::string& client, const std::string& te
 }  // namespace
 
 Platform BenchPlatform(Bench& bench) {
+  // Neither registry nor secrets: jobs do not use them.
   return {.serial = {.context = &bench,
                      .open = Open,
                      .configure = Configure,

@@ -16,6 +16,7 @@ constexpr int kUsageError = 2;
 
 bool IsNumber(const std::string& text, uint32_t maximum, uint32_t& number) {
   const char* end = text.data() + text.size();
+  // Without a sign: from_chars() refuses one for unsigned numbers.
   const auto [stop, error] = std::from_chars(text.data(), end, number);
   return error == std::errc() && stop == end && number <= maximum;
 }
@@ -25,6 +26,7 @@ bool AllOf(const std::string& text, size_t longest, std::string_view allowed) {
 }
 
 bool SetModel(Choices& choices, const std::string& value) {
+  // Stored before it is checked: a refusal ends the program, and nothing reads it.
   choices.model = value;
   return std::find(std::begin(flytec_simulator::kDeviceNames),
                    std::end(flytec_simulator::kDeviceNames),
@@ -47,6 +49,7 @@ bool SetSerial(Choices& choices, const std::string& value) {
 
 bool SetSoftware(Choices& choices, const std::string& value) {
   choices.software = value;
+  // "3.30"; the width is that of the field in the instrument's sentence.
   return !value.empty() && AllOf(value, flytec_simulator::kSoftwareWidth, "0123456789.");
 }
 
@@ -90,6 +93,7 @@ bool SetLog(Choices& choices, const std::string& value) {
 }
 
 bool SetBaud(Choices& choices, const std::string& value) {
+  // 0 turns pacing off.
   constexpr uint32_t kFastest = 4'000'000;
   return IsNumber(value, kFastest, choices.baud) && (choices.baud == 0 || choices.baud >= 300);
 }
@@ -147,6 +151,7 @@ std::string InstrumentUsage() {
   constexpr size_t kHelpColumn = 20;
   std::string usage(kSynopsis);
   for (const SimulatedFamily& family : SimulatedFamilies()) {
+    //   flytec            Flytec and Brauniger
     std::string line = "  " + std::string(family.name);
     line.resize(std::max(line.size() + 1, kHelpColumn), ' ');
     usage += line + std::string(family.maker) + '\n';
@@ -163,9 +168,11 @@ int ParseCommandLine(const std::vector<std::string>& arguments, Choices& choices
   for (size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
     if (argument == "--help" || argument == "-h") {
+      // Help ends the reading: what follows need not be right.
       choices.help = true;
       return 0;
     }
+    // The one word without a dash is the family, before or after the options.
     if (!argument.starts_with("-")) {
       if (!choices.family.empty()) return Refuse("Only one family can be given: " + argument);
       choices.family = argument;
@@ -175,6 +182,7 @@ int ParseCommandLine(const std::vector<std::string>& arguments, Choices& choices
         std::find_if(std::begin(kOptions), std::end(kOptions),
                      [&](const Option& candidate) { return candidate.name == argument; });
     if (option == std::end(kOptions)) return Refuse("Unknown option " + argument);
+    // The last argument has none to follow it; the message then names no wrong value.
     const bool has_value = i + 1 < arguments.size();
     if (!has_value || !option->set(choices, arguments[++i])) {
       return Refuse(argument + " needs " + option->expected +

@@ -10,6 +10,7 @@ namespace skyhaul {
 namespace {
 
 void PrintPath(void*, const std::string& terminal_path) {
+  // Flushed at once: a script reads the path from a pipe and waits for it.
   (void)std::printf("%s\n", terminal_path.c_str());
   (void)std::fflush(stdout);
 }

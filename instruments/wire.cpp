@@ -10,6 +10,7 @@ uint64_t ByteTime_ns(const Wire& wire) {
 }
 
 void Send(Wire& wire, std::string_view bytes, uint64_t not_before_ns) {
+  // An empty chunk would never be taken from the queue, because it has no last byte.
   if (bytes.empty()) return;
   wire.chunks.push_back({.not_before_ns = not_before_ns, .bytes = std::string(bytes)});
 }
@@ -23,6 +24,8 @@ uint64_t NextArrival_ns(const Wire& wire) {
 size_t TakeArrived(Wire& wire, uint64_t now_ns, uint8_t* buffer, size_t capacity) {
   size_t count = 0;
   while (count < capacity && NextArrival_ns(wire) <= now_ns) {
+    // A read that comes late still finds the bytes at their own times, so pacing does not add up
+    // delays.
     wire.free_at_ns = NextArrival_ns(wire);
     Wire::Chunk& chunk = wire.chunks.front();
     buffer[count++] = static_cast<uint8_t>(chunk.bytes[chunk.taken++]);
