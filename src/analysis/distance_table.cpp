@@ -45,7 +45,7 @@ int FillDistances(const ReducedTrack& track, DistanceTable& table, const Operati
   table.stride = (table.count + kBlockPoints - 1) / kBlockPoints * kBlockPoints;
   const size_t used = size_t{table.count} * table.stride;
   const size_t cells = size_t{table.stride} * table.stride;
-  // Up to 16 MB: the one allocation that may fail on a small machine and has an answer for it.
+  // Up to 16 MB. It can fail only in a program that does not end by itself when memory is short.
   table.cells.reset(new (std::nothrow) int32_t[cells]);
   if (!table.cells) return -1;
   for (Farthest* list : {&table.after, &table.before}) {

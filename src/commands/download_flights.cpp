@@ -1,5 +1,6 @@
 #include "commands/download_flights.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -25,9 +26,12 @@ using SharedDownload = std::shared_ptr<Download>;
 void Install(Download& download, JobEnd& job, bool saved) {
   // SaveFlights() has sorted the flights by their start, so the newest is the last.
   if (job.result < 0 || job.data.flights.empty()) return;
-  ReplaceFlight(*download.session->document, std::move(job.data.flights.back()),
-                {.origin = Source::Origin::kInstrument, .name = job.identity.description}, !saved,
-                "Download of a flight");
+  Flight& newest = job.data.flights.back();
+  // A file with a part of the flight does not hold the flight.
+  const bool cut = IsGiven(download.request.target.filter) && !newest.instrument_igc.expected;
+  ReplaceFlight(*download.session->document, std::move(newest),
+                {.origin = Source::Origin::kInstrument, .name = job.identity.description},
+                !saved || cut, "Download of a flight");
 }
 
 void Finish(Download& download, JobEnd job) {
@@ -90,7 +94,9 @@ void DownloadFlights(Session& session, DownloadFlightsRequest request,
   download->end = std::move(end);
   download->operation.shell = session.shell;
   // Before the port is opened: an unwritable folder should not cost the whole transfer.
-  if (CheckFlightTarget(download->operation, download->request.target) != 0) {
+  const size_t named = download->request.join ? 1 : download->request.flights.numbers.size();
+  if (CheckFlightTarget(download->operation, download->request.target,
+                        std::max<size_t>(named, 1)) != 0) {
     return download->end({});
   }
   Run(download);

@@ -53,6 +53,7 @@ IgcSave MakeIgcSave(const Saving& saving, size_t number, const std::vector<std::
   IgcSave save;
   save.path = target.kind == FlightTarget::Kind::kIgcFolder ? AsFolder(target.path)
                                                             : NumberedPath(target.path, number);
+  save.is_template = target.kind == FlightTarget::Kind::kIgcFolder;
   save.overwrite = target.overwrite;
   save.header = Header(saving);
   // A part of a flight is not what the instrument recorded: it gets no signature.
@@ -119,9 +120,15 @@ int SaveOne(const Saving& saving, const Flight& flight, size_t number,
 
 }  // namespace
 
-int CheckFlightTarget(const Operation& operation, const FlightTarget& target) {
+int CheckFlightTarget(const Operation& operation, const FlightTarget& target, size_t flights) {
   if (target.kind == FlightTarget::Kind::kFile) {
-    return CheckTarget(operation, target.path, target.keyword, FileKind::kTrack, target.overwrite);
+    for (size_t number = 1; number <= flights; ++number) {
+      const std::string path = NumberedPath(target.path, number);
+      if (CheckTarget(operation, path, target.keyword, FileKind::kTrack, target.overwrite) != 0) {
+        return -1;
+      }
+    }
+    return 0;
   }
   if (CheckIgcFolderLength(operation, AsFolder(target.path)) != 0) return -1;
   // A folder whose name depends on the flight can only be found out afterwards.

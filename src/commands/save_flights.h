@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -8,9 +9,9 @@
 
 namespace skyhaul {
 
-// Call before the transfer: whether the target can take flights at all. Returns 0, or -1 after a
-// message.
-int CheckFlightTarget(const Operation& operation, const FlightTarget& target);
+// Call before the transfer: whether the target can take that many flights, or 1 when their number
+// is not known yet. Returns 0, or -1 after a message.
+int CheckFlightTarget(const Operation& operation, const FlightTarget& target, size_t flights);
 
 // Saves flights in the order in which they start; one that cannot be saved does not keep the others
 // from it. Appends the paths written. Returns 0, or -1 after a message when one could not be saved.

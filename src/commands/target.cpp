@@ -23,6 +23,10 @@ int CheckTarget(const Operation& operation, const std::string& path, std::string
     return -1;
   }
   // Asked again when the file is written: another program may make it during the transfer.
+  if (PathLength(path) > kMaxWrittenPath) {
+    ShowMessage(operation, "Too long file name\n" + path, kTitle);
+    return -1;
+  }
   if (FileExists(path) && !overwrite) {
     ShowMessage(operation, path + " exists already", kTitle);
     return -1;

@@ -19,7 +19,7 @@ struct InstrumentIgc {
 };
 
 // One flight, on its whole way from the driver or a file's reader to the document and to a file's
-// writer. It is moved, never copied: a long one is tens of megabytes.
+// writer. It is moved on that way, because a long one is tens of megabytes.
 struct Flight {
   std::vector<TrackPoint> points;
   InstrumentIgc instrument_igc;  // nothing is expected when the points came in another way

@@ -57,8 +57,10 @@ int ChooseFlights(const Job& job, std::vector<uint32_t>& chosen) {
       TakeNumbers(job, chosen);
       break;
   }
-  ShowChosen(job, chosen);
+  // From the newest to the oldest, each once, in whatever order and however often they were named.
   std::ranges::sort(chosen);
+  chosen.erase(std::ranges::unique(chosen).begin(), chosen.end());
+  ShowChosen(job, chosen);
   return chosen.empty() ? -1 : static_cast<int>(chosen.size());
 }
 

@@ -51,9 +51,9 @@ bool HasUnknownExtension(const std::string& path);
 const FileFormat* FormatToRead(const std::string& path, std::string_view text,
                                std::string& message);
 
-// The format that a file of this kind is written in (where several share an extension, the first of
-// the table): the one of that keyword, or, when it is empty,
-// the one of the path's extension. Null with a message that lists what can be written.
+// The format that a file of this kind is written in: the one of that keyword, or, when it is empty,
+// the one of the path's extension (where several share it, the first of the table). Null with a
+// message that lists what can be written.
 const FileFormat* FormatToWrite(const std::string& path, std::string_view keyword, FileKind kind,
                                 std::string& message);
 

@@ -125,7 +125,8 @@ int SaveIgcAuto(const Operation& operation, const Flight& flight, const IgcSave&
                 std::string& written) {
   std::string text;
   if (const char* wrong = IgcText(flight, save, text)) return Fail(operation, wrong, kSaveTitle);
-  std::string path = igc::ExpandNameTemplate(save.path, flight.points.front().time);
+  std::string path =
+      save.is_template ? igc::ExpandNameTemplate(save.path, flight.points.front().time) : save.path;
   if (PathLength(path) > kMaxWrittenPath) {
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }

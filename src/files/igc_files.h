@@ -16,7 +16,8 @@ int LoadIgcFile(const Operation& operation, const std::string& path, std::string
                 std::vector<TrackPoint>& points);
 
 struct IgcSave {
-  std::string path;  // may hold $date and $time; a folder's gets the standard file name
+  std::string path;          // a folder's gets the standard file name
+  bool is_template = false;  // the path may hold $date and $time
   bool overwrite = false;
   igc::HeaderTexts header;
   igc::WriteOptions options;          // for logs that did not come as IGC text

@@ -15,7 +15,7 @@ std::string SummariesJson(std::span<const FileSummary> summaries) {
   }
   // Paths on Linux may hold any bytes. Those that are not UTF-8 are replaced, since dump() would
   // throw otherwise.
-  return files.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  return files.dump(2, ' ', true, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace skyhaul

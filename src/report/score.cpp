@@ -152,7 +152,7 @@ std::string ScoresJson(std::span<const FlightScore> scores) {
                        {"tasks", tasks}});
   }
   // Replaces bytes of a path that are not UTF-8, where dump() would throw.
-  return flights.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  return flights.dump(2, ' ', true, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace skyhaul

@@ -59,7 +59,7 @@ std::string SettingsJson(const std::string& place, const SettingValues& values,
   }
   const nlohmann::ordered_json all = {{"place", place}, {"settings", list}};
   // A text from the registry need not be UTF-8; dump() would throw on such bytes.
-  return all.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  return all.dump(2, ' ', true, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 }  // namespace skyhaul

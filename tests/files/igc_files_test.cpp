@@ -137,6 +137,7 @@ TEST_F(IgcFilesTest, TwoAtOnceNeverShareANumber) {
 
 TEST_F(IgcFilesTest, FixedNamesAndTemplates) {
   save.path = folder.File("log-$date-$time.igc");
+  save.is_template = true;
   ASSERT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), 3);
   EXPECT_EQ(folder.Names(), Texts{"log-20260514-110000.igc"});
   EXPECT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), -1);

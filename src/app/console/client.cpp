@@ -15,7 +15,7 @@ void NotifyClient(const Session& session, const std::string& client, const std::
   while (notifier.send(notifier.context, client, text) != 0) {
     if (clock.tick_ms(clock.context) - start_ms >= patience_ms) {
       // A status and no failure: the flight is saved, whether or not the client hears of it.
-      ShowStatus(Operation{.shell = session.shell}, "Client " + client + " cannot be told");
+      ShowStatus(Operation{.shell = session.shell}, "Client " + client + " cannot be reached");
       return;
     }
     clock.wait(clock.context, kRetry_ms);

@@ -127,7 +127,7 @@ TEST_F(RunBatchTest, ASlowClientHearsOfTheEndAndALostOneStopsNothing) {
   EXPECT_EQ(bench.told, Texts{"me: Done=0"});
   bench.missed_texts = 1'000'000;
   EXPECT_EQ(RunText("/GPS=IQCOMPEO /COM=1 /IGC_LOG=@ /NOTIFY=me"), kExitDone);
-  EXPECT_NE(err.find("Client me cannot be told"), std::string::npos);
+  EXPECT_NE(err.find("Client me cannot be reached"), std::string::npos);
 }
 
 TEST_F(RunBatchTest, AnInterruptAbortsTheDownload) {
