@@ -67,6 +67,7 @@ bool SetWaypoints(Choices& choices, const std::string& value) {
 }
 
 bool SetRefusal(Choices& choices, const std::string& value) {
+  // The words of --refuse, which a person need not look up as error numbers.
   constexpr std::pair<std::string_view, flytec_simulator::Refusal> kRefusals[] = {
       {"plausibility", flytec_simulator::Refusal::kPlausibility},
       {"memory", flytec_simulator::Refusal::kMemory},

@@ -103,6 +103,7 @@ nlohmann::ordered_json SummaryJson(const ListSummary& summary) {
                                  {"north", SemicirclesToDegrees(summary.north)},
                                  {"west", SemicirclesToDegrees(summary.west)},
                                  {"east", SemicirclesToDegrees(summary.east)}};
+  // Airspaces have limits of several kinds, which no one range of metres can hold.
   if (summary.kind == ListSummary::Kind::kAirspaces) {
     json["classes"] = summary.classes;
   } else {

@@ -51,6 +51,7 @@ std::string_view DeviceRefusal(const CommandLineBlock& block) {
   if (check->checks_usb && block.usb && gps.family->usb == kNoProtocol) {
     return "USB is not supported";
   }
+  // What the driver cannot do yet is refused later, by the job table.
   if ((gps.services & check->service) == 0) return check->message;
   return {};
 }
@@ -58,10 +59,12 @@ std::string_view DeviceRefusal(const CommandLineBlock& block) {
 std::string_view Refusal(const CommandLineBlock& block, const CommandLineHost& host) {
   const std::string_view device_refusal = DeviceRefusal(block);
   if (!device_refusal.empty()) return device_refusal;
+  // The list is meant for a client. Where the host has one of its own the switch may be left out.
   if (block.command == Command::kFlightList && block.notify_client.empty() &&
       !host.has_notify_client) {
     return "Missing notify window for flightlist download";
   }
+  // Two switches name the files, so only a check after the last switch can miss one.
   if (block.command == Command::kConvertWaypoints &&
       (block.waypoint_source.empty() || block.waypoint_destination.empty())) {
     return "Missing file name(s) for waypoint file conversion";

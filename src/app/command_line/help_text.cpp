@@ -75,6 +75,7 @@ void AppendLongOptions(std::string& out) {
   out += "\nOptions:\n";
   for (const LongOption& option : kLongOptions) {
     std::string name(option.name);
+    // "--check FILE..."
     if (!option.argument_help.empty()) name += ' ' + std::string(option.argument_help);
     AppendEntry(out, name, option.help);
   }
@@ -82,6 +83,7 @@ void AppendLongOptions(std::string& out) {
 
 void AppendKeywords(std::string& out, bool commands) {
   for (const Keyword& keyword : Keywords()) {
+    // "/IGC_LOG=DIRECTORY": the value's name shows what belongs there.
     if ((keyword.command != Command::kNone) != commands) continue;
     std::string name = "/" + std::string(keyword.name);
     if (!keyword.value_name.empty()) name += '=' + std::string(keyword.value_name);

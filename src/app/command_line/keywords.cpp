@@ -255,6 +255,7 @@ bool CarriedOut(Command command) {
 
 std::vector<std::string> SwitchesWithoutEffect(const CommandLineBlock& block) {
   std::vector<std::string> names;
+  // A command that ends with a refusal needs no remarks on its switches.
   if (!CarriedOut(block.command)) return names;
   for (const std::string_view name : block.keywords) {
     const Keyword* keyword = FindKeyword(name);

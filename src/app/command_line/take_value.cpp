@@ -97,6 +97,7 @@ std::string_view TakeFilterStart(const Keyword& keyword, const std::string& valu
                                  const CommandLineHost& /*host*/, CommandLineBlock& block) {
   const std::optional<uint32_t> start_s = SecondOfDayFromText(value);
   if (!start_s) return keyword.bad;
+  // Equal times are a filter of one second, since both ends are included.
   if (block.filter_stop_s && *start_s > *block.filter_stop_s) {
     return "Comp. stop time before start time";
   }
@@ -117,6 +118,7 @@ std::string_view TakeFilterStop(const Keyword& keyword, const std::string& value
 
 std::string_view TakeTimeout(const Keyword& keyword, const std::string& value,
                              const CommandLineHost& /*host*/, CommandLineBlock& block) {
+  // "/TIMEOUT=60"
   const std::optional<uint32_t> timeout_s = TimeoutFromText(value);
   if (!timeout_s) return keyword.bad;
   block.timeout_s = timeout_s;
@@ -127,6 +129,7 @@ std::string_view TakeTracks(const Keyword& keyword, const std::string& value,
                             const CommandLineHost& /*host*/, CommandLineBlock& block) {
   if (IsMissing(keyword, value)) return keyword.missing;
   // A second /TRACK replaces the first, as with every switch that is given twice.
+  // "/TRACK=1,3-5"
   std::optional<std::vector<uint32_t>> tracks = TrackListFromText(value);
   if (!tracks) return keyword.bad;
   block.tracks = std::move(*tracks);

@@ -24,6 +24,7 @@ namespace skyhaul {
 namespace {
 
 int PrintVersion(Console& console) {
+  // "Skyhaul 0.10": the number is the version times 100.
   PrintResult(console, "Skyhaul " + std::to_string(kVersionNumber / 100) + '.' +
                            PaddedNumber(kVersionNumber % 100, 2) + '\n');
   return kExitDone;
@@ -51,6 +52,7 @@ int PrintInfo(const Session& session, Console& console, const LongOptions& optio
     auto summary = SummariseFile(session, file);
     // One file that cannot be read does not keep the others from being shown; the status tells.
     if (!summary.has_value()) continue;
+    // Each at once, so that a slow or bad file further on takes nothing away.
     if (!json) PrintResult(console, (summaries.empty() ? "" : "\n") + SummaryText(*summary));
     summaries.push_back(std::move(*summary));
   }
@@ -89,6 +91,7 @@ int TakeScoreOptions(const Session& session, const LongOptions& options,
       request.gap_m = settings.gap_m;
     }
   }
+  // The first fault is the one that is reported.
   if (message.empty() && IsGiven(options, SideOption::kFaiRule)) {
     if (ReadFaiRule(ValueOf(options, SideOption::kFaiRule), settings, message) == 0) {
       request.fai_rule = settings.fai_rule;

@@ -54,6 +54,7 @@ int RunFlightList(const Batch& batch) {
   });
   // The reason has been shown by the job.
   if (!result.done) return Finish(batch, false);
+  // No mark in the table: nothing is about to be fetched.
   Print(batch, IdentityText(result.identity) + FlightTable(result.list, {}));
   for (const TrackListEntry& entry : result.list) {
     NotifyClient(*batch.session, batch.block->notify_client, FlightNotice(entry));
@@ -74,6 +75,7 @@ int RunDownloadWaypoints(const Batch& batch) {
 
 // Both kinds of upload; the run is only done when all records have gone.
 int FinishUpload(const Batch& batch, const UploadResult& result, const char* what) {
+  // With nothing to send no job was started, and the reason has been shown.
   if (result.total > 0) {
     Print(batch, IdentityText(result.identity) + std::to_string(result.sent) + " of " +
                      std::to_string(result.total) + ' ' + what + " sent\n");
