@@ -11,6 +11,7 @@ namespace skyhaul::igc {
 
 namespace {
 
+// "AXSH000": the letter, the maker and the serial.
 constexpr size_t kARecordLength = 7;
 constexpr int kLatitudeLimitDegrees = 90;
 constexpr int kLongitudeLimitDegrees = 180;
@@ -38,9 +39,11 @@ int DecodeARecord(Decoder& decoder, std::string_view line) {
 
 // "HFDTE140526" or "HFDTEDATE:140526,01"
 int DecodeHRecord(Decoder& decoder, std::string_view line) {
+  // Only the date is needed for the fixes; other H records are for ReadHeader.
   if (!line.starts_with("HFDTE")) return 0;
   line.remove_prefix(5);
   if (line.starts_with("DATE:")) line.remove_prefix(5);
+  // What follows the six digits is left alone: instruments add the number of the flight or nothing.
   const uint32_t date = ReadDate(line);
   if (date == 0) return -kBadDate;
   // An instrument that repeats the date after midnight must not count that midnight twice.
@@ -60,6 +63,7 @@ int32_t SemicirclesFromWritten(const WrittenAngle& angle) {
 // Reads everything of a fix but its time. Returns 0 or -n.
 int DecodePlace(std::string_view line, TrackPoint& point) {
   WrittenAngle angle;
+  // "4707500N" and "01130001E"
   if (!ReadLatitude(line, angle) || angle.degrees >= kLatitudeLimitDegrees) {
     return -kBadLatitude;
   }
@@ -69,6 +73,7 @@ int DecodePlace(std::string_view line, TrackPoint& point) {
   }
   point.lon = SemicirclesFromWritten(angle);
   int32_t gps_alt_m = 0;
+  // "00123" or "-0012", metres
   if (!ReadAltitude(line, kPressureAltitudeColumn, point.pressure_alt)) {
     return -kBadPressureAltitude;
   }
@@ -81,12 +86,15 @@ int DecodePlace(std::string_view line, TrackPoint& point) {
 int StoreFix(Decoder& decoder, uint32_t time_of_day_s, TrackPoint& point) {
   uint32_t day_offset_s = decoder.day_offset_s;
   const bool first = decoder.points.empty();
+  // A step back of less than an hour is a corrected clock and no midnight.
   if (!first && IsPastMidnight(time_of_day_s, decoder.last_time_of_day_s)) {
     day_offset_s += kSecondsPerDay;
   }
+  // 64 bits, because a log that jumps back in time again and again adds a day each time.
   const uint64_t time = uint64_t{decoder.date} + day_offset_s + time_of_day_s;
   if (time > std::numeric_limits<uint32_t>::max()) return -kBadTimeOfDay;
 
+  // Nothing of the decoder has been changed up to here: a refused line leaves the flight as it was.
   point.time = static_cast<uint32_t>(time);
   point.segment_start = first ? 1 : 0;
   if (first) decoder.start_time = point.time;
@@ -116,11 +124,13 @@ int DecodeLine(Decoder& decoder, std::string_view line) {
       return DecodeARecord(decoder, line);
     case 'B':
       return DecodeBRecord(decoder, line);
+    // Only counted, because what it signs is the recorder's own text.
     case 'G':
       ++decoder.g_records;
       return 0;
     case 'H':
       return DecodeHRecord(decoder, line);
+    // Tasks, events, satellites and comments say nothing about fixes.
     default:
       return 0;
   }

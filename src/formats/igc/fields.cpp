@@ -18,6 +18,7 @@ bool IsCode(std::string_view code) {
   return code.size() == 3 && std::all_of(code.begin(), code.end(), IsLetterOrDigit);
 }
 
+// "4707500N": 47 degrees and 07.500 minutes; a longitude has three digits of degrees.
 bool ReadAngle(std::string_view line, size_t column, size_t degree_digits, const char (&letters)[3],
                WrittenAngle& angle) {
   constexpr size_t kMinuteDigits = 5;
@@ -31,6 +32,7 @@ bool ReadAngle(std::string_view line, size_t column, size_t degree_digits, const
 }  // namespace
 
 RecorderIdFault ReadRecorderId(std::string_view line, RecorderId& id) {
+  // "AXSH000 free text", or "AXSH free text" of a recorder without a serial
   id.manufacturer = line.substr(std::min<size_t>(1, line.size()), 3);
   if (!IsCode(id.manufacturer)) return RecorderIdFault::kManufacturer;
   const std::string_view rest = line.substr(4);
@@ -41,6 +43,7 @@ RecorderIdFault ReadRecorderId(std::string_view line, RecorderId& id) {
 
 uint32_t ReadDate(std::string_view ddmmyy) {
   if (ddmmyy.size() < 6) return 0;
+  // "140526" is 14 May 2026. Places without a digit give a negative number, out of any range.
   const int day = ReadDigits(ddmmyy, 0, 2);
   const int month = ReadDigits(ddmmyy, 2, 2);
   const int year = ReadDigits(ddmmyy, 4, 2);
@@ -49,6 +52,7 @@ uint32_t ReadDate(std::string_view ddmmyy) {
 }
 
 int ReadTimeOfDay(std::string_view b_record) {
+  // "120000". Places without a digit give a negative number.
   const int hour = ReadDigits(b_record, kTimeColumn, 2);
   const int minute = ReadDigits(b_record, kTimeColumn + 2, 2);
   const int second = ReadDigits(b_record, kTimeColumn + 4, 2);
@@ -65,6 +69,7 @@ bool ReadLongitude(std::string_view b_record, WrittenAngle& longitude) {
 }
 
 bool ReadAltitude(std::string_view b_record, size_t column, int32_t& altitude_m) {
+  // "-0012": the sign takes the place of a digit, so the columns stay the same.
   const bool negative = b_record[column] == '-';
   const int magnitude_m =
       negative ? ReadDigits(b_record, column + 1, 4) : ReadDigits(b_record, column, 5);

@@ -25,9 +25,11 @@ constexpr HeaderSlot kHeaderSlots[] = {
     {.code = "CID", .text = &Header::competition_id},
 };
 
+// "AXSH000 free text"
 void ReadARecord(Header& header, std::string_view line) {
   if (!header.manufacturer.empty() || line.size() < 4) return;
   header.manufacturer = PrintableText(line.substr(1, 3));
+  // Shown to a person as it stands: a serial of more than three characters is not cut.
   const size_t blank = std::min(line.find(' ', 4), line.size());
   header.serial = PrintableText(line.substr(4, blank - 4));
   header.remark = PrintableText(TrimBlanks(line.substr(blank)));
@@ -35,6 +37,7 @@ void ReadARecord(Header& header, std::string_view line) {
 
 // "HFPLTPILOTINCHARGE:Name" and "HFPLTName": without a colon there is no long key before the value.
 void ReadHRecord(Header& header, std::string_view line) {
+  // A letter, the letter of the source and a three-letter code at least.
   if (line.size() < 5) return;
   const std::string_view code = line.substr(2, 3);
   const std::string_view rest = line.substr(5);
@@ -42,6 +45,7 @@ void ReadHRecord(Header& header, std::string_view line) {
   const std::string_view value = colon == rest.npos ? rest : rest.substr(colon + 1);
   for (const HeaderSlot& slot : kHeaderSlots) {
     std::string& text = header.*slot.text;
+    // The first record with a value counts; an empty one leaves room for it.
     if (slot.code == code && text.empty()) text = PrintableText(TrimBlanks(value));
   }
 }
@@ -53,6 +57,7 @@ Header ReadHeader(std::string_view text) {
   while (!text.empty()) {
     const size_t line_end = std::min(text.find('\n'), text.size());
     std::string_view line = text.substr(0, line_end);
+    // Files that went through an editor may end their lines with LF alone.
     line = line.substr(0, line.find('\r'));
     if (line.starts_with('A')) ReadARecord(header, line);
     if (line.starts_with('H')) ReadHRecord(header, line);

@@ -58,10 +58,12 @@ bool ReadHRecord(Reader& reader, std::string_view line) {
   if (!line.starts_with("HFDTE")) return true;
   if (reader.date != 0) return Refuse(reader, "Multiple HFDTE-records");
   std::string_view value = line.substr(5);
+  // Older files end after the six digits: more of them would be another date form.
   bool may_go_on = false;
   if (value.starts_with("DATE:")) {
     value.remove_prefix(5);
     value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
+    // Behind the comma stands the number of the flight on that day.
     may_go_on = value.size() > 6 && value[6] == ',';
   }
   if (value.size() != 6 && !may_go_on) return false;
@@ -74,7 +76,9 @@ bool ReadExtension(Reader& reader, std::string_view entry) {
   const int start = ReadDigits(entry, 0, 2);
   const int end = ReadDigits(entry, 2, 2);
   const std::string_view code = entry.substr(4);
+  // An extension that began inside the fixed columns would read them a second time.
   if (start <= static_cast<int>(kBRecordLength) || end < start) return false;
+  // A blank in a code means that the entries are shifted against the count.
   if (std::any_of(code.begin(), code.end(), [](char c) { return c == ' ' || c == '\0'; })) {
     return false;
   }
@@ -93,6 +97,7 @@ bool ReadIRecord(Reader& reader, std::string_view line) {
   const int count = ReadDigits(line, 1, 2);
   if (count < 0) return false;
   const std::string_view entries = line.substr(3);
+  // Fewer entries than announced is a fault; text behind them is not.
   if (entries.size() < static_cast<size_t>(count) * kEntryLength) return false;
   for (size_t i = 0; i < static_cast<size_t>(count); ++i) {
     if (!ReadExtension(reader, entries.substr(i * kEntryLength, kEntryLength))) return false;
@@ -103,9 +108,11 @@ bool ReadIRecord(Reader& reader, std::string_view line) {
 // Digits of the fraction weigh 100, 10 and 1 ms; what is finer than that is left alone.
 bool ReadFraction(const ExtensionColumns& columns, std::string_view line, uint32_t& milliseconds) {
   if (columns.start == 0) return true;
+  // The I record has promised the digits for every fix.
   if (line.size() < columns.end) return false;
   uint32_t weight_ms = 100;
   for (size_t column = columns.start; column <= columns.end; ++column) {
+    // I records count columns from 1, texts from 0.
     const int digit = ReadDigits(line, column - 1, 1);
     if (digit < 0) return false;
     milliseconds += static_cast<uint32_t>(digit) * weight_ms;
@@ -114,6 +121,7 @@ bool ReadFraction(const ExtensionColumns& columns, std::string_view line, uint32
   return true;
 }
 
+// Minutes of exactly 60.000 come from writers that round them alone.
 bool ReadSemicircles(const WrittenAngle& angle, int max_degrees, int32_t& semicircles) {
   if (angle.degrees > max_degrees || angle.milliminutes > kMaxMilliminutes) return false;
   const int magnitude = angle.degrees * kMilliminutesPerDegree + angle.milliminutes;
@@ -158,6 +166,7 @@ bool StoreFix(Reader& reader, uint32_t time_of_day_s, TrackPoint& point) {
 
 // "B1200004707500N01130001EA0012300456" and the extensions that the I record names
 bool ReadBRecord(Reader& reader, std::string_view line) {
+  // Before a date record a time of day has no day to belong to.
   if (reader.date == 0 || line.size() < kBRecordLength) return false;
   TrackPoint point;
   const int time_of_day_s = ReadTimeOfDay(line);
@@ -169,6 +178,7 @@ bool ReadBRecord(Reader& reader, std::string_view line) {
 
 bool ReadLine(Reader& reader, std::string_view line) {
   const char letter = line.empty() ? '\0' : line.front();
+  // The A record must be the first line: what stands before it is not part of an IGC file.
   if (!reader.has_a_record && letter != 'A') return Refuse(reader, "Missing A-record");
   switch (letter) {
     case 'A':
@@ -179,6 +189,7 @@ bool ReadLine(Reader& reader, std::string_view line) {
       return ReadHRecord(reader, line);
     case 'I':
       return ReadIRecord(reader, line);
+    // Tasks, events, comments and security records do not change the fixes.
     default:
       return true;
   }
@@ -199,10 +210,12 @@ int Fail(std::vector<TrackPoint>& points, std::string& message, std::string text
 
 int Read(std::string_view text, std::vector<TrackPoint>& points, std::string& message) {
   points.clear();
+  // Nearly all lines of a log are fixes, so this is close to their number.
   points.reserve(text.size() / kShortestBLine);
   Reader reader{.points = points};
   for (int line_number = 1; !text.empty(); ++line_number) {
     const size_t line_end = std::min(text.find('\n'), text.size());
+    // One bad line refuses the file: a flight with a wrong fix is worse than one that is not read.
     if (!ReadLine(reader, UsefulContent(text.substr(0, line_end)))) {
       return Fail(points, message,
                   reader.fault != nullptr ? reader.fault

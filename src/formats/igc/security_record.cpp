@@ -43,6 +43,7 @@ constexpr uint64_t MixWithSecret(uint32_t digest) {
 // The offset of the first line that begins with 'G', or npos.
 size_t FindSecurityRecord(std::string_view text) {
   if (text.starts_with('G')) return 0;
+  // The first one: lines between two G records then fail, because only blank ones may follow it.
   const size_t line_end = text.find("\nG");
   return line_end == std::string_view::npos ? line_end : line_end + 1;
 }
@@ -52,6 +53,7 @@ size_t FindSecurityRecord(std::string_view text) {
 void UpdateDigest(SecurityDigest& digest, std::string_view bytes) {
   uint32_t value = digest.value;
   for (const char byte : bytes) {
+    // The reflected form takes the lowest bit first, hence the shift to the right.
     value = (value >> 8) ^ kRemainders[(value ^ static_cast<unsigned char>(byte)) & 0xff];
   }
   digest.value = value;
@@ -61,6 +63,7 @@ std::string SecurityRecord(const SecurityDigest& digest) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   const uint64_t mixed = MixWithSecret(digest.value);
   std::string record = "G";
+  // The highest four bits first, as people write numbers.
   for (int shift = 60; shift >= 0; shift -= 4) record += kDigits[(mixed >> shift) & 0x0f];
   return record;
 }
@@ -70,8 +73,11 @@ SecurityCheck CheckSecurityRecord(std::string_view text) {
   if (found == std::string_view::npos) return SecurityCheck::kNoRecord;
   SecurityDigest digest;
   UpdateDigest(digest, text.substr(0, found));
+  // CR LF is part of the record, so that converted line ends are found even where they are the only
+  // change.
   const std::string expected = SecurityRecord(digest) + "\r\n";
   const std::string_view tail = text.substr(found);
+  // Editors add blank lines at the end; these say nothing about the flight.
   const bool blank_after = tail.find_first_not_of(" \r\n", expected.size()) == tail.npos;
   return tail.starts_with(expected) && blank_after ? SecurityCheck::kPassed
                                                    : SecurityCheck::kFailed;

@@ -21,6 +21,7 @@ constexpr char kCommaByte = '\xD1';
 bool HasLetterAt(std::string_view text, size_t place) {
   if (place >= text.size()) return false;
   const char c = text[place];
+  // Accented letters may lie beyond ASCII; other signs there are rare in names.
   return IsLetter(c) || static_cast<unsigned char>(c) >= 0x80;
 }
 
@@ -31,6 +32,7 @@ std::string TextFromField(std::string_view field) {
   const std::string line = OneLine(field);
   const std::string_view rest = line;
   for (size_t i = 0; i < rest.size(); ++i) {
+    // "BernÑ Bundesplatz" is "Bern, Bundesplatz", but "ESPAÑA" is a word.
     if (rest.substr(i).starts_with(kEnye) && !HasLetterAt(rest, i + kEnye.size())) {
       text += ',';
       i += kEnye.size() - 1;
@@ -42,14 +44,17 @@ std::string TextFromField(std::string_view field) {
 }
 
 std::string TextToField(std::string_view text, size_t count) {
+  // Cut by characters before the conversion; blanks added after commas do not count.
   const std::string bytes = ToWindows1252(FirstCharacters(OneLine(text), count));
   std::string field;
   for (size_t i = 0; i < bytes.size(); ++i) {
     const bool letter_follows = HasLetterAt(bytes, i + 1);
     if (bytes[i] == ',') {
       field += kCommaByte;
+      // "Bern,Bundesplatz": without the blank the sign would be read as the letter.
       if (letter_follows) field += ' ';
     } else {
+      // A last "Ñ" would be read as a comma.
       field += bytes[i] == kCommaByte && !letter_follows ? 'N' : bytes[i];
     }
   }
@@ -57,7 +62,9 @@ std::string TextToField(std::string_view text, size_t count) {
 }
 
 uint32_t TimeFromSpreadsheetDay(double day) {
+  // The day has 7 decimals, 8.6 ms; whole seconds are what the record holds.
   const double time = std::round((day - SpreadsheetDay(0)) * kSecondsPerDay);
+  // An empty or zero day stands for no time and lies before the scale.
   const bool fits = time > 0 && time <= std::numeric_limits<uint32_t>::max();
   return fits ? static_cast<uint32_t>(time) : 0;
 }

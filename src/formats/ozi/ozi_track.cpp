@@ -36,10 +36,12 @@ void AppendAltitude(std::string& text, double altitude_m) {
   if (text.compare(start, std::string::npos, "-777.0") == 0) text.back() = '1';
 }
 
+// 46.1234500,7.1234500,1,7693.6,45413.5242593,01-May-24,12:34:56
 void AppendPoint(std::string& text, const TrackPoint& point, AltitudeSource source) {
   AppendFixed(text, SemicirclesToDegrees(point.lat), kPositionDecimals);
   text += ',';
   AppendFixed(text, SemicirclesToDegrees(point.lon), kPositionDecimals);
+  // 1 begins a new line on the map, so a gap is not drawn across.
   text += point.segment_start != 0 ? ",1," : ",0,";
   AppendAltitude(text, Altitude_m(point, source));
   text += ',';
@@ -52,10 +54,12 @@ void AppendPoint(std::string& text, const TrackPoint& point, AltitudeSource sour
 }  // namespace
 
 std::string WriteTrack(std::span<const TrackPoint> points, std::string_view description) {
+  // The third and fourth line are fixed texts that readers skip, but count.
   std::string text =
       "OziExplorer Track Point File Version 2.1\r\nWGS 84\r\nAltitude is in Feet\r\nReserved 3\r\n";
   text.reserve(text.size() + points.size() * kRoughLineLength);
   // A red line, two pixels wide, no point left out.
+  // 255 is red because colours are numbers in the order blue, green, red.
   text += "0,2,255," + TextToField(description, std::numeric_limits<size_t>::max()) +
           ",0,0,2,8421376\r\n" + std::to_string(points.size()) + "\r\n";
   const AltitudeSource source = ChooseAltitude(points);

@@ -33,19 +33,27 @@ constexpr size_t kFields = 15;
 
 using Fields = std::array<std::string_view, kFields>;
 
+// OziExplorer Waypoint File Version 1.1
+// WGS 84
+// Reserved 2
+// Reserved 3
 std::string ReadHeader(std::string_view& rest) {
   std::string_view line = TrimBlanks(TakeLine(rest));
   if (!line.starts_with(kFirstLine)) {
+    // The same program has tracks and routes, with such a first line too: naming the
+    // kind says more.
     if (!line.starts_with(kMaker)) return LineError(1, "not an OziExplorer waypoint file");
     line.remove_prefix(kMaker.size());
     return LineError(1, "this OziExplorer file is not of waypoints but a " + OneLine(line));
   }
   line = TakeLine(rest);
+  // Anything behind a comma is not part of the datum.
   line = TrimBlanks(TakeField(line, ','));
   for (int i = 2; i < kHeaderLines; ++i) TakeLine(rest);
   return DatumError(2, line);
 }
 
+// A line may be short: fields that are missing are empty.
 Fields TakeFields(std::string_view line) {
   Fields fields;
   for (std::string_view& field : fields) field = TakeField(line, ',');
@@ -74,17 +82,20 @@ std::optional<double> ReadOptional(std::string_view field, double missing) {
 void ReadWaypoint(std::string_view line, int line_number, WaypointFile& file) {
   const Fields fields = TakeFields(line);
   FileWaypoint waypoint;
+  // A place without a position is none; one without an altitude or a time still is.
   if (!ReadPosition(fields, waypoint)) {
     file.notes.push_back(LineNote(line_number, "no position that can be read, skipped"));
     return;
   }
   const auto altitude_ft = ReadOptional(fields[kAltitude], kUnknownAltitude_ft);
   if (!altitude_ft) file.notes.push_back(LineNote(line_number, "altitude cannot be read"));
+  // An unknown altitude stays 0, as in a record that was never given one.
   if (altitude_ft && *altitude_ft != kUnknownAltitude_ft) {
     waypoint.altitude_m = *altitude_ft * kMetresPerFoot;
   }
   const std::optional<double> day = ReadOptional(fields[kDay], 0);
   if (!day) file.notes.push_back(LineNote(line_number, "time cannot be read"));
+  // Day 0 lies before the time scale and gives "not known".
   waypoint.time = TimeFromSpreadsheetDay(day.value_or(0));
   waypoint.name = TextFromField(fields[kName]);
   waypoint.description = TextFromField(fields[kDescription]);
@@ -95,6 +106,7 @@ void ReadWaypoint(std::string_view line, int line_number, WaypointFile& file) {
 
 bool LooksLikeWaypoints(std::string_view text) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  // Editors put the mark there when they save a file as UTF-8.
   if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
   return text.substr(std::min(text.find_first_not_of(" \t"), text.size())).starts_with(kFirstLine);
 }
@@ -113,6 +125,7 @@ int ReadWaypoints(std::string_view text, WaypointFile& file, std::string& messag
     if (line.find_first_not_of(" \t\x1a") == std::string_view::npos) continue;
     ReadWaypoint(line, line_number, file);
   }
+  // A header without any line is an empty list, which is no fault.
   if (file.waypoints.empty() && !file.notes.empty()) {
     message = LineError(kHeaderLines + 1, "none of the waypoints can be read");
     file = {};

@@ -22,6 +22,7 @@ void AppendAltitude(std::string& text, double altitude_m) {
   AppendFixed(text, altitude_ft == kUnknownAltitude_ft ? altitude_ft + 1 : altitude_ft, 0);
 }
 
+// -1,FIESCH,46.12345000,7.12345000,45413.5242593,0,1,3,0,65535,Take-off,0,0,0,7694,6,0,17
 void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   text += "-1,";  // no place in a receiver's memory
   text += TextToField(waypoint.name, kAnyLength);
@@ -30,6 +31,7 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   text += ',';
   AppendFixed(text, SemicirclesToDegrees(waypoint.lon), kPositionDecimals);
   text += ',';
+  // An empty field stands for no time; 0 itself would be written as a day of 1989.
   if (waypoint.time != 0) AppendSpreadsheetDay(text, waypoint.time, 0);
   // Symbol 0, status 1, shown as name with dot, black on yellow.
   text += ",0,1,3,0,65535,";
