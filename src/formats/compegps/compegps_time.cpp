@@ -27,6 +27,7 @@ int MonthNumber(std::string_view name) {
 }
 
 int FullYear(std::string_view text) {
+  // "24" is 2024, "95" is 1995, and "2062" stands as it is.
   const int year = ReadWholeNumber(text);
   if (text.size() != 2 || year < 0) return year;
   return year + (year >= kFirstTwoDigitYear % kCentury ? 1900 : 2000);
@@ -36,14 +37,18 @@ int FullYear(std::string_view text) {
 
 bool ReadTime(std::string_view date_text, std::string_view time_text, uint32_t& time) {
   time = 0;
+  // "27-MAR-62 00:00:00" is no time, so this comes before the parse that would make 2062 of it.
   if (EqualIgnoringCase(date_text, kNoDate) && time_text == kNoTime) return true;
   CalendarTime calendar;
+  // "01-MAY-24" and "12:34:56" or "12:34:56.000"; English months in any case of letters.
   calendar.day = ReadWholeNumber(TakeField(date_text, '-'));
   calendar.month = MonthNumber(TakeField(date_text, '-'));
   calendar.year = FullYear(date_text);
   calendar.hour = ReadWholeNumber(TakeField(time_text, ':'));
   calendar.minute = ReadWholeNumber(TakeField(time_text, ':'));
   calendar.second = ReadWholeNumber(TakeField(time_text, '.'));
+  // What is not a number is a fault of the line; a day that does not exist is only a time not
+  // known.
   if (calendar.day < 0 || calendar.month == 0 || calendar.year < 0) return false;
   if (calendar.hour < 0 || calendar.minute < 0 || calendar.second < 0) return false;
   time = TimeFromFile(calendar);
@@ -56,6 +61,7 @@ void AppendTime(std::string& text, uint32_t time) {
     return;
   }
   const CalendarTime calendar = CalendarFromTime(time);
+  // 01-MAY-24 12:34:56
   AppendPadded(text, static_cast<uint64_t>(calendar.day), 2);
   text.append("-").append(kMonths[calendar.month - 1]).append("-");
   const bool is_short = calendar.year >= kFirstTwoDigitYear && calendar.year < kFirstFullYear;

@@ -41,6 +41,7 @@ std::optional<double> ReadAngle(std::string_view word, char positive, char negat
   const std::optional<double> angle_deg = ReadDecimal(word.substr(0, length));
   word.remove_prefix(length);
   if (!angle_deg || word.empty()) return std::nullopt;
+  // A letter before the last is another kind of angle and not a badly encoded sign.
   if (std::any_of(word.begin(), word.end() - 1, IsLetter)) return std::nullopt;
   const char hemisphere = UpperLetter(word.back());
   if (hemisphere != positive && hemisphere != negative) return std::nullopt;
@@ -51,6 +52,7 @@ std::optional<double> ReadAngle(std::string_view word, char positive, char negat
 // Fills a waypoint from what follows the line's letter. Returns what is wrong with it; "": nothing.
 std::string_view ReadWaypoint(std::string_view rest, FileWaypoint& waypoint) {
   waypoint.name = OneLine(TakeWord(rest));
+  // "A" stands for an angle; positions in UTM have their zone here.
   const std::string_view form = TakeWord(rest);
   if (IsUtmZone(form)) return "UTM position, skipped";
   constexpr std::string_view kNoPosition = "no position that can be read, skipped";
@@ -69,6 +71,7 @@ std::string_view ReadWaypoint(std::string_view rest, FileWaypoint& waypoint) {
   const std::optional<double> altitude_m = ReadDecimal(TakeWord(rest));
   if (!altitude_m) return "no altitude that can be read, skipped";
   waypoint.altitude_m = *altitude_m;
+  // The description is the last field because it alone may hold blanks.
   waypoint.description = OneLine(rest);
   return {};
 }
@@ -87,12 +90,15 @@ void TakeWaypoint(Reader& reader, std::string_view rest) {
 void TakeFileLine(Reader& reader, std::string_view line) {
   ++reader.line_number;
   const std::string_view letter = TakeWord(line);
+  // Lines of other letters, such as "w", say how the waypoint before is drawn.
   if (letter == "W") {
     TakeWaypoint(reader, line);
   } else if (letter == "G") {
     reader.has_datum = true;
+    // G  WGS 84
     reader.refusal = DatumError(reader.line_number, line);
   } else if (letter == "U" && TrimBlanks(line) == "0") {
+    // U  0
     reader.refusal = LineError(reader.line_number,
                                "UTM positions, only latitude and longitude (\"U  1\") can be read");
   }
@@ -108,6 +114,7 @@ bool LooksLike(std::string_view text) {
   while (!rest.empty()) {
     std::string_view line = TakeLine(rest);
     const std::string_view letter = TakeWord(line);
+    // They begin with the same header lines.
     if (letter == "T" || letter == "R") return false;  // tracks and routes
     has_datum = has_datum || letter == "G";
     has_form = has_form || (letter == "U" && (TrimBlanks(line) == "0" || TrimBlanks(line) == "1"));
@@ -116,6 +123,7 @@ bool LooksLike(std::string_view text) {
     const std::string_view form = TakeWord(line);
     if (form == "A" || IsUtmZone(form)) return true;
   }
+  // The header alone is a list without any waypoint.
   return has_datum && has_form;
 }
 
@@ -135,6 +143,7 @@ int Read(std::string_view text, WaypointFile& file, std::string& message) {
     file = {};
     return -1;
   }
+  // Not refused, because a person can judge from the note where the file comes from.
   if (!reader.has_datum) file.notes.emplace_back("The datum is not given, taken to be WGS 84");
   return static_cast<int>(file.waypoints.size());
 }

@@ -21,10 +21,12 @@ constexpr int kAltitudeDecimals = 6;
 // A name is one word.
 std::string NameWord(std::string_view name) {
   std::string word = ToWindows1252(OneLine(name));
+  // A blank would end the name, and without one the "A" behind it would be the name.
   std::replace(word.begin(), word.end(), ' ', '_');
   return word.empty() ? "_" : word;
 }
 
+// 46.1234500000ºN, without a sign: the letter says the hemisphere.
 void AppendAngle(std::string& text, int32_t semicircles, std::string_view hemispheres) {
   AppendFixed(text, std::abs(SemicirclesToDegrees(semicircles)), kPositionDecimals);
   text += kDegreeSign;
@@ -32,6 +34,7 @@ void AppendAngle(std::string& text, int32_t semicircles, std::string_view hemisp
   text += ' ';
 }
 
+// W  FIESCH A 46.1234500000ºN 7.1234500000ºE 01-MAY-24 12:34:56 2345.000000 Take-off
 void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
   text += "W  " + NameWord(waypoint.name) + " A ";
   AppendAngle(text, waypoint.lat, "NS");
@@ -47,6 +50,7 @@ void AppendWaypoint(std::string& text, const FileWaypoint& waypoint) {
 }  // namespace
 
 std::string Write(std::span<const FileWaypoint> waypoints) {
+  // "U  1": degrees
   std::string text = "G  WGS 84\r\nU  1\r\n";
   for (const FileWaypoint& waypoint : waypoints) AppendWaypoint(text, waypoint);
   return text;

@@ -20,6 +20,7 @@ namespace skyhaul::gpx {
 
 namespace {
 
+// Names of symbols and types in the files of other programs.
 constexpr std::string_view kAirfields[] = {kAirfield,          "Airfield",        "Aerodrome",
                                            "Gliding airfield", "Glider airfield", "Airstrip"};
 
@@ -31,11 +32,13 @@ struct Reader {
 };
 
 bool IsUtf16(std::string_view text) {
+  // Without a mark at the start a NUL tells it: "<" and "?" take two bytes each, one of them zero.
   return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") ||
          text.substr(0, 4).find('\0') != std::string_view::npos;
 }
 
 int LineAt(const Reader& reader, ptrdiff_t offset) {
+  // The parser does not know the offset of every node; -1 then stands for the first line.
   const size_t length =
       std::min(static_cast<size_t>(std::max<ptrdiff_t>(offset, 0)) * reader.bytes_per_unit,
                reader.text.size());
@@ -45,6 +48,7 @@ int LineAt(const Reader& reader, ptrdiff_t offset) {
 
 // An element's name without its namespace prefix.
 std::string_view LocalName(const pugi::xml_node& node) {
+  // "gpx:wpt" as well as "wpt": a file may choose any prefix.
   const std::string_view name = node.name();
   return name.substr(name.find(':') + 1);
 }
@@ -77,9 +81,11 @@ void ReadWaypoint(Reader& reader, const pugi::xml_node& node) {
     reader.file.notes.push_back(LineNote(LineAt(reader, node.offset_debug()), what));
   };
   FileWaypoint waypoint;
+  // Blanks inside the quotes are against the schema and harmless.
   const auto lat_deg = ReadDecimal(TrimBlanks(node.attribute("lat").value()));
   const auto lon_deg = ReadDecimal(TrimBlanks(node.attribute("lon").value()));
   if (!lat_deg || !lon_deg) {
+    // One bad place should not cost the others.
     note("waypoint without a position that can be read, skipped");
     return;
   }
@@ -90,18 +96,22 @@ void ReadWaypoint(Reader& reader, const pugi::xml_node& node) {
   }
   waypoint.lat = position->lat;
   waypoint.lon = position->lon;
+  // "2345.0", metres above the sea; a waypoint need not have it.
   const std::string altitude = ChildText(node, "ele");
   const std::optional<double> altitude_m = altitude.empty() ? 0 : ReadDecimal(altitude);
   if (!altitude_m) note("the waypoint's altitude cannot be read");
   waypoint.altitude_m = altitude_m.value_or(0);
   const std::string time = ChildText(node, "time");
+  // "2024-05-01T12:34:56Z", also with a fraction or a zone such as "+02:00"
   waypoint.time = ReadIsoTime(time);
   if (!time.empty() && waypoint.time == 0) note("the waypoint's time cannot be read");
   waypoint.name = RecordText(ChildText(node, "name"));
   waypoint.description = RecordText(ChildText(node, "desc"));
   waypoint.comment = RecordText(ChildText(node, "cmt"));
   if (waypoint.description.empty()) waypoint.description = waypoint.comment;
+  // Said once is enough: a writer with a single text puts it in both.
   if (waypoint.comment == waypoint.description) waypoint.comment.clear();
+  // Programs differ in which of the two says what a place is.
   const bool is_airfield =
       IsAirfield(ChildText(node, "sym")) || IsAirfield(ChildText(node, "type"));
   waypoint.type = is_airfield ? kWaypointAirfield : 0;
@@ -129,6 +139,7 @@ std::string ReadRoot(Reader& reader, const pugi::xml_node& root) {
 std::string ReadDocument(Reader& reader) {
   const bool is_utf16 = reader.bytes_per_unit == 2;
   pugi::xml_document document;
+  // Eight-bit texts are UTF-8 by now, whatever their declaration says.
   const pugi::xml_parse_result result =
       document.load_buffer(reader.text.data(), reader.text.size(), pugi::parse_default,
                            is_utf16 ? pugi::encoding_auto : pugi::encoding_utf8);
@@ -142,6 +153,7 @@ std::string ReadDocument(Reader& reader) {
 bool LooksLike(std::string_view text) {
   constexpr size_t kLongestPrologue = 4096;
   std::string start(text.substr(0, kLongestPrologue));
+  // UTF-16 becomes readable as ASCII, which is all that the names here need.
   std::erase(start, '\0');
   // The first element begins with '<' and a letter; declarations and comments do not.
   for (size_t i = start.find('<'); i != std::string::npos; i = start.find('<', i)) {

@@ -29,6 +29,9 @@ void AppendText(std::string& xml, std::string_view name, std::string_view text) 
   if (!text.empty()) AppendXmlElement(xml, name, OneLine(text));
 }
 
+// <wpt lat="46.12345000" lon="7.12345000">
+// Children in the order of the schema, which validating readers insist on: ele, time, name, cmt,
+// desc, sym, type.
 void AppendWaypoint(std::string& xml, const FileWaypoint& waypoint) {
   xml += "<wpt lat=\"";
   AppendFixed(xml, SemicirclesToDegrees(waypoint.lat), kPositionDecimals);
@@ -37,6 +40,7 @@ void AppendWaypoint(std::string& xml, const FileWaypoint& waypoint) {
   xml += "\">\n<ele>";
   AppendFixed(xml, waypoint.altitude_m, kAltitudeDecimals);
   xml += "</ele>\n";
+  // A time that is not known is left out, as 1989 would look like a real one.
   if (waypoint.time != 0) {
     xml += "<time>";
     AppendIsoTime(xml, waypoint.time, 0);
@@ -46,6 +50,7 @@ void AppendWaypoint(std::string& xml, const FileWaypoint& waypoint) {
   AppendText(xml, "cmt", waypoint.comment.empty() ? waypoint.description : waypoint.comment);
   AppendText(xml, "desc", FurtherText(waypoint));
   if (waypoint.type == kWaypointAirfield) {
+    // Both, because readers look at the one or the other.
     AppendText(xml, "sym", kAirfield);
     AppendText(xml, "type", kAirfield);
   }
