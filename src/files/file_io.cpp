@@ -50,6 +50,7 @@ int LoadFile(const Operation& operation, const std::string& path, FileContents& 
   if (read.problem != FileProblem::kNone) {
     return Fail(operation, "Error opening file\n" + path + ": " + read.reason, kReadTitle);
   }
+  // Said by itself, since "no known format" would send a person to look in the wrong place.
   if (text.empty()) return Fail(operation, "File is empty\n" + path, kReadTitle);
   std::string message;
   const FileFormat* format = FormatToRead(path, text, message);
@@ -57,6 +58,7 @@ int LoadFile(const Operation& operation, const std::string& path, FileContents& 
   contents.kind = format->kind;
   const int count = format->read(text, contents, message);
   if (count < 0) return Fail(operation, message + "\n" + path, kReadTitle);
+  // Only tracks are saved as the text that they came as.
   if (contents.kind == FileKind::kTrack) contents.text = std::move(text);
   ShowNotes(operation, contents);
   return count;
@@ -67,6 +69,8 @@ int SaveFile(const Operation& operation, const std::string& path, std::string_vi
   std::string message;
   const FileFormat* format = FormatToWrite(path, keyword, contents.kind, message);
   if (format == nullptr) return Fail(operation, message, kWriteTitle);
+  // The text is complete before the file is touched, so that a fault costs no file of the same
+  // name.
   const FileResult written = WriteWholeFile(path, format->write(contents),
                                             overwrite ? IfExists::kReplace : IfExists::kRefuse);
   switch (written.problem) {
@@ -84,6 +88,7 @@ int LoadFileToOpen(const Operation& operation, const std::string& path, FileCont
   contents = {};
   contents.kind = FileKind::kTrack;
   const int count = LoadIgcFile(operation, path, contents.text, contents.points);
+  // The header is lenient and refuses nothing, so it does not depend on the count.
   contents.header = igc::ReadHeader(contents.text);
   return count;
 }

@@ -29,6 +29,7 @@ namespace skyhaul {
 
 namespace {
 
+// The table has one kind of function for all formats; these bring the readers and writers into it.
 template <int (*kRead)(std::string_view, WaypointFile&, std::string&)>
 int ReadWaypoints(std::string_view text, FileContents& contents, std::string& message) {
   WaypointFile file;
@@ -56,6 +57,7 @@ std::string WriteAirspaces(const FileContents& contents) {
 }
 
 bool LooksLikeIgc(std::string_view text) {
+  // Any text may begin with an A: a fix and a date must follow.
   return text.starts_with('A') && text.find("\nB") != text.npos && text.find("HFDTE") != text.npos;
 }
 
@@ -76,6 +78,7 @@ std::string WriteIgcTrack(const FileContents& contents) {
                                    .site = from.site,
                                    .competition_id = from.competition_id};
   igc::WriteOptions options;
+  // The serial of a program, which has none.
   options.serial = "000";
   options.download_time = contents.taken_over;
   if (!from.manufacturer.empty()) {
@@ -90,6 +93,7 @@ std::string WriteIgcTrack(const FileContents& contents) {
 std::string TrackName(const FileContents& contents) {
   const std::string& pilot = contents.header.pilot;
   if (contents.points.empty()) return pilot;
+  // "2026-05-14 Name of the pilot": sorted by name, the tracks are in the order of days.
   const std::string date = DateText(CalendarFromTime(contents.points.front().time));
   return pilot.empty() ? date : date + ' ' + pilot;
 }
@@ -109,6 +113,7 @@ std::string WriteOzi(const FileContents& contents) {
   return ozi::WriteTrack(contents.points, TrackName(contents));
 }
 
+// The order counts: of the formats that share an extension the first is the one that is written.
 constexpr FileFormat kFormats[] = {
     {.keyword = "cup",
      .name = "SeeYou CUP file",
@@ -192,6 +197,7 @@ bool IsTextExtension(std::string_view extension) {
 
 const FileFormat* FormatByContent(std::string_view text, std::string_view extension) {
   for (const FileFormat& format : kFormats) {
+    // Without an extension every format comes into question.
     if (!extension.empty() && format.extension != extension) continue;
     if (format.looks_like != nullptr && format.looks_like(text)) return &format;
   }
@@ -238,6 +244,7 @@ std::string Refusal(const std::string& path, std::string_view extension, std::st
   if (format->read == nullptr) {
     return path + ": " + std::string(format->name) + "s can only be written" + Readable();
   }
+  // Read once more for the reason only.
   FileContents ignored;
   std::string reason;
   if (format->read(text, ignored, reason) < 0) return reason + "\n" + path;
@@ -249,6 +256,7 @@ std::string Refusal(const std::string& path, std::string_view extension, std::st
 std::string Extension(const std::string& path) {
   const size_t name = NameStart(path);
   const size_t dot = path.rfind('.');
+  // A name that begins with its only dot, as hidden files do, has no extension.
   return dot == path.npos || dot <= name ? "" : path.substr(dot);
 }
 
@@ -259,6 +267,7 @@ bool HasUnknownExtension(const std::string& path) {
 const FileFormat* FormatToRead(const std::string& path, std::string_view text,
                                std::string& message) {
   const std::string extension = TableExtension(path);
+  // Asked in any case: when the extension is wrong, the message says what the file looks like.
   const FileFormat* by_content = FormatByContent(text, "");
   if (IsTextExtension(extension) || !IsKnown(extension)) {
     if (by_content == nullptr) message = path + " is no file that can be read" + Readable();
@@ -274,6 +283,7 @@ const FileFormat* FormatToWrite(const std::string& path, std::string_view keywor
   const std::string extension = TableExtension(path);
   for (const FileFormat& format : kFormats) {
     if (!CanWrite(format, kind)) continue;
+    // A keyword beats the extension, which people choose as they like.
     if (keyword.empty() ? format.extension == extension : format.keyword == keyword) {
       return &format;
     }

@@ -42,6 +42,7 @@ const char* IgcText(const Flight& flight, const IgcSave& save, std::string& text
   }
   if (flight.points.empty()) return "No positions";
   if (flight.instrument_igc.expected) return nullptr;
+  // Points on both sides of a gap would look like one unbroken flight.
   const auto points = SelectedPoints(flight.points, save.selection);
   if (!points.has_value()) return "No gaps in selected points allowed";
   return igc::Write(*points, save.header, save.options, text) < 0 ? "No positions" : nullptr;
@@ -52,6 +53,7 @@ bool Contains(const std::vector<std::string>& paths, const std::string& path) {
 }
 
 FileResult WriteUnder(const IgcSave& save, const std::string& path, const std::string& text) {
+  // A file that is to be kept counts as existing: in a folder the next number is tried.
   const bool replace = save.overwrite && !Contains(save.not_over, path);
   return WriteWholeFile(path, text, replace ? IfExists::kReplace : IfExists::kRefuse);
 }
@@ -74,12 +76,14 @@ int SaveUnderFreeNumber(const Operation& operation, const Flight& flight, const 
                         std::string& path, const std::string& text) {
   const std::string folder = path;
   const bool own = flight.instrument_igc.expected;
+  // "xxx" because the text may be of any maker; "xsh" is what this program writes.
   const std::string manufacturer = own ? "xxx" : "xsh";
   // A text without an A record names no recorder.
   const bool known = own && !flight.instrument_igc.serial.empty();
   const std::string serial = known ? flight.instrument_igc.serial : "000";
   for (int number = 1; number <= igc::kMaxFlightNumber; ++number) {
     path = folder + igc::LongName(flight.points.front().time, manufacturer, serial, number);
+    // $date and $time are replaced by now, and the name is known.
     if (PathLength(path) > kMaxWrittenPath)
       return Fail(operation, "Too long file name", kSaveTitle, path);
     const FileResult result = WriteUnder(save, path, text);
@@ -90,6 +94,7 @@ int SaveUnderFreeNumber(const Operation& operation, const Flight& flight, const 
         continue;
       case FileProblem::kOther:
         return Fail(operation, "File write error", kSaveTitle, result.reason);
+      // A folder that refuses one number refuses all of them.
       default:
         return Fail(operation, "File open error", kSaveTitle, path + ": " + result.reason);
     }
@@ -130,10 +135,12 @@ int SaveIgcAuto(const Operation& operation, const Flight& flight, const IgcSave&
   if (PathLength(path) > kMaxWrittenPath) {
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }
+  // A path that ends in a separator is a folder.
   const bool named = NameStart(path) < path.size();
   const int saved = named ? SaveUnderFixedName(operation, save, path, text)
                           : SaveUnderFreeNumber(operation, flight, save, path, text);
   if (saved != 0) return -1;
+  // Set only now, so that a caller never names a file that is not there.
   written = path;
   const int count = static_cast<int>(flight.points.size());
   ShowStatus(operation, std::to_string(count) + " positions written");

@@ -14,9 +14,8 @@ std::string LineNote(int line, std::string_view what) {
 }
 
 std::string DatumError(int line, std::string_view datum) {
-  // "WGS 84", "WGS84", "wgs-84" and "WGS 1984" are in use for the same datum. On another one places
-  // lie up to some hundreds of metres off, so that the file is refused rather than read with a
-  // note.
+  // "WGS 84", "WGS84", "wgs-84" and "WGS 1984" are in use for the same datum. On another one every
+  // place is shifted, so the file is refused rather than read with a note.
   std::string letters(datum);
   std::erase_if(letters, [](char c) { return c == ' ' || c == '\t' || c == '-' || c == '_'; });
   if (EqualIgnoringCase(letters, "WGS84") || EqualIgnoringCase(letters, "WGS1984")) return {};

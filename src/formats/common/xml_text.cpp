@@ -24,8 +24,7 @@ void AppendCharacter(std::string& xml, char c) {
       return;
     default: {
       // XML 1.0 has no way to write these, not even as a number. Bytes of a longer UTF-8 character
-      // may be
-      // negative here and pass.
+      // may be negative here and pass.
       const bool is_forbidden = c >= 0 && c < ' ' && c != '\t' && c != '\n' && c != '\r';
       xml += is_forbidden ? ' ' : c;
     }

@@ -36,8 +36,7 @@ bool SplitRecord(std::string_view text, bool strict, std::vector<std::string>& f
     const size_t comma = text.find(',', at);
     const std::string_view tail = TrimBlanks(text.substr(at, comma - at));
     // In a record of several lines this is the mark of a stray quote: what seems to close it is the
-    // quote
-    // that opens a field of the next line.
+    // quote that opens a field of the next line.
     if (strict && at > 0 && !tail.empty()) return false;
     // An unquoted field, or what a careless writer put behind a closing quote.
     field += tail;

@@ -163,8 +163,7 @@ int TakeHeading(Lines& lines, Columns& columns) {
     return 0;
   }
   // Without a heading only a first line with a position in the right columns tells the format from
-  // any
-  // other list with commas.
+  // any other list with commas.
   columns = kColumnsWithoutHeading;
   return ReadPosition(Field(record.fields, columns, kLat), Field(record.fields, columns, kLon))
              ? 0

@@ -33,12 +33,14 @@ struct Angle {
 std::optional<double> TakeNumber(std::string_view& rest) {
   std::string_view after = rest;
   const std::string_view word = TakeWord(after);
+  // The hemisphere is the sign, and the zone has its own origin, so no number here is negative.
   const std::optional<double> number = word.starts_with('-') ? std::nullopt : ReadDecimal(word);
   if (number) rest = after;
   return number;
 }
 
 // Takes a hemisphere and up to max_fields numbers.
+// "N 46 12 34.56"
 std::optional<Angle> TakeAngle(std::string_view& rest, char positive, char negative,
                                int max_fields) {
   const std::string_view hemisphere = TakeWord(rest);
@@ -75,6 +77,7 @@ bool TakeZone(std::string_view& rest, UtmPosition& utm) {
   std::string_view word = TakeWord(rest);
   const size_t digits = std::min(word.find_first_not_of("0123456789"), word.size());
   const int zone = ReadWholeNumber(word.substr(0, digits));
+  // Without a digit the number is negative: the word is part of a name.
   if (digits > 2 || zone < 0) return false;
   word.remove_prefix(digits);
   if (word.empty()) word = TakeWord(rest);
@@ -94,6 +97,7 @@ std::optional<FilePosition> TakeUtm(std::string_view& rest) {
   utm.easting_m = *easting_m;
   utm.northing_m = *northing_m;
   const std::optional<UtmDegrees> degrees = DegreesFromUtm(utm);
+  // A band letter that does not fit the northing shows that one of both is wrong.
   if (!degrees) return std::nullopt;
   return PositionFromDegrees(degrees->lat_deg, degrees->lon_deg);
 }
@@ -111,11 +115,13 @@ std::string_view ReadLine(std::string_view line, PositionTaker& take_position,
     if (from.empty()) return "there is no position on it";
     rest = from;
     position = take_position(rest);
+    // Not yet: the word belongs to the name, which may itself be an "N" or a number.
     if (!position) TakeWord(from);
   }
   waypoint = {.lat = position->lat, .lon = position->lon};
   waypoint.name = TrimBlanks(line.substr(0, line.size() - from.size()));
   const std::string_view altitude = TakeWord(rest);
+  // A line may end after the position.
   const std::optional<double> altitude_m = altitude.empty() ? 0 : ReadDecimal(altitude);
   if (!altitude_m || std::fabs(*altitude_m) > kHighest_m) return "the altitude cannot be read";
   waypoint.altitude_m = *altitude_m;
@@ -129,6 +135,7 @@ int TakeHeading(std::string_view& rest, std::string_view heading) {
   for (int number = 1; !rest.empty(); ++number) {
     const std::string_view line = TrimBlanks(TakeLine(rest));
     if (EqualIgnoringCase(line.substr(0, heading.size()), heading)) return number;
+    // Only blank lines may stand before the heading: it is what tells the lists apart.
     if (!line.empty()) return -number;
   }
   return -1;
@@ -149,6 +156,7 @@ int ReadList(std::string_view text, std::string_view heading, PositionTaker& tak
   while (!rest.empty()) {
     const std::string line = OneLine(TakeLine(rest));
     ++number;
+    // Blank lines count for the numbers of the notes.
     if (line.empty()) continue;
     FileWaypoint waypoint;
     const std::string_view fault = ReadLine(line, take_position, waypoint);
@@ -159,6 +167,7 @@ int ReadList(std::string_view text, std::string_view heading, PositionTaker& tak
       file.notes.push_back(LineNote(number, std::string(fault) + "; skipped"));
     }
   }
+  // A heading alone is an empty list; lines of which none can be read are another kind of file.
   if (file.waypoints.empty() && !first_fault.empty()) {
     file = {};
     message = first_fault;

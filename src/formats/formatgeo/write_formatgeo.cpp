@@ -27,13 +27,16 @@ std::string NameColumn(std::string_view name) {
   std::erase_if(column, [](char c) { return c == '"' || c == '\''; });
   std::ranges::replace(column, ' ', '_');
   if (column.empty()) column = "_";
+  // Longer names are not cut, because two cut ones could be the same.
   if (column.size() < kNameWidth) column.resize(kNameWidth, ' ');
   return column;
 }
 
+// "N 46 12 34.56"
 std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hemispheres) {
   constexpr uint32_t kHundredthsPerMinute = 6000;
   constexpr uint32_t kHundredthsPerDegree = 60 * kHundredthsPerMinute;
+  // Rounded before it is split, so that no field can become 60.
   const uint64_t hundredths = AngleInSteps(semicircles, kHundredthsPerDegree);
   const uint64_t seconds = hundredths % kHundredthsPerMinute;
   return std::string(1, hemispheres[semicircles < 0 ? 1 : 0]) + ' ' +
@@ -44,10 +47,12 @@ std::string AngleText(int32_t semicircles, size_t degree_digits, const char* hem
 
 // The altitude and the description, the same in both forms: the number ends in a fixed column.
 std::string LineTail(const FileWaypoint& waypoint, size_t altitude_width) {
+  // Five digits fit into the column.
   constexpr double kLimit_m = 99999;
   const double altitude_m = std::isnan(waypoint.altitude_m) ? 0 : waypoint.altitude_m;
   const std::string altitude =
       std::to_string(std::lround(std::clamp(altitude_m, -kLimit_m, kLimit_m)));
+  // One blank at least parts the number from the position.
   std::string tail(altitude_width - std::min(altitude_width, altitude.size() + 1), ' ');
   tail += ' ' + altitude;
   const std::string description = ToAscii(OneLine(FurtherText(waypoint)));
@@ -61,6 +66,7 @@ std::string WriteGeo(std::span<const FileWaypoint> waypoints) {
   constexpr size_t kAltitudeWidth = 6;
   std::string text = std::string(kGeoHeading).append(kLineEnd);
   for (const FileWaypoint& waypoint : waypoints) {
+    // B07001    N 46 12 34.56    E 007 08 09.12  1234  Cabane du Mont
     text += NameColumn(waypoint.name) + "  " + AngleText(waypoint.lat, 2, "NS") + "    " +
             AngleText(waypoint.lon, 3, "EW") + LineTail(waypoint, kAltitudeWidth);
   }
@@ -74,6 +80,7 @@ std::string WriteUtm(std::span<const FileWaypoint> waypoints) {
   for (const FileWaypoint& waypoint : waypoints) {
     const UtmPosition utm =
         UtmFromDegrees(SemicirclesToDegrees(waypoint.lat), SemicirclesToDegrees(waypoint.lon));
+    // B07001   32T   0356321   5119241   1234  Cabane du Mont
     text += NameColumn(waypoint.name) + ' ' + PaddedNumber(static_cast<uint64_t>(utm.zone), 2) +
             utm.band + "   " +
             PaddedNumber(static_cast<uint64_t>(std::llround(utm.easting_m)), kMetreDigits) + "   " +

@@ -48,8 +48,7 @@ bool TakeCoordinate(std::string_view& rest, std::string_view letters, double lim
   double degrees = 0;
   if (!TakeDegrees(rest, degrees) || degrees > limit_deg) return false;
   // The letter is not optional: airspaces lie on both sides of Greenwich, and one without its
-  // letter
-  // would be drawn in the wrong country.
+  // letter would be drawn in the wrong country.
   const bool negative = TakeCharacter(rest, letters[1]);
   if (!negative && !TakeCharacter(rest, letters[0])) return false;
   semicircles = DegreesToSemicircles(negative ? -degrees : degrees);

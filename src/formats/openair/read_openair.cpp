@@ -76,8 +76,7 @@ const char* ReadClass(Reading& reading, std::string_view argument) {
   reading.airspace_line = reading.line;
   if (reading.first_airspace_line == 0) reading.first_airspace_line = reading.line;
   // A centre of the airspace before would give a circle in the wrong place; without one the line
-  // that
-  // misses its V X= is noted.
+  // that misses its V X= is noted.
   reading.has_centre = false;
   reading.direction = kClockwise;
   reading.file.airspaces.push_back({.airspace_class = PlainText(argument)});
@@ -205,8 +204,7 @@ constexpr LineKind kLineKinds[] = {
 };
 
 // A line that is not understood costs itself only: files hold colours, pens and newer records,
-// which
-// say nothing about the outline.
+// which say nothing about the outline.
 const char* ReadLine(Reading& reading, const Line& line) {
   for (const LineKind& kind : kLineKinds) {
     if (kind.code != line.code) continue;

@@ -11,6 +11,7 @@ namespace {
 
 template <size_t size>
 std::string TextOf(const char (&room)[size]) {
+  // A text that fills its room has no NUL behind it.
   return ToUtf8(
       std::string_view(room, static_cast<size_t>(std::find(room, room + size, '\0') - room)));
 }
