@@ -65,7 +65,7 @@ TEST_F(DownloadFlightsTest, APersonIsOnlyAskedWhenTheRequestLeavesItOpen) {
   request.flights.how = How::kAsk;
   recorder.choice = {1};
   ASSERT_TRUE(Run().done);
-  EXPECT_EQ(recorder.listed, 2U);
+  EXPECT_EQ(recorder.list.size(), 2U);
   EXPECT_EQ(document.lists.flight->instrument_igc.text, oldest);
   recorder.choice = {};
   EXPECT_FALSE(Run().done);

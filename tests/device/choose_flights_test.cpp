@@ -34,7 +34,7 @@ TEST(ChooseFlights, ByNumberTheNewestOrAsked) {
               expected.empty() ? -1 : static_cast<int>(expected.size()));
     EXPECT_EQ(chosen, expected);
     EXPECT_EQ(recorder.messages.empty() ? "" : recorder.messages[0], message);
-    EXPECT_EQ(recorder.listed, 3U) << "shown even when a number is wrong";
+    EXPECT_EQ(recorder.list.size(), 3U) << "shown even when a number is wrong";
   }
 }
 

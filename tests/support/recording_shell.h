@@ -17,11 +17,10 @@ struct RecordingShell {
   std::vector<std::string> progress;
   std::vector<int> percents;
   std::vector<uint32_t> choice = {0};  // what choose_tracks picks; empty: nothing
-  std::vector<TrackListEntry> list;    // what choose_tracks was shown
-  std::vector<uint32_t> chosen;        // of the flights that tracks_chosen showed
+  std::vector<TrackListEntry> list;    // what tracks_chosen showed
+  std::vector<uint32_t> chosen;        // of these flights
   // What run_on_owner was handed; elsewhere, so that a test can begin anew with an empty recorder.
   std::unique_ptr<OwnerQueue> owner = std::make_unique<OwnerQueue>();
-  size_t listed = 0;                   // flights in the list that tracks_chosen was given
 };
 
 inline RecordingShell& RecorderOf(void* context) {
@@ -50,7 +49,7 @@ inline Shell MakeShell(RecordingShell& recorder) {
           .tracks_chosen =
               [](void* context, const std::vector<TrackListEntry>& list,
                  const std::vector<uint32_t>& chosen) {
-                RecorderOf(context).listed = list.size();
+                RecorderOf(context).list = list;
                 RecorderOf(context).chosen = chosen;
               },
           .run_on_owner =
