@@ -77,7 +77,6 @@ void Shape(benchmark::State& state, TrackShape shape) {
 BENCHMARK(ClosedFlight)->Iterations(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(ExactSearch)->Iterations(20)->Unit(benchmark::kMillisecond);
 SKYHAUL_SHAPE(kTriangle);
-SKYHAUL_SHAPE(kCircle);
 SKYHAUL_SHAPE(kCircles);
 SKYHAUL_SHAPE(kOutAndReturn);
 SKYHAUL_SHAPE(kRidge);
