@@ -98,7 +98,6 @@ TEST_F(DownloadTest, BadCommandLinesAreTold) {
       {{"--info", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
       {{folder.File("flight.igc"), "/EXIT"}, 0, ""},
       {{folder.File("flight.igc"), folder.File("client"), "/EXIT"}, 2, "Unrecognized command"},
-      {{"--version"}, 0, ""},
       {{"--ports"}, 0, ""},
   };
   for (const auto& [more, status, message] : cases) {

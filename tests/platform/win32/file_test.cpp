@@ -68,11 +68,6 @@ TEST_F(Win32File, DevicesAreUsedInPlace) {
   EXPECT_EQ(Read("NUL"), "");
 }
 
-TEST_F(Win32File, AFolderIsSaidToBeOne) {
-  EXPECT_EQ(WriteWholeFile(folder.path.string(), "", IfExists::kReplace).reason,
-            "This is a folder");
-}
-
 TEST(Win32Path, BothSlashesAndADriveEndAFolder) {
   const std::tuple<std::string, const char*, const char*, const char*> cases[] = {
       {"C:/flights\\2026/", "C:/flights\\2026/", "", "C:/flights\\2026/"},
