@@ -149,6 +149,7 @@ TEST_F(IgcFilesTest, FixedNamesAndTemplates) {
 }
 
 TEST_F(IgcFilesTest, SavingFailuresLeaveNothing) {
+  save.is_template = true;
   const Flight none = {.instrument_igc = {.expected = true}};
   const std::tuple<Flight, std::string, const char*> cases[] = {
       {{}, folder.File(""), "Save IGC log: No positions"},
