@@ -24,7 +24,7 @@ DCB OppositeState() {
 TEST(LineSettings, CoverEveryFieldThatMatters) {
   for (const DWORD xon_xoff : {0U, 1U}) {
     DCB state = OppositeState();
-    state.fOutX = state.fInX = 1 - xon_xoff;
+    state.fOutX = state.fInX = xon_xoff == 0 ? 1U : 0U;
     ASSERT_EQ(SetLine(state, {.baud = 57600, .xon_xoff = xon_xoff != 0}), 0);
     EXPECT_EQ((std::vector<DWORD>{state.ByteSize, state.Parity, state.StopBits, state.fBinary,
                                   state.fDtrControl, state.fRtsControl, state.fTXContinueOnXoff,
