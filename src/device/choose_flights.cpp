@@ -59,7 +59,7 @@ int ChooseFlights(const Job& job, std::vector<uint32_t>& chosen) {
   }
   // From the newest to the oldest, each once, in whatever order and however often they were named.
   std::ranges::sort(chosen);
-  chosen.erase(std::ranges::unique(chosen).begin(), chosen.end());
+  chosen.erase(std::unique(chosen.begin(), chosen.end()), chosen.end());
   ShowChosen(job, chosen);
   return chosen.empty() ? -1 : static_cast<int>(chosen.size());
 }

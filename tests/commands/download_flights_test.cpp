@@ -1,5 +1,6 @@
 #include "commands/download_flights.h"
 
+#include "platform/path.h"
 #include "tests/commands/session_bench.h"
 
 namespace skyhaul {
@@ -38,7 +39,7 @@ TEST_F(DownloadFlightsTest, TheNewestIsSavedAndBecomesTheDocuments) {
   request.instrument.client = "me";
   const DownloadFlightsResult result = Run();
   EXPECT_TRUE(result.done);
-  EXPECT_EQ(result.written, Texts{folder.File("./2017-04-27-xxx-123-01.igc")});
+  EXPECT_EQ(result.written, Texts{AsFolder(folder.File(".")) + "2017-04-27-xxx-123-01.igc"});
   EXPECT_EQ(ReadText(result.written[0]), newest);
   EXPECT_EQ(FlightPoints(), 30U);
   EXPECT_EQ(document.lists.flight->instrument_igc.text, newest);
@@ -154,7 +155,7 @@ TEST_F(DownloadFlightsTest, AFailureKeepsTheOldFlightAndWhatArrivedWhole) {
 
   simulator.flights[1].igc_text = "nonsense\r\n";
   Choose({1, 2});
-  EXPECT_EQ(Run().written, Texts{folder.File("./2017-04-27-xxx-123-01.igc")});
+  EXPECT_EQ(Run().written, Texts{AsFolder(folder.File(".")) + "2017-04-27-xxx-123-01.igc"});
   request.join = true;
   EXPECT_TRUE(Run().written.empty()) << "half of a joined flight is none";
   request.instrument.protocol_type = kFlymaster;

@@ -2,6 +2,7 @@
 
 #include "app/command_line/parse.h"
 #include "app/console/exit_status.h"
+#include "platform/path.h"
 #include "tests/commands/session_bench.h"
 
 namespace skyhaul {
@@ -51,6 +52,7 @@ TEST_F(RunBatchTest, ResultsAreShownAndTheClientIsTold) {
             "V X=47:00:00 N 011:00:00 E\r\nDC 5\r\n");
   WriteText(folder.File("c.igc"), IgcOfHour("12"));
   const std::string at = folder.path.string();
+  const std::string saved = AsFolder(at) + "2017-04-27-xxx-123-01.igc";
   const std::string identity = "Instrument 6030 SN01001 SW3.30\nOwner 6030: Simulated Pilot\n";
   const struct {
     const char* switches;
@@ -58,9 +60,8 @@ TEST_F(RunBatchTest, ResultsAreShownAndTheClientIsTold) {
     std::string told;
   } cases[] = {
       {"/GPS=IQCOMPEO /COM=1 /IGC_LOG=@ /ID=x",
-       "*   1  2017-04-27  12:00:10  00:00:29\n" + identity + "Saved " + at +
-           "/2017-04-27-xxx-123-01.igc\n",
-       "Done=1\n" + at + "/2017-04-27-xxx-123-01.igc"},
+       "*   1  2017-04-27  12:00:10  00:00:29\n" + identity + "Saved " + saved + '\n',
+       "Done=1\n" + saved},
       {"/GPS=IQCOMPEO /COM=1 /OZI_LOG=@/b", identity + "Saved " + at + "/b\n",
        "Done=1\n" + at + "/b"},
       {"/GPS=IQCOMPEO /COM=1 /FLIGHTLIST", "Duration\n    1  2017-04-27  12:00:10  00:00:29\n",
