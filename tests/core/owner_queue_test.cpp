@@ -29,21 +29,24 @@ void RunStep(void* argument) {
 }
 
 TEST(OwnerQueue, RunsEachThreadsRoutinesInOrderOnTheOwner) {
-  constexpr int kSteps = 200;
+  constexpr size_t kSteps = 200;
   Owner owner;
-  std::vector<Step> steps(size_t{2} * kSteps);
-  const auto post = [&](int from) {
-    for (int i = from; i < from + kSteps; ++i) {
-      steps[i] = {.owner = &owner, .number = i};
+  std::vector<Step> steps(2 * kSteps);
+  const auto post = [&](size_t from) {
+    for (size_t i = from; i < from + kSteps; ++i) {
+      steps[i] = {.owner = &owner, .number = static_cast<int>(i)};
       PostToOwner(owner.queue, RunStep, &steps[i]);
     }
   };
-  std::array<std::thread, 2> posters = {std::thread(post, 0), std::thread(post, kSteps)};
+  std::array<std::thread, 2> posters = {std::thread(post, size_t{0}), std::thread(post, kSteps)};
   for (size_t i = 0; i < steps.size(); ++i) RunNextRoutine(owner.queue);
   for (std::thread& poster : posters) poster.join();
 
-  std::array<int, 2> next = {0, kSteps};
-  for (const int number : owner.order) EXPECT_EQ(number, next[number / kSteps]++);
+  std::array<size_t, 2> next = {0, kSteps};
+  for (const int number : owner.order) {
+    const auto n = static_cast<size_t>(number);
+    EXPECT_EQ(n, next.at(n / kSteps)++);
+  }
   for (const std::thread::id thread : owner.threads) EXPECT_EQ(thread, std::this_thread::get_id());
 }
 
@@ -62,7 +65,7 @@ TEST(OwnerQueue, MayEndWithItsLastRoutine) {
     std::thread poster;
     {
       Owner owner;
-      Step step = {.owner = &owner, .number = i};
+      Step step = {.owner = &owner, .number = static_cast<int>(i)};
       poster = std::thread([&] { PostToOwner(owner.queue, RunStep, &step); });
       RunNextRoutine(owner.queue);
     }

@@ -51,8 +51,9 @@ TEST(Tokeniser, CutsAtLimitsThatCountCharacters) {
       {"/A=\"" + std::string(259, 'x') + " y\"", {"A", std::string(259, 'x') + " "}},
       {"/A=" + tail, {"A", tail.substr(0, kMaxValue * kMaxBytesPerCharacter)}},
   };
-  for (const auto& [text, item] : cases) {
+  for (const auto& [text, expected] : cases) {
     std::string message;
+    const Item& item = expected;  // a lambda cannot capture the binding itself
     const auto take = [&](const Item& taken) {
       EXPECT_EQ(taken, item);
       return 0;

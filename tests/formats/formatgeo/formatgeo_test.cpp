@@ -17,21 +17,21 @@ constexpr WaypointReader kGeoReader = {LooksLikeGeo, ReadGeo};
 constexpr WaypointReader kUtmReader = {LooksLikeUtm, ReadUtm, 5};
 
 TEST(FormatGeoRead, ReadsLinesOfAllShapesAndRefusesOtherFiles) {
-  const std::string kGeo = "$FormatGEO\r\n";
+  const std::string geo = "$FormatGEO\r\n";
   ExpectShown(
       kGeoReader,
       {
-          {kGeo + "B07001    N 46 12 34.56    E 007 08 09.12  1234  Cabane du Mont",
+          {geo + "B07001    N 46 12 34.56    E 007 08 09.12  1234  Cabane du Mont",
            "46.2096 7.1358666 1234 B07001|Cabane du Mont\n"},
-          {kGeo + "Golden G  S 37 49 03.00    W 122 28 42.00   -12  ",
+          {geo + "Golden G  S 37 49 03.00    W 122 28 42.00   -12  ",
            "-37.8175 -122.4783334 -12 Golden G\n"},
-          {kGeo + "A\tN\t46\t12\t34.56\tE\t7\t8\t9.12\t0\tb  c\t", "46.2096 7.1358666 0 A|b  c\n"},
-          {kGeo + "N N 46 12 34.56 E 007 08 09.12", "46.2096 7.1358666 0 N\n"},
-          {kGeo + "M N 45 12.345 E 006 12.345 7.5 8", "45.20575 6.20575 7.5 M|8\n"},
-          {kGeo + "D N 45.5 E 6.25 7 East", "45.5 6.25 7 D|East\n"},
-          {kGeo + "R N 45 59 60.00 E 006 59 60.00 7", "46 7 7 R\n"},
-          {kGeo + "Z\xFCrs N 45 00 00 E 006 00 00 7 \xC9t\xE9", "45 6 7 Zürs|Été\n"},
-          {kGeo + "E 7 N 45 00 00 E 006 00 00 7 N 1 E 2 3", "45 6 7 E 7|N 1 E 2 3\n"},
+          {geo + "A\tN\t46\t12\t34.56\tE\t7\t8\t9.12\t0\tb  c\t", "46.2096 7.1358666 0 A|b  c\n"},
+          {geo + "N N 46 12 34.56 E 007 08 09.12", "46.2096 7.1358666 0 N\n"},
+          {geo + "M N 45 12.345 E 006 12.345 7.5 8", "45.20575 6.20575 7.5 M|8\n"},
+          {geo + "D N 45.5 E 6.25 7 East", "45.5 6.25 7 D|East\n"},
+          {geo + "R N 45 59 60.00 E 006 59 60.00 7", "46 7 7 R\n"},
+          {geo + "Z\xFCrs N 45 00 00 E 006 00 00 7 \xC9t\xE9", "45 6 7 Zürs|Été\n"},
+          {geo + "E 7 N 45 00 00 E 006 00 00 7 N 1 E 2 3", "45 6 7 E 7|N 1 E 2 3\n"},
           {"\n$FormatGEO\n"
            "A N 46 12 34.56 E 007 08 09.12 1 a\n"
            "\n"
@@ -58,7 +58,7 @@ TEST(FormatGeoRead, ReadsLinesOfAllShapesAndRefusesOtherFiles) {
                             "-32.65333 -70.01167 6962 Aconcagu|Aconcagua\n"
                             "55.75417 37.62 0 A\n"
                             "-33.85695 151.21527 5 Sydney O\n"},
-                           {kGeo, "Format error on line 1: not the heading $FormatUTM"}});
+                           {geo, "Format error on line 1: not the heading $FormatUTM"}});
 }
 
 FileWaypoint At(double lat_deg, double lon_deg, double altitude_m, std::string name,

@@ -89,8 +89,8 @@ struct Conversation : JobBench {
     simulator.flights = {flytec_simulator::FlightFromIgc(kFlight)};
     if (transfer.writes) {
       // What was read, for the way back.
-      static const auto kRead = Conversation({.procedure = ReadCtrJob}).job.data.airspaces;
-      job.data = {.waypoints_to_send = kWaypoints, .airspaces = kRead};
+      static const auto airspaces_read = Conversation({.procedure = ReadCtrJob}).job.data.airspaces;
+      job.data = {.waypoints_to_send = kWaypoints, .airspaces = airspaces_read};
     } else {
       simulator.waypoints = {flytec_simulator::GenerateWaypoint(1),
                              flytec_simulator::GenerateWaypoint(2)};
