@@ -23,7 +23,8 @@ inline std::string IgcOfHour(const std::string& hour) {
   std::string text = "AFLY123 6030\r\nHFDTE270417\r\nHFPLTPILOT: JIMI HENDRIX\r\n";
   for (int i = 10; i < 40; ++i) {
     const std::string two = std::to_string(i);
-    text += "B" + hour + "00" + two + "47430" + two + "N01121571EA0062000640\r\n";
+    text.append("B").append(hour).append("00").append(two).append("47430").append(two);
+    text += "N01121571EA0062000640\r\n";
   }
   return text + "G0123456789ABCDEF\r\n";
 }

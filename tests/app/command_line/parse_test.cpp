@@ -96,7 +96,7 @@ TEST(Checks, CommandsAcceptInstrumentsWithTheirService) {
   for (const auto& c : cases) {
     const std::string rest = std::string(" /NOTIFY=client /") + c.command;
     const auto message = [&](const std::string& gps) {
-      return Parse("/GPS=" + gps + rest).message;
+      return Parse(std::string("/GPS=").append(gps).append(rest)).message;
     };
     EXPECT_EQ(message(c.accepted), "") << c.command;
     EXPECT_EQ(message(c.refused), c.message) << c.command;

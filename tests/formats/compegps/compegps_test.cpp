@@ -32,7 +32,10 @@ TEST(CompeGps, WritesTheLinesThatOtherProgramsKnow) {
 TEST(CompeGps, ReadsEveryDegreeSign) {
   for (const std::string sign :
        {"\xBA", "\xC2\xBA", "\xB0", "\xC2\xB0", "\xBD", "\xEF\xBF\xBD", "?", ""}) {
-    ExpectShown(kReader, {{"G  WGS 84\r\nU  1\r\nW  T0 A 46.5" + sign + "S 7.25" + sign +
+    ExpectShown(kReader, {{std::string("G  WGS 84\r\nU  1\r\nW  T0 A 46.5")
+                                   .append(sign)
+                                   .append("S 7.25")
+                                   .append(sign) +
                                "w 27-MAR-62 00:00:00 680.5\r\n" +
                                "w Waypoint,0,-1.0,16777215,255,1,7,,0.0\r\n",
                            "-46.5 -7.25 680.5 T0\n"}});

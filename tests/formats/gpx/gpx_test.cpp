@@ -39,7 +39,9 @@ TEST(GpxRead, TakesPrefixesEncodingsAndCharacterNumbersButFollowsNoEntities) {
   const std::string body = "<g:gpx xmlns:g=\"u\"><g:wpt lat=\"1\" lon=\"2\"><g:name>";
   const std::string end = "</g:name></g:wpt></g:gpx>";
   std::string utf16 = "\xFF\xFE";
-  for (const char c : body + "UTF16" + end) utf16 += {c, '\0'};
+  std::string plain = body;
+  plain.append("UTF16").append(end);
+  for (const char c : plain) utf16 += {c, '\0'};
   ExpectShown(
       kReader,
       {{"\xEF\xBB\xBF" + body + "Zürich" + end, "1 2 0 Zürich\n"},

@@ -79,7 +79,7 @@ TEST(IgcRead, RefusesFilesWithTheirMessage) {
   };
   for (const auto& [message, before, lines, after] : cases) {
     for (const std::string& line : lines)
-      EXPECT_EQ(MessageOf(before + line + after), message) << line;
+      EXPECT_EQ(MessageOf(std::string(before).append(line).append(after)), message) << line;
   }
 }
 
@@ -98,7 +98,9 @@ TEST(IgcRead, ReadsFractionsOfTheFirstSecond) {
       {"I017981TDS", std::string(81 - 35, '5'), "Format error on line 4"},
   };
   for (const auto& [extensions, tail, times] : cases) {
-    EXPECT_EQ(TimesOf(kStart + extensions + fix + tail + "\n"), times) << extensions;
+    EXPECT_EQ(TimesOf(std::string(kStart).append(extensions).append(fix).append(tail).append("\n")),
+              times)
+        << extensions;
   }
 }
 

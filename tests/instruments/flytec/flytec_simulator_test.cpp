@@ -178,7 +178,7 @@ TEST(FlytecUpload, RefusesAsToldAndKeepsNothing) {
     Simulator simulator{.refusal = refusal};
     const std::string done = answer.empty() ? "" : kDone;
     EXPECT_EQ(Answers(simulator, {kWaypointUpload}), done);
-    EXPECT_EQ(Answers(simulator, kAirspaceUpload), done + done + answer);
+    EXPECT_EQ(Answers(simulator, kAirspaceUpload), std::string(done).append(done).append(answer));
     EXPECT_TRUE(simulator.waypoints.empty() && simulator.airspaces.empty());
   }
 }
