@@ -7,6 +7,8 @@ namespace skyhaul {
 namespace {
 
 constexpr SerialHandle kBenchHandle = 1;
+constexpr uint8_t kXon = 0x11;
+constexpr uint8_t kXoff = 0x13;
 constexpr uint64_t kNsPerMs = 1'000'000;
 // In May 2026. A fixed date, so that files are the same in every run.
 constexpr int64_t kStartOfTime_s = 1'780'000'000;
@@ -41,15 +43,9 @@ PortOpening Open(void* context, const std::string& name) {
     return opening;
   }
   bench.open_port = name;
+  bench.output_stopped = false;
   opening.handle = kBenchHandle;
   return opening;
-}
-
-SetupStep Configure(void* context, SerialHandle /*port*/, const SerialSettings& settings) {
-  Bench& bench = Of(context);
-  // Kept also when the setup fails, so that a test sees what was asked for.
-  bench.settings = settings;
-  return bench.setup_failure;
 }
 
 SimulatedInstrument* Answering(const Bench& bench) {
@@ -57,44 +53,105 @@ SimulatedInstrument* Answering(const Bench& bench) {
   return bench.open_port == bench.instrument_port ? bench.instrument : nullptr;
 }
 
-// Delivers one byte that has arrived, or what the fault makes of it.
-void Deliver(Bench& bench, uint8_t byte, std::vector<uint8_t>& delivered) {
+// A byte as the system's driver takes it in.
+void TakeIn(Bench& bench, uint8_t byte) {
+  // The driver obeys the flow control at once, however late the program reads. It also passes it
+  // on, which real ones need not do.
+  if (bench.settings.xon_xoff && (byte == kXoff || byte == kXon)) {
+    bench.output_stopped = byte == kXoff;
+  }
+  bench.input.push_back(byte);
+}
+
+// Takes in one byte that has arrived, or what the fault makes of it.
+void Arrive(Bench& bench, uint8_t byte) {
   // Counted before any fault, so that one byte's fault does not move the place of the next.
   const size_t at = bench.received++;
   if (FaultNow(bench, FaultKind::kUnplug, false, at)) bench.unplugged = true;
   if (bench.unplugged || FaultNow(bench, FaultKind::kDrop, false, at)) return;
-  if (FaultNow(bench, FaultKind::kDelay, false, at)) {
-    // The clock of the program moves: what is queued behind the byte arrives meanwhile.
-    bench.now_ns += bench.fault.delay_ms * kNsPerMs;
+  if (FaultNow(bench, FaultKind::kOverrun, false, at)) {
+    ++bench.losses;
+    return;
   }
+  if (FaultNow(bench, FaultKind::kStop, false, at)) TakeIn(bench, kXoff);
   if (FaultNow(bench, FaultKind::kFlip, false, at)) {
     byte = static_cast<uint8_t>(byte ^ bench.fault.flip_mask);
   }
-  delivered.push_back(byte);
-  if (FaultNow(bench, FaultKind::kRepeat, false, at)) delivered.push_back(byte);
+  TakeIn(bench, byte);
+  if (FaultNow(bench, FaultKind::kRepeat, false, at)) TakeIn(bench, byte);
+}
+
+// When the next byte arrives, its own lateness included.
+uint64_t NextByte_ns(Bench& bench, Wire& wire) {
+  const uint64_t arrival_ns = NextArrival_ns(wire);
+  if (arrival_ns == kNever_ns || bench.delayed ||
+      !FaultNow(bench, FaultKind::kDelay, false, bench.received)) {
+    return arrival_ns;
+  }
+  // The line stands still. Everything behind the byte is late too, or the bytes would change
+  // places.
+  bench.delayed = true;
+  wire.free_at_ns = arrival_ns + bench.fault.delay_ms * kNsPerMs;
+  return NextArrival_ns(wire);
+}
+
+// Takes in all that has arrived by now.
+void TakeArrivals(Bench& bench) {
+  SimulatedInstrument* instrument = Answering(bench);
+  if (instrument == nullptr) return;
+  uint8_t byte = 0;
+  while (NextByte_ns(bench, instrument->wire) <= bench.now_ns &&
+         TakeArrived(instrument->wire, bench.now_ns, &byte, 1) == 1) {
+    Arrive(bench, byte);
+  }
+}
+
+// Lets the time pass until something has arrived, or to the deadline.
+void AwaitArrival(Bench& bench, uint64_t deadline_ns) {
+  SimulatedInstrument* instrument = Answering(bench);
+  for (;;) {
+    TakeArrivals(bench);
+    if (!bench.input.empty() || bench.unplugged) return;
+    const uint64_t next_ns =
+        instrument == nullptr ? kNever_ns : NextByte_ns(bench, instrument->wire);
+    // A read that gets nothing waits its full time, as on a real port.
+    bench.now_ns = std::min(next_ns, deadline_ns);
+    if (next_ns > deadline_ns) return;
+  }
+}
+
+SetupStep Configure(void* context, SerialHandle /*port*/, const SerialSettings& settings) {
+  Bench& bench = Of(context);
+  // Kept also when the setup fails, so that a test sees what was asked for.
+  bench.settings = settings;
+  TakeArrivals(bench);
+  bench.input.clear();
+  return bench.setup_failure;
 }
 
 int Read(void* context, SerialHandle /*port*/, uint8_t* buffer, size_t capacity) {
   Bench& bench = Of(context);
   CountWait(bench);
-  if (bench.unplugged) return -1;
-  const uint64_t deadline_ns = bench.now_ns + kReadWait_ms * kNsPerMs;
-  SimulatedInstrument* instrument = Answering(bench);
-  const uint64_t arrival_ns = instrument == nullptr ? kNever_ns : NextArrival_ns(instrument->wire);
-  // A read that gets nothing waits its full time, as on a real port.
-  if (arrival_ns > deadline_ns) {
-    bench.now_ns = deadline_ns;
-    return 0;
-  }
-  bench.now_ns = std::max(bench.now_ns, arrival_ns);
-  // One place is kept for a byte that arrives twice.
-  const size_t arrived = TakeArrived(instrument->wire, bench.now_ns, buffer, capacity - 1);
-  std::vector<uint8_t> delivered;
-  for (size_t i = 0; i < arrived; ++i) Deliver(bench, buffer[i], delivered);
-  std::copy(delivered.begin(), delivered.end(), buffer);
+  AwaitArrival(bench, bench.now_ns + kReadWait_ms * kNsPerMs);
   // What arrived before the plug was pulled is still delivered; the failure comes with the next
   // read.
-  return bench.unplugged && delivered.empty() ? -1 : static_cast<int>(delivered.size());
+  if (bench.unplugged && bench.input.empty()) return -1;
+  const auto count = static_cast<ptrdiff_t>(std::min(capacity, bench.input.size()));
+  std::copy(bench.input.begin(), bench.input.begin() + count, buffer);
+  bench.input.erase(bench.input.begin(), bench.input.begin() + count);
+  return static_cast<int>(count);
+}
+
+// A driver holds stopped output back until an XON comes, and gives up after the write's time-out.
+bool MayWrite(Bench& bench, size_t count) {
+  constexpr uint64_t kPatience_ns = 2 * kNsPerMs;  // per byte
+  const uint64_t deadline_ns = bench.now_ns + count * kPatience_ns;
+  TakeArrivals(bench);
+  while (bench.output_stopped && bench.now_ns < deadline_ns) {
+    bench.now_ns = std::min(bench.now_ns + kNsPerMs, deadline_ns);
+    TakeArrivals(bench);
+  }
+  return !bench.output_stopped && !bench.unplugged;
 }
 
 // Sends one byte, or what the fault makes of it, to the instrument.
@@ -119,7 +176,7 @@ int Write(void* context, SerialHandle /*port*/, const uint8_t* bytes, size_t cou
   const size_t at = bench.writes++;
   // A failed write reaches the instrument with no byte, and counts among the writes.
   if (bench.fault.kind == FaultKind::kFailWrite && bench.fault.at == at) return -1;
-  if (bench.unplugged) return -1;
+  if (!MayWrite(bench, count)) return -1;
   bench.written.append(reinterpret_cast<const char*>(bytes), count);
   constexpr uint64_t kBitsPerByte_ns = 10'000'000'000;
   // Each byte reaches the instrument when its stop bit has, at the speed that the program has set.
@@ -132,7 +189,17 @@ int Write(void* context, SerialHandle /*port*/, const uint8_t* bytes, size_t cou
 }
 
 void Close(void* context, SerialHandle /*port*/) {
-  Of(context).open_port.clear();
+  Bench& bench = Of(context);
+  bench.open_port.clear();
+  bench.input.clear();
+}
+
+void FreeOutput(void* context, SerialHandle /*port*/) {
+  Of(context).output_stopped = false;
+}
+
+uint32_t CountedLosses(void* context, SerialHandle /*port*/) {
+  return Of(context).losses;
 }
 
 int List(void* context, std::vector<PortInfo>& ports) {
@@ -198,6 +265,8 @@ Platform BenchPlatform(Bench& bench) {
                      .read = Read,
                      .write = Write,
                      .close = Close,
+                     .free_output = FreeOutput,
+                     .losses = CountedLosses,
                      .list = List,
                      .name_of = NameOf},
           .clock = {.context = &bench, .tick_ms = Tick_ms, .wait = Wait, .unix_time_s = UnixTime_s},

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,7 +14,18 @@ namespace skyhaul {
 
 // What goes wrong in one run. Bytes are counted from 0 over the whole run in their direction,
 // writes and waits (pauses and reads) likewise.
-enum class FaultKind { kNone, kDrop, kFlip, kRepeat, kDelay, kUnplug, kFailWrite, kAbort };
+enum class FaultKind {
+  kNone,
+  kDrop,
+  kFlip,
+  kRepeat,
+  kDelay,    // the byte, and all behind it, arrives delay_ms late
+  kOverrun,  // dropped, and the system counts it
+  kStop,     // an XOFF that nobody sent comes before the byte
+  kUnplug,
+  kFailWrite,
+  kAbort,
+};
 
 struct Fault {
   FaultKind kind = FaultKind::kNone;
@@ -47,8 +59,12 @@ struct Bench {
   size_t writes = 0;
   size_t waits = 0;
   size_t opens = 0;
+  uint32_t losses = 0;
+  bool delayed = false;  // FaultKind::kDelay has happened
   bool unplugged = false;
-  std::string open_port;  // empty: closed
+  bool output_stopped = false;  // by an XOFF of the instrument, with flow control on
+  std::deque<uint8_t> input;    // arrived and not yet read
+  std::string open_port;        // empty: closed
   SerialSettings settings;
   std::string written;            // all that the program wrote
   std::vector<std::string> told;  // texts that the client got

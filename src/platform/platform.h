@@ -63,6 +63,12 @@ struct SerialFunctions {
   // other speed. Returns 0, or -1 on time-out or error, whose state is then cleared.
   int (*write)(void* context, SerialHandle port, const uint8_t* bytes, size_t count) = nullptr;
   void (*close)(void* context, SerialHandle port) = nullptr;
+  // Lets output leave that the other side's XOFF has stopped: the XON that should have freed it may
+  // have been lost. Does nothing where nothing is stopped.
+  void (*free_output)(void* context, SerialHandle port) = nullptr;
+  // How often the system has seen incoming bytes lost or damaged (overruns, framing errors) since
+  // some time in the past; only a difference means anything. 0 where the port does not count.
+  uint32_t (*losses)(void* context, SerialHandle port) = nullptr;
 
   // The ports that have hardware, at most kMaxPorts: on Linux the likeliest first and
   // numbered from 1, on Windows in the registry's order with the numbers of their COM names.

@@ -14,6 +14,8 @@ constexpr uint32_t kAttempt_ms = 1000;
 constexpr uint32_t kSettle_ms = 100;
 constexpr uint32_t kSettleAfterReconfigure_ms = 200;
 constexpr uint32_t kPauseSlice_ms = 50;  // how late an abort is seen
+// While ports are tried one after the other, one that never falls silent must not hold up the rest.
+constexpr uint32_t kRestOfTrial_ms = 2000;
 
 // In the order of SetupStep.
 constexpr const char* kSetupMessages[] = {
@@ -39,12 +41,35 @@ PortOpening Open(SerialLink& link) {
 
 int ConfigureOpened(SerialLink& link, const SerialSettings& settings) {
   Pause(link, kSettle_ms);
-  if (Configure(link, settings) != SetupStep::kNone) {
-    ClosePort(link);  // left open, it would be busy for the next attempt
-    return -1;
+  if (Configure(link, settings) == SetupStep::kNone) return 0;
+  ClosePort(link);  // left open, it would be busy for the next attempt
+  return -1;
+}
+
+// As BringToRest(), without a message.
+int Rest(SerialLink& link, uint32_t pause_ms, uint32_t longest_ms) {
+  const SerialFunctions& serial = link.platform->serial;
+  serial.free_output(serial.context, link.handle);
+  link.pending.clear();
+  const uint64_t start_ms = internal::Tick_ms(link);
+  uint64_t last_byte_ms = start_ms;
+  bool told = false;
+  for (;;) {
+    if (StopRequested(*link.operation)) return kAborted;
+    const uint64_t now_ms = internal::Tick_ms(link);
+    const uint64_t rested_ms = now_ms - start_ms;
+    if (rested_ms >= pause_ms && now_ms - last_byte_ms >= kQuiet_ms) return 0;
+    if (rested_ms > longest_ms) return kNotAtRest;
+    // The last byte of an answer may come in the pause; a person need not know of that.
+    if (rested_ms > pause_ms + kQuiet_ms && !told) {
+      told = true;
+      ShowStatus(*link.operation, "Waiting for the instrument to finish an earlier transfer");
+    }
+    const int received = internal::Receive(link, kMaxChunk);
+    if (received < 0) return 0;
+    if (received > 0) last_byte_ms = internal::Tick_ms(link);
+    link.pending.clear();
   }
-  Pause(link, kSettle_ms);
-  return 0;
 }
 
 std::string WithReason(const std::string& text, const std::string& reason) {
@@ -60,7 +85,12 @@ int OpenPort(SerialLink& link, const SerialSettings& settings) {
     if (StopRequested(*link.operation)) return -1;
     const PortOpening opening = Open(link);
     if (link.handle != kNoSerialHandle) {
-      if (ConfigureOpened(link, settings) == 0) return 0;
+      if (ConfigureOpened(link, settings) == 0) {
+        // After an interrupted transfer an instrument goes on with it on the port just opened.
+        if (BringToRest(link, kSettle_ms) == 0) return 0;
+        ClosePort(link);
+        return -1;
+      }
       // No further attempt: a port that opens and cannot be set up is the wrong one or broken.
       ShowMessage(*link.operation, "Error while initialising port", title);
       return -1;
@@ -84,7 +114,12 @@ int OpenPort(SerialLink& link, const SerialSettings& settings) {
 int TryOpenPort(SerialLink& link, const SerialSettings& settings, PortOpening& problem) {
   problem = Open(link);
   if (link.handle == kNoSerialHandle) return -1;
-  if (ConfigureOpened(link, settings) == 0) return 0;
+  if (ConfigureOpened(link, settings) == 0) {
+    if (Rest(link, kSettle_ms, kRestOfTrial_ms) == 0) return 0;
+    ClosePort(link);
+    problem = {.problem = PortProblem::kBusy, .reason = link.port_name + " does not fall silent"};
+    return -1;
+  }
   // Which step failed is left out: with many ports to try, the port's name matters.
   problem = {.problem = PortProblem::kOther,
              .reason = link.port_name + " opened but could not be configured"};
@@ -135,6 +170,21 @@ void Pause(const SerialLink& link, uint32_t ms) {
     const uint64_t slice_ms = std::min<uint64_t>(end_ms - now_ms, kPauseSlice_ms);
     clock.wait(clock.context, static_cast<uint32_t>(slice_ms));
   }
+}
+
+int BringToRest(SerialLink& link, uint32_t pause_ms) {
+  const int rested = Rest(link, pause_ms, kLongestRest_ms);
+  if (rested == kNotAtRest) {
+    ShowMessage(*link.operation,
+                "The instrument does not stop sending\nSwitch it off and on, then try again",
+                "Connecting to GPS on " + link.port_name);
+  }
+  return rested;
+}
+
+uint32_t Losses(const SerialLink& link) {
+  const SerialFunctions& serial = link.platform->serial;
+  return serial.losses(serial.context, link.handle);
 }
 
 namespace internal {

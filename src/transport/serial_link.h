@@ -17,6 +17,7 @@ inline constexpr uint8_t kXoff = 0x13;
 inline constexpr int kTimedOut = -1;
 inline constexpr int kPortFailed = -2;
 inline constexpr int kAborted = -3;
+inline constexpr int kNotAtRest = -6;
 
 inline constexpr uint32_t kDefaultAttempts = 30;
 
@@ -55,6 +56,20 @@ int WriteText(SerialLink& link, std::string_view text);
 
 // Waits; an abort ends the wait within 50 ms.
 void Pause(const SerialLink& link, uint32_t ms);
+
+inline constexpr uint32_t kQuiet_ms = 100;
+inline constexpr uint32_t kLongestRest_ms = 90'000;
+
+// The pause before a request, in which the link comes to rest: output that an XOFF has stopped is
+// freed, and what is pending or still arrives is thrown away. It takes pause_ms, and longer while
+// the instrument goes on sending: until kQuiet_ms have passed without a byte. Returns 0, kAborted
+// after the status "Transfer aborted", or kNotAtRest after a message when the instrument was still
+// sending after kLongestRest_ms. A port that fails meanwhile is left for the request to find out.
+int BringToRest(SerialLink& link, uint32_t pause_ms);
+
+// How often bytes on the way in have been lost or damaged, as far as the system knows; only a
+// difference means anything.
+uint32_t Losses(const SerialLink& link);
 
 // The terms of a read with a deadline.
 struct ReadTerms {

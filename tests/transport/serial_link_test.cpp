@@ -126,6 +126,40 @@ TEST_F(SerialLinkTest, ReadingKnowsTimeOutPortErrorAndAbortApart) {
       << "an unplugged adapter is an error at once";
 }
 
+TEST_F(SerialLinkTest, RestThrowsAwayWhatAnEarlierTransferStillSends) {
+  ASSERT_EQ(OpenPort(link, kSettings), 0);
+  const std::tuple<uint32_t, int, uint64_t, std::string> cases[] = {
+      {0, 0, 500, ""},
+      {450, 0, 550, ""},
+      {3000, 0, 3100, "Waiting for the instrument to finish an earlier transfer"},
+      {100'000, kNotAtRest, 90'000, "Waiting for the instrument to finish an earlier transfer"},
+  };
+  for (const auto& [sending_ms, result, rested_ms, status] : cases) {
+    recorder = {};
+    // A byte every 90 ms is never silence.
+    for (uint64_t ms = 0; ms <= sending_ms; ms += 90) {
+      Send(instrument.wire, "x", bench.now_ns + ms * 1'000'000);
+    }
+    const uint64_t start_ns = bench.now_ns;
+    EXPECT_EQ(BringToRest(link, 500), result);
+    EXPECT_NEAR(static_cast<double>(Elapsed_ms(bench, start_ns)), static_cast<double>(rested_ms),
+                120);
+    EXPECT_EQ(recorder.statuses, status.empty() ? std::vector<std::string>{} : std::vector{status});
+    EXPECT_EQ(recorder.messages.size(), result == 0 ? 0U : 1U);
+  }
+  bench.fault = Abort(bench.waits + 3);
+  EXPECT_EQ(BringToRest(link, 500), kAborted);
+}
+
+TEST_F(SerialLinkTest, RestFreesOutputWhoseXonWasLost) {
+  ASSERT_EQ(OpenPort(link, kSettings), 0);
+  Send(instrument.wire, "\x13", bench.now_ns);
+  Pause(link, 100);
+  EXPECT_EQ(WriteText(link, "$A\n"), -1);
+  EXPECT_EQ(BringToRest(link, 100), 0);
+  EXPECT_EQ(WriteText(link, "$A\n"), 0);
+}
+
 TEST_F(SerialLinkTest, TimeSpentOnFeedingIsNotTheInstrumentsSilence) {
   // A terminal that is stopped, or a client that hangs, holds the program up while bytes wait.
   script.answers["$A"] = {std::string(300, 'x') + "\n"};

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <grp.h>
+#include <linux/serial.h>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
@@ -179,8 +180,8 @@ SetupStep Configure(void*, SerialHandle port, const SerialSettings& settings) {
   if (tcsetattr(fd, TCSANOW, &state) != 0 || !Took(fd, state) || !HoldModemLines(fd)) {
     return SetupStep::kSetState;
   }
-  // An XOFF from before would hold the output back for ever. Emptying comes last: what arrived
-  // until now was taken in with the speed before.
+  // A stop by tcflow() from before would hold the output back for ever. Emptying comes last: what
+  // arrived until now was taken in with the speed before.
   if (tcflow(fd, TCOON) != 0 || tcflush(fd, TCIOFLUSH) != 0) return SetupStep::kPurge;
   return SetupStep::kNone;
 }
@@ -189,6 +190,26 @@ SetupStep Configure(void*, SerialHandle port, const SerialSettings& settings) {
 
 bool MayRetry(int error) {
   return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
+}
+
+// tcflow() undoes only its own stop. An XOFF that was received is forgotten when flow control is
+// switched off for a moment, by the adapters that keep it themselves too.
+void FreeOutput(void*, SerialHandle port) {
+  const int fd = static_cast<int>(port);
+  termios state{};
+  if (tcgetattr(fd, &state) != 0 || (state.c_iflag & IXON) == 0) return;
+  termios without = state;
+  without.c_iflag &= ~static_cast<tcflag_t>(IXON);
+  (void)tcsetattr(fd, TCSANOW, &without);
+  (void)tcsetattr(fd, TCSANOW, &state);
+}
+
+// Pseudo-terminals and some adapters do not count.
+uint32_t Losses(void*, SerialHandle port) {
+  serial_icounter_struct counts{};
+  if (ioctl(static_cast<int>(port), TIOCGICOUNT, &counts) != 0) return 0;
+  return static_cast<uint32_t>(counts.overrun) + static_cast<uint32_t>(counts.buf_overrun) +
+         static_cast<uint32_t>(counts.frame);
 }
 
 // Reading comes before waiting, so what an unplugged port had received is delivered before its end.
@@ -291,6 +312,8 @@ SerialFunctions PosixSerial() {
           .read = Read,
           .write = Write,
           .close = Close,
+          .free_output = FreeOutput,
+          .losses = Losses,
           .list = List,
           .name_of = NameOf};
 }

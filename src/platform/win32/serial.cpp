@@ -158,8 +158,12 @@ Transfer FinishTransfer(SerialPort& port, OVERLAPPED& block, BOOL done, DWORD pa
 
 // False when the port cannot even be asked, as when its adapter was pulled out.
 bool ClearError(SerialPort& port) {
+  constexpr DWORD kLost = CE_OVERRUN | CE_RXOVER | CE_FRAME;
   DWORD errors = 0;
-  return ClearCommError(port.file.handle, &errors, nullptr) != 0;
+  const bool is_there = ClearCommError(port.file.handle, &errors, nullptr) != 0;
+  // Asking clears the flags, so whoever asks has to count.
+  if ((errors & kLost) != 0) ++port.losses;
+  return is_there;
 }
 
 // The drivers of some adapters go on reading nothing, without an error, after the adapter was
@@ -186,6 +190,16 @@ int Write(void*, SerialHandle handle, const uint8_t* bytes, size_t count) {
   return -1;
 }
 
+void FreeOutput(void*, SerialHandle handle) {
+  EscapeCommFunction(PortOf(handle).file.handle, SETXON);
+}
+
+uint32_t Losses(void*, SerialHandle handle) {
+  SerialPort& port = PortOf(handle);
+  ClearError(port);
+  return port.losses;
+}
+
 // --- The end ------------------------------------------------------------------------------------
 
 void Close(void*, SerialHandle handle) {
@@ -208,6 +222,8 @@ SerialFunctions Win32Serial() {
           .read = Read,
           .write = Write,
           .close = Close,
+          .free_output = FreeOutput,
+          .losses = Losses,
           .list = List,
           .name_of = NameOf};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <bit>
+#include <cstdint>
 
 #include "platform/platform.h"
 #include "platform/win32/handle.h"
@@ -20,6 +21,7 @@ struct SerialPort {
   OVERLAPPED write{};
   OVERLAPPED read{};
   DWORD write_ms_per_byte = 0;  // as configured
+  uint32_t losses = 0;          // answers of the driver that told of bytes lost or damaged
 };
 
 // The port of a handle that open() has given.

@@ -74,11 +74,17 @@ TEST_F(PosixSerial, AFailedWriteEmptiesTheOutput) {
   EXPECT_EQ(port.Write("x"), 0);
 }
 
-TEST_F(PosixSerial, ConfiguringReleasesStoppedOutput) {
-  const Port port(cable.name);
+TEST_F(PosixSerial, StoppedOutputCanBeReleased) {
+  const Port port(cable.name, {.xon_xoff = true});
   ASSERT_EQ(tcflow(static_cast<int>(port.handle), TCOOFF), 0);
   EXPECT_EQ(port.Write("x"), -1);
-  port.Configure({});
+  port.Configure({.xon_xoff = true});
+  EXPECT_EQ(port.Write("x"), 0);
+  // An XOFF whose XON is lost.
+  ASSERT_EQ(cable.instrument.Write("\x13"), 0);
+  EXPECT_EQ(port.ReadAll(1, 1), "");
+  EXPECT_EQ(port.Write("x"), -1);
+  Serial().free_output(nullptr, port.handle);
   EXPECT_EQ(port.Write("x"), 0);
 }
 
