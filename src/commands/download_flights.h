@@ -36,13 +36,14 @@ struct DownloadFlightsResult {
 };
 
 // Downloads flights and saves them. The newest becomes the document's flight when all were fetched;
-// after a failure those that arrived whole are saved, unless they were to be joined, and the
-// document keeps what it had. `end` is called once, as RunInstrumentJob() says.
+// after a failure those that arrived are saved, each in a file of its own, and the document keeps
+// what it had. What arrived of a flight that is not whole is saved with "-incomplete" before the
+// extension. `end` is called once, as RunInstrumentJob() says.
 void DownloadFlights(Session& session, DownloadFlightsRequest request,
                      std::function<void(DownloadFlightsResult)> end);
 
 struct FlightListResult {
-  bool done = false;
+  bool done = false;  // the list is there, and whole
   InstrumentIdentity identity;
   std::vector<TrackListEntry> list;
 };

@@ -35,6 +35,7 @@ inline constexpr uint32_t kAccessTypes = 11;
 // What a job reads, or on entry what it is to write.
 struct JobData {
   std::vector<TrackListEntry> track_list;
+  bool list_is_whole = true;  // track_list has as many flights as the instrument has announced
   std::vector<Flight> flights;
   std::vector<WaypointRecord> waypoints;
   std::vector<FileWaypoint> waypoints_to_send;  // nothing cut: the driver knows its widths
@@ -58,6 +59,10 @@ struct PositionReports {
 // The result of a job that needs the instrument's track list when its model or software has none.
 // Nothing has been said about it: a caller may know another way.
 inline constexpr int kNoTrackList = -10;
+
+// The result of such a job when nobody knows whether an instrument of this name has a track list.
+// Nothing has been said about it either.
+inline constexpr int kUnknownModel = -11;
 
 // The parameter of a track log job that does not ask for flights from the list.
 inline constexpr int32_t kCurrentTrack = -1;

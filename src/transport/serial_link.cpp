@@ -48,8 +48,7 @@ int ConfigureOpened(SerialLink& link, const SerialSettings& settings) {
 
 // As BringToRest(), without a message.
 int Rest(SerialLink& link, uint32_t pause_ms, uint32_t longest_ms) {
-  const SerialFunctions& serial = link.platform->serial;
-  serial.free_output(serial.context, link.handle);
+  FreeOutput(link);
   link.pending.clear();
   const uint64_t start_ms = internal::Tick_ms(link);
   uint64_t last_byte_ms = start_ms;
@@ -180,6 +179,11 @@ int BringToRest(SerialLink& link, uint32_t pause_ms) {
                 "Connecting to GPS on " + link.port_name);
   }
   return rested;
+}
+
+void FreeOutput(const SerialLink& link) {
+  const SerialFunctions& serial = link.platform->serial;
+  serial.free_output(serial.context, link.handle);
 }
 
 uint32_t Losses(const SerialLink& link) {

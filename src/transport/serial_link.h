@@ -67,6 +67,9 @@ inline constexpr uint32_t kLongestRest_ms = 90'000;
 // sending after kLongestRest_ms. A port that fails meanwhile is left for the request to find out.
 int BringToRest(SerialLink& link, uint32_t pause_ms);
 
+// Lets output leave that an XOFF of the instrument has stopped.
+void FreeOutput(const SerialLink& link);
+
 // How often bytes on the way in have been lost or damaged, as far as the system knows; only a
 // difference means anything.
 uint32_t Losses(const SerialLink& link);

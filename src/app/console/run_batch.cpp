@@ -52,14 +52,14 @@ int RunFlightList(const Batch& batch) {
   const auto result = RunToEnd<FlightListResult>(*batch.console, [&](auto end) {
     ReadFlightList(*batch.session, MakeInstrumentRequest(*batch.block), end);
   });
-  // The reason has been shown by the job.
-  if (!result.done) return Finish(batch, false);
+  // The reason has been shown by the job. A list that is not whole is shown nevertheless.
+  if (!result.done && result.list.empty()) return Finish(batch, false);
   // No mark in the table: nothing is about to be fetched.
   Print(batch, IdentityText(result.identity) + FlightTable(result.list, {}));
   for (const TrackListEntry& entry : result.list) {
     NotifyClient(*batch.session, batch.block->notify_client, FlightNotice(entry));
   }
-  return Finish(batch, true);
+  return Finish(batch, result.done);
 }
 
 int RunDownloadWaypoints(const Batch& batch) {

@@ -26,15 +26,16 @@ const Model* FindModel(const std::string& device_name) {
   return nullptr;
 }
 
-bool HasTrackList(const std::string& device_name, const std::string& software) {
+TrackListGate GateOf(const std::string& device_name, const std::string& software) {
   for (const Model& model : kModels) {
     // The whole name here: a name that only contains a model's is of an instrument nobody has
     // tried.
     if (device_name != model.device_name) continue;
     // As text, so that "1.9" is above "1.13".
-    return model.track_list_above == nullptr || software > model.track_list_above;
+    const bool has = model.track_list_above == nullptr || software > model.track_list_above;
+    return has ? TrackListGate::kOpen : TrackListGate::kOldSoftware;
   }
-  return false;
+  return TrackListGate::kUnknownModel;
 }
 
 }  // namespace skyhaul::flytec

@@ -15,8 +15,9 @@ struct Model {
 // The model whose name is part of a device name, the first in the table's order; null for none.
 const Model* FindModel(const std::string& device_name);
 
-// True when an instrument with this exact device name and software version has a track list.
-// Versions are compared as text, and the named one itself has none yet.
-bool HasTrackList(const std::string& device_name, const std::string& software);
+// Whether an instrument with this exact device name and software version has a track list. Versions
+// are compared as text, and the named one itself has none yet.
+enum class TrackListGate { kOpen, kOldSoftware, kUnknownModel };
+TrackListGate GateOf(const std::string& device_name, const std::string& software);
 
 }  // namespace skyhaul::flytec

@@ -7,6 +7,7 @@
 #include "device/find_instrument.h"
 #include "protocols/flytec/models.h"
 #include "protocols/flytec/requests.h"
+#include "protocols/sentence/checksum.h"
 #include "protocols/sentence/fields.h"
 #include "protocols/sentence/line_collector.h"
 #include "protocols/sentence/write_sentence.h"
@@ -39,14 +40,16 @@ std::string Normalised(std::string_view text, size_t longest) {
   return result;
 }
 
-int AskOnce(Job& job, ProductData& data) {
+// bent: the answer contradicts its own checksum.
+int AskOnce(Job& job, ProductData& data, bool& bent) {
   if (WriteSentence(job.link, kRequestProductData) != 0) return kWriteFailed;
   LineCollector collector;
   collector.limit = kLongestLine;
   // Other lines may still be on their way from an earlier conversation, so they are passed over.
   const auto feed = [&](uint8_t byte) {
-    const bool complete = CollectLineByte(collector, byte);
-    return complete && ParseProductData(collector.line, data) == 0 ? Feed::kDone : Feed::kMore;
+    if (!CollectLineByte(collector, byte)) return Feed::kMore;
+    bent = ContradictsChecksum(collector.line);
+    return ParseProductData(collector.line, data) == 0 ? Feed::kDone : Feed::kMore;
   };
   const int result = ReadWithDeadline(job.link, {.timeout_ms = kAnswer_ms}, feed);
   if (result != 0) return result;
@@ -68,13 +71,13 @@ void ShowFailure(const Job& job, int failure) {
   }
 }
 
-int AskWithAttempts(Job& job, ProductData& data) {
+int AskWithAttempts(Job& job, ProductData& data, bool& bent) {
   const uint32_t attempts = job.link.attempts;
   // An odd number of attempts ends with a whole request.
   for (uint32_t used = 0; used < attempts; used += kAttemptsPerRequest) {
     ShowProgress(job.operation, FormatCountMessage("Requesting product info (%)",
                                                    (attempts - used) / kAttemptsPerRequest));
-    const int result = AskOnce(job, data);
+    const int result = AskOnce(job, data, bent);
     if (result == kTimedOut) continue;
     ShowFailure(job, result);
     return result;
@@ -83,9 +86,18 @@ int AskWithAttempts(Job& job, ProductData& data) {
   return -1;
 }
 
+// A byte that changed on the way may stand in the name, which decides what can be fetched, so such
+// an answer is asked for once more. No more than that: an instrument may have a sum of its own.
+int Identify(Job& job, ProductData& data) {
+  bool bent = false;
+  const int result = AskWithAttempts(job, data, bent);
+  return result == 0 && bent ? AskWithAttempts(job, data, bent) : result;
+}
+
 int AskOnCandidate(Job& job) {
   ProductData data;
-  const int result = AskOnce(job, data);
+  bool bent = false;
+  const int result = AskOnce(job, data, bent);
   if (result == kNoPilotName) ShowFailure(job, result);
   // The search goes on to the next port after a failure to write, as after a failure to read.
   return result == kWriteFailed ? kPortFailed : result;
@@ -121,15 +133,14 @@ int ReadProductData(Job& job, ProductData& data) {
   } else if (OpenPort(job.link, kPortSettings) != 0) {
     return -1;
   }
-  const int result = AskWithAttempts(job, data);
+  const int result = Identify(job, data);
   if (result != 0) return result;
   ShowStatus(job.operation, "Product data read");
   ShowProgress(job.operation,
                data.device_name + ", SN" + data.serial_number + ", SW" + data.software);
   FillIdentity(job, data);
   // Every job goes on with a request.
-  Pause(job.link, kBeforeNextCommand_ms);
-  return StopRequested(job.operation) ? kAborted : 0;
+  return BringToRest(job.link, kBeforeNextCommand_ms);
 }
 
 }  // namespace skyhaul::flytec

@@ -1,6 +1,5 @@
 #include "protocols/flytec/track_list_line.h"
 
-#include <cstdint>
 #include <vector>
 
 #include "core/time_scale.h"
@@ -57,12 +56,11 @@ std::string_view WithoutChecksum(std::string_view field) {
 
 // $PBRTL,NN,n,DD.MM.YY,HH:MM:SS,HH:MM:SS*hh, for example
 // $PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D
-const char* ParseTrackListLine(std::string_view line, TrackListEntry& entry) {
+const char* ParseTrackListLine(std::string_view line, TrackListEntry& entry, uint32_t& announced) {
   const std::vector<std::string_view> fields = SplitFields(line, kMostFields);
   if (fields.size() < kLeastFields) return "NMEA line parse error";
   if (fields[0] != "$PBRTL") return "Bad NMEA identifier";
-  uint32_t count = 0;
-  if (ParseUintField(fields[1], count) != 0) return "Bad track count parameter";
+  if (ParseUintField(fields[1], announced) != 0) return "Bad track count parameter";
   if (ParseUintField(fields[2], entry.index) != 0) return "Bad track index parameter";
   CalendarTime date;
   if (ParseDate(fields[3], date) != 0) return "Bad track date parameter";

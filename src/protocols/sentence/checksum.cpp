@@ -1,5 +1,7 @@
 #include "protocols/sentence/checksum.h"
 
+#include <charconv>
+
 namespace skyhaul {
 
 uint8_t SentenceChecksum(std::string_view bytes) {
@@ -19,6 +21,17 @@ void AppendNmeaChecksum(std::string& sentence, size_t capacity) {
     if (sentence.size() + 1 >= capacity) return;
     sentence += c;
   }
+}
+
+bool ContradictsChecksum(std::string_view sentence) {
+  // $PBRTL,*74
+  const size_t star = sentence.size() < 4 ? 0 : sentence.size() - 3;
+  if (star == 0 || sentence[star] != '*') return false;
+  unsigned written = 0;
+  const char* const end = sentence.data() + sentence.size();
+  const auto [at, error] = std::from_chars(end - 2, end, written, 16);
+  if (error != std::errc() || at != end) return true;
+  return written != SentenceChecksum(sentence.substr(1, star - 1));
 }
 
 int UpperHexValue(uint8_t digit) {

@@ -16,6 +16,10 @@ uint8_t SentenceChecksum(std::string_view bytes);
 // digits, CR and LF, as far as they fit: a sentence holds at most capacity - 1 characters.
 void AppendNmeaChecksum(std::string& sentence, size_t capacity = kSentenceCapacity + 5);
 
+// True when a sentence, from '$' on and without its line end, closes with '*' and two hexadecimal
+// digits (of either case) that are not its checksum. A sentence without them says nothing.
+bool ContradictsChecksum(std::string_view sentence);
+
 // The value of an upper-case hexadecimal digit, or -1. Lower case is refused: a checksum never uses
 // it.
 int UpperHexValue(uint8_t digit);

@@ -6,7 +6,8 @@
 
 namespace skyhaul {
 
-// Writes one sentence as it stands to the link's port and to the trace. Returns 0, or -1 when the
+// Writes one sentence as it stands to the link's port and to the trace, after freeing output that
+// an XOFF has stopped. Returns 0, or -1 when the
 // port did not take it; the caller says its own message.
 int WriteSentence(SerialLink& link, std::string_view sentence);
 

@@ -16,10 +16,11 @@ inline std::string Sentence(const std::string& body) {
   return sentence;
 }
 
-// A line of the flight list: a flight of 27 April 2017.
+// A line of the list of so many flights: one of 27 April 2017.
 inline std::string ListLine(uint32_t index, const char* start = "12:30:00",
-                            const char* duration = "00:06:40") {
-  return Sentence("PBRTL,300," + std::to_string(index) + ",27.04.17," + start + "," + duration);
+                            const char* duration = "00:00:04", uint32_t total = 1) {
+  return Sentence("PBRTL," + std::to_string(total) + "," + std::to_string(index) + ",27.04.17," +
+                  start + "," + duration);
 }
 
 // A line of the waypoint list.

@@ -24,15 +24,16 @@ TEST(ProductData, TextsAreNormalisedAndCut) {
 }
 
 TEST(ProductData, ModelsAndTheTrackListGate) {
-  const std::tuple<const char*, const char*, const char*, bool> cases[] = {
-      {"5030", "5030", "2.19", false},     {"5030", "5030", "2.2", true},
-      {"COMPEO", "Compeo", "2.19", false}, {"COMPEO+", "Compeo+", "", true},
-      {"IQ 6030", "6030", "9.99", false},  {"7000", "none", "9.99", false},
+  using enum TrackListGate;
+  const std::tuple<const char*, const char*, const char*, TrackListGate> cases[] = {
+      {"5030", "5030", "2.19", kOldSoftware},     {"5030", "5030", "2.2", kOpen},
+      {"COMPEO", "Compeo", "2.19", kOldSoftware}, {"COMPEO+", "Compeo+", "", kOpen},
+      {"IQ 6030", "6030", "9.99", kUnknownModel}, {"7000", "none", "9.99", kUnknownModel},
   };
-  for (const auto& [device, model_name, software, has_list] : cases) {
+  for (const auto& [device, model_name, software, gate] : cases) {
     const Model* model = FindModel(device);
     EXPECT_STREQ(model == nullptr ? "none" : model->model_name, model_name) << device;
-    EXPECT_EQ(HasTrackList(device, software), has_list) << device << software;
+    EXPECT_EQ(GateOf(device, software), gate) << device << software;
   }
 }
 
@@ -70,6 +71,21 @@ TEST(ProductData, EachFailureHasItsMessage) {
     EXPECT_EQ(b.recorder.messages, Texts{message});
     EXPECT_EQ(b.script.requests.size(), requests) << message;
     EXPECT_LE(b.Waited_ms(), 200 + 2051.0 * static_cast<double>(requests)) << message;
+  }
+}
+
+TEST(ProductData, AChangedNameIsAskedForOnceMore) {
+  const std::string good = Sentence("PBRSNP,6030,P,01001,3.30");
+  const std::string bent = "$PBRSNP,6130" + good.substr(12);
+  const std::tuple<Texts, const char*, size_t> cases[] = {
+      {{bent, good}, "6030", 2}, {{bent}, "6130", 2}, {{"$PBRSNP,6130,P,1,2\r\n"}, "6130", 1}};
+  for (const auto& [answers, name, requests] : cases) {
+    FlytecBench b;
+    b.script.answers["$PBRSNP,"] = answers;
+    ProductData data;
+    ASSERT_EQ(ReadProductData(b.job, data), 0);
+    EXPECT_EQ(data.device_name, name);
+    EXPECT_EQ(b.script.requests.size(), requests);
   }
 }
 

@@ -18,16 +18,17 @@ struct Reading {
   const char* title;
 };
 constexpr Reading kList = {FlightListJob, "$PBRTL,", "Read GPS track list: "};
-constexpr Reading kNoFlights = {TrackLogJob, "$PBRTL,", "Read GPS track log: "};
 constexpr Reading kFlight = {TrackLogJob, "$PBRTR,00", "Read GPS track log: "};
 constexpr Reading kCtrs = {ReadCtrJob, "$PBRCTR,", "Read CTR list: "};
 constexpr Reading kWaypoints = {ReadWaypointsJob, "$PBRWPS,", "Read GPS waypoints: "};
 
 TEST(Reading, AListEndsWithItsSilenceOrItsLastLine) {
   const std::tuple<Reading, std::string, const char*, Texts, double> cases[] = {
-      // The last index that is kept, one that is not, and one that comes twice.
       {kList,
-       ListLine(3) + ListLine(254) + ListLine(255) + ListLine(0) + ListLine(3),
+       // A late answer to an earlier request, the last index that is kept, one that is not, and one
+       // that comes twice.
+       Sentence("PBRSNP,6030,P,01001,3.30") + ListLine(3, "12:30:00", "00:00:04", 4) +
+           ListLine(254) + ListLine(255) + ListLine(0) + ListLine(3),
        "$PBRTL,*74",
        {"3 tracks in track list found"},
        1000},
@@ -53,7 +54,6 @@ TEST(Reading, AListEndsWithItsSilenceOrItsLastLine) {
 }
 
 TEST(Reading, EachFailureHasItsMessageAndDeliversNothing) {
-  const std::string flight = "HFDTE270417\r\nB1200004743564N01121571EA0062000640\r\n";
   const std::string waypoint = WaypointLine();
   std::string endless;
   for (int n = 0; n < 10'001; ++n) endless += waypoint;
@@ -61,14 +61,8 @@ TEST(Reading, EachFailureHasItsMessageAndDeliversNothing) {
       {kList, "$PBRTL,1\r\n", {}, "NMEA line parse error"},
       {kList, ListLine(0), FailWrite(1), "E500 COM port write error"},
       {kList, ListLine(0), Unplug(60), "E503 COM port read error"},
-      {kNoFlights, "", {}, "The instrument holds no track logs"},
-      {kFlight, "AXSH000\r\nG00\r\n", {}, "0 points received"},
-      {kFlight, "@", {}, "E205 Bad record type (40)"},
-      {kFlight, flight + "[", {}, "E205 Bad record type (5B)"},
-      {kFlight, "L" + std::string(81, 'x'), {}, "E207 Too long sentence"},
-      {kFlight, "AX\r\n", {}, "E206 Format error 1"},
-      {kFlight, flight, FailWrite(2), "E202 COM port write error"},
-      {kFlight, flight, Unplug(105), "E203 COM port read error"},
+      {kFlight, "AXSH000\r\n", FailWrite(2), "E202 COM port write error"},
+      {kFlight, "AXSH000\r\n", Unplug(105), "E203 COM port read error"},
       {kCtrs, kListEnd, FailWrite(1), "E700 COM port write error"},
       {kCtrs, kListEnd, Unplug(50), "E701 COM port read error"},
       {kCtrs, kOneCtr + "$" + std::string(82, 'x'), {}, "E703 Format error 1"},
@@ -113,21 +107,57 @@ TEST(TrackListLine, EachFieldHasItsMessage) {
         line += (i == 0 ? "" : ",") + (i == at ? text : kSound[i]);
       }
       TrackListEntry entry;
-      EXPECT_STREQ(ParseTrackListLine(line, entry), message) << line;
+      uint32_t announced = 0;
+      EXPECT_STREQ(ParseTrackListLine(line, entry, announced), message) << line;
     }
   }
   const std::string line = "$PBRTL,07,01,27.04.17,15:29:56,00:04:55*7D";
   TrackListEntry entry;
-  EXPECT_EQ(ParseTrackListLine(line, entry), nullptr);
-  EXPECT_EQ(std::tie(entry.index, entry.start_time, entry.duration_s, entry.line),
-            std::tuple(1U, TimeFromCalendar({2017, 4, 27, 15, 29, 56}), 295U, line));
+  uint32_t announced = 0;
+  EXPECT_EQ(ParseTrackListLine(line, entry, announced), nullptr);
+  EXPECT_EQ(std::tie(announced, entry.index, entry.start_time, entry.duration_s, entry.line),
+            std::tuple(7U, 1U, TimeFromCalendar({2017, 4, 27, 15, 29, 56}), 295U, line));
 }
 
 TEST(TrackList, TheGateRefusesWithoutAWord) {
-  FlytecBench b("COMPETINO", "1.13");
-  EXPECT_EQ(FlightListJob(b.job), kNoTrackList);
-  EXPECT_EQ(b.script.requests.size(), 1U);
-  EXPECT_TRUE(b.recorder.messages.empty());
+  for (const auto& [device, result] :
+       {std::pair{"COMPETINO", kNoTrackList}, {"C0MPETINO", kUnknownModel}}) {
+    FlytecBench b(device, "1.13");
+    EXPECT_EQ(FlightListJob(b.job), result);
+    EXPECT_EQ(b.script.requests.size(), 1U);
+    EXPECT_TRUE(b.recorder.messages.empty());
+  }
+}
+
+TEST(TrackList, IsAskedForOnceMoreAndNeverPassesForWholeOrEmpty) {
+  const auto line = [](uint32_t index) { return ListLine(index, "12:30:00", "00:00:04", 3); };
+  const std::string whole = line(0) + line(1) + line(2);
+  std::string bent = whole;
+  bent[bent.find("12:30")] = '0';
+  const std::tuple<Texts, int, size_t, Texts> cases[] = {
+      {{line(1), line(0) + line(2)}, 3, 3, {}},
+      {{bent, whole}, 3, 3, {}},
+      {{whole.substr(0, 20), whole}, 3, 3, {}},
+      {{"", whole}, 3, 3, {}},
+      {{line(0) + line(2)}, -1, 2, {"Read GPS track list: 3 flights announced, 2 received"}},
+      {{bent}, -1, 2, {"Read GPS track list: 3 flights announced, 2 received"}},
+      {{""},
+       -1,
+       0,
+       {"Read GPS track list: The instrument has sent no track list: its memory is "
+        "empty, or it did not answer\nIs it in its main menu? Switch it off and on, "
+        "then try again"}},
+      // A sum of the instrument's own is no damage.
+      {{"$PBRTL,1,0,27.04.17,12:30:00,00:00:04*00\r\n"}, 1, 1, {}},
+  };
+  for (const auto& [answers, result, flights, messages] : cases) {
+    FlytecBench b;
+    b.script.answers["$PBRTL,"] = answers;
+    EXPECT_EQ(FlightListJob(b.job), result);
+    EXPECT_EQ(b.job.data.track_list.size(), flights);
+    EXPECT_EQ(b.recorder.messages, messages);
+    EXPECT_EQ(b.script.requests.size(), 3U) << "identification, and the list twice";
+  }
 }
 
 }  // namespace
