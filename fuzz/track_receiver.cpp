@@ -2,6 +2,7 @@
 // fault never leaves a fix that no line held.
 
 #include "protocols/flytec/track_receiver.h"
+#include "protocols/flytec/whole_flight.h"
 
 #include "fuzz/frame.h"
 
@@ -16,11 +17,15 @@ void Fuzz(std::string_view text) {
   while (fed < text.size() && fault == TrackFault::kNone) {
     fault = FeedTrackByte(receiver, static_cast<uint8_t>(text[fed++]));
   }
-  Require(receiver.text == text.substr(0, fed));
+  // Sentences ahead of the text are no part of it.
+  Require(text.substr(0, fed).ends_with(receiver.text));
   const auto ends =
       static_cast<size_t>(std::count(receiver.text.begin(), receiver.text.end(), '\n'));
   Require(receiver.decoder.points.size() + receiver.decoder.g_records <= ends);
-  Require(TrackFaultMessage(fault, receiver.detail).empty() == (fault == TrackFault::kNone));
+  Require(fault == TrackFault::kNone || fault == TrackFault::kTextMemory ||
+          fault == TrackFault::kPositionMemory);
+  Require((receiver.damaged_lines == 0) == (receiver.fault == TrackFault::kNone));
+  (void)WhatIsMissing({.receiver = &receiver});
 }
 
 }  // namespace skyhaul

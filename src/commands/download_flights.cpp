@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "commands/save_flights.h"
+#include "files/formats.h"
 
 namespace skyhaul {
 
@@ -36,8 +37,10 @@ void Install(Download& download, JobEnd& job, bool saved) {
 
 void Finish(Download& download, JobEnd job) {
   DownloadFlightsResult result;
-  // Flights that were to be joined are no flights by themselves.
-  if (job.result < 0 && download.request.join) job.data.flights.clear();
+  // Flights that could not be joined are kept one by one, and none passes for all of them.
+  if (job.result < 0 && download.request.join) {
+    download.request.target.path = WithNameEnd(download.request.target.path, "-part");
+  }
   // Saving comes before installing, because installing moves the newest flight away. Flights that
   // arrived before a failure are saved too: another download takes minutes.
   const bool saved = SaveFlights(*download.session, download.request, job.identity,
@@ -52,8 +55,19 @@ void Finish(Download& download, JobEnd job) {
 
 void Run(const SharedDownload& download);
 
+// A name that nobody knows may be a known one with a byte changed on the way. What the instrument
+// has selected on its screen would then be saved as if it were the newest flight.
+void RefuseUnknownModel(const Download& download, const JobEnd& job) {
+  ShowMessage(download.operation,
+              "Nothing was downloaded: the instrument calls itself " + job.identity.description +
+                  ", a model that this program does not know\nIf the name looks damaged, check "
+                  "the cable and try again",
+              kTitle);
+}
+
 // An instrument without a track list can still give the one flight that is selected on it.
 void TakeJobEnd(const SharedDownload& download, JobEnd job) {
+  if (job.result == kUnknownModel) RefuseUnknownModel(*download, job);
   // Tried once only: an instrument that says again that it has no list has failed.
   if (job.result != kNoTrackList || download->selected_asked_for) {
     return Finish(*download, std::move(job));
@@ -106,7 +120,7 @@ void ReadFlightList(Session& session, const InstrumentRequest& instrument,
                     std::function<void(FlightListResult)> end) {
   // The session outlives its jobs, so a reference to it is enough.
   const auto take_end = [&session, end = std::move(end)](JobEnd job) {
-    if (job.result == kNoTrackList) {
+    if (job.result == kNoTrackList || job.result == kUnknownModel) {
       ShowMessage(Operation{.shell = session.shell}, "This instrument has no track list",
                   "Read GPS track list");
     }

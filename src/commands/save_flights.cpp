@@ -40,19 +40,28 @@ igc::HeaderTexts Header(const Saving& saving) {
   return header;
 }
 
-// "flight.kml" for the first of several files, then "flight-2.kml", "flight-3.kml" and so on.
-std::string NumberedPath(const std::string& path, size_t number) {
-  if (number == 1) return path;
-  // The extension includes its point: "flight.kml" is cut into "flight" and ".kml".
-  const size_t end = path.size() - Extension(path).size();
-  return path.substr(0, end) + "-" + std::to_string(number) + path.substr(end);
+// What stands before the extension of the n-th of several files: nothing for the first one, then
+// "-2", "-3" and so on.
+std::string NumberText(size_t number) {
+  return number == 1 ? "" : "-" + std::to_string(number);
 }
 
-IgcSave MakeIgcSave(const Saving& saving, size_t number, const std::vector<std::string>& written) {
+std::string NumberedPath(const std::string& path, size_t number) {
+  return WithNameEnd(path, NumberText(number));
+}
+
+// No file with a part of a flight has the name of a file with a whole one.
+std::string IncompleteText(const Flight& flight) {
+  return flight.missing.empty() ? "" : "-incomplete";
+}
+
+IgcSave MakeIgcSave(const Saving& saving, const Flight& flight, size_t number,
+                    const std::vector<std::string>& written) {
   const FlightTarget& target = saving.request->target;
   IgcSave save;
   save.path = target.kind == FlightTarget::Kind::kIgcFolder ? AsFolder(target.path)
                                                             : NumberedPath(target.path, number);
+  save.name_end = IncompleteText(flight);
   save.is_template = target.kind == FlightTarget::Kind::kIgcFolder;
   save.overwrite = target.overwrite;
   save.header = Header(saving);
@@ -83,7 +92,7 @@ int SaveAsTrackFile(const Saving& saving, const Flight& flight, size_t number, s
   contents.header.site = header.site;
   contents.header.competition_class = header.competition_class;
   contents.header.competition_id = header.competition_id;
-  path = NumberedPath(target.path, number);
+  path = WithNameEnd(target.path, NumberText(number) + IncompleteText(flight));
   return SaveFile(saving.operation, path, target.keyword, contents, target.overwrite);
 }
 
@@ -91,6 +100,7 @@ int SaveAsTrackFile(const Saving& saving, const Flight& flight, size_t number, s
 // is left of it.
 int CutOut(const Saving& saving, const Flight& flight, Flight& part) {
   part.points = FilterPoints(flight.points, saving.request->target.filter);
+  part.missing = flight.missing;
   if (!part.points.empty()) return 0;
   ShowMessage(saving.operation,
               "The flight has no positions between the times of FILTER and FILTEREND (UTC)",
@@ -115,7 +125,7 @@ int SaveOne(const Saving& saving, const Flight& flight, size_t number,
     }
   }
   if (!igc) return SaveAsTrackFile(saving, *saved, number, path);
-  return SaveIgcAuto(saving.operation, *saved, MakeIgcSave(saving, number, written), path);
+  return SaveIgcAuto(saving.operation, *saved, MakeIgcSave(saving, flight, number, written), path);
 }
 
 }  // namespace

@@ -23,6 +23,7 @@ struct InstrumentIgc {
 struct Flight {
   std::vector<TrackPoint> points;
   InstrumentIgc instrument_igc;  // nothing is expected when the points came in another way
+  std::string missing;           // what of it did not arrive, as a text; empty: it is whole
   uint32_t index = 0;            // TrackListEntry::index; 0 for an instrument's only flight
 };
 

@@ -260,6 +260,12 @@ std::string Extension(const std::string& path) {
   return dot == path.npos || dot <= name ? "" : path.substr(dot);
 }
 
+std::string WithNameEnd(const std::string& path, const std::string& name_end) {
+  // The extension includes its point: "flight.kml" is cut into "flight" and ".kml".
+  const size_t end = path.size() - Extension(path).size();
+  return path.substr(0, end) + name_end + path.substr(end);
+}
+
 bool HasUnknownExtension(const std::string& path) {
   return !IsKnown(TableExtension(path));
 }

@@ -42,6 +42,9 @@ struct FileFormat {
 // The extension of a path with its dot, as it stands there; empty when it has none.
 std::string Extension(const std::string& path);
 
+// The path with a text added to the file's name, before its extension.
+std::string WithNameEnd(const std::string& path, const std::string& name_end);
+
 // True when a path's extension belongs to no format, so that a default may be taken.
 bool HasUnknownExtension(const std::string& path);
 

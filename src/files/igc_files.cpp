@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "files/formats.h"
 #include "formats/igc/names.h"
 #include "formats/igc/read_igc.h"
 #include "platform/file.h"
@@ -82,7 +83,9 @@ int SaveUnderFreeNumber(const Operation& operation, const Flight& flight, const 
   const bool known = own && !flight.instrument_igc.serial.empty();
   const std::string serial = known ? flight.instrument_igc.serial : "000";
   for (int number = 1; number <= igc::kMaxFlightNumber; ++number) {
-    path = folder + igc::LongName(flight.points.front().time, manufacturer, serial, number);
+    path = WithNameEnd(
+        folder + igc::LongName(flight.points.front().time, manufacturer, serial, number),
+        save.name_end);
     // $date and $time are replaced by now, and the name is known.
     if (PathLength(path) > kMaxWrittenPath)
       return Fail(operation, "Too long file name", kSaveTitle, path);
@@ -132,11 +135,12 @@ int SaveIgcAuto(const Operation& operation, const Flight& flight, const IgcSave&
   if (const char* wrong = IgcText(flight, save, text)) return Fail(operation, wrong, kSaveTitle);
   std::string path =
       save.is_template ? igc::ExpandNameTemplate(save.path, flight.points.front().time) : save.path;
+  // A path that ends in a separator is a folder.
+  const bool named = NameStart(path) < path.size();
+  if (named) path = WithNameEnd(path, save.name_end);
   if (PathLength(path) > kMaxWrittenPath) {
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }
-  // A path that ends in a separator is a folder.
-  const bool named = NameStart(path) < path.size();
   const int saved = named ? SaveUnderFixedName(operation, save, path, text)
                           : SaveUnderFreeNumber(operation, flight, save, path, text);
   if (saved != 0) return -1;

@@ -17,6 +17,7 @@ int LoadIgcFile(const Operation& operation, const std::string& path, std::string
 
 struct IgcSave {
   std::string path;          // a folder's gets the standard file name
+  std::string name_end;      // stands before the extension
   bool is_template = false;  // the path may hold $date and $time
   bool overwrite = false;
   igc::HeaderTexts header;

@@ -2,27 +2,22 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <utility>
 #include <vector>
 
 #include "core/count_message.h"
+#include "core/text/date_time.h"
+#include "core/time_scale.h"
 #include "device/choose_flights.h"
-#include "device/position_reports.h"
+#include "protocols/flytec/fetch_track.h"
 #include "protocols/flytec/join_flights.h"
 #include "protocols/flytec/product_data.h"
 #include "protocols/flytec/requests.h"
 #include "protocols/flytec/track_list.h"
-#include "protocols/flytec/track_receiver.h"
-#include "protocols/sentence/write_sentence.h"
 
 namespace skyhaul::flytec {
 
 namespace {
 
-// The instrument gets a rest before each flight.
-constexpr uint32_t kBeforeRequest_ms = 500;
-constexpr uint32_t kSilence_ms = 2000;
-constexpr uint32_t kFixesPerProgress = 100;
 constexpr const char* kTitle = "Read GPS track log";
 
 int Fail(const Job& job, const std::string& text) {
@@ -30,74 +25,13 @@ int Fail(const Job& job, const std::string& text) {
   return -1;
 }
 
-// Shows the first position and every hundredth after it, as a share of the listed duration.
-void ShowPosition(const Job& job, const igc::Decoder& decoder, uint32_t duration_s) {
-  const auto count = static_cast<uint32_t>(decoder.points.size());
-  // Every hundredth is enough for a person.
-  if (count % kFixesPerProgress != 1) return;
-  if (count == 1) ShowStatus(job.operation, "Receiving track log");
-  // A fix may lie before the first one when the receiver has set its clock.
-  const uint32_t now = std::max(decoder.points.back().time, decoder.start_time);
-  const uint32_t flown_s = now - decoder.start_time;
-  const std::string text =
-      FormatCountMessage("Track position % (%m %s)", count, flown_s / 60, flown_s % 60);
-  const int percent =
-      duration_s == 0
-          ? kUnknownPercent
-          : static_cast<int>(std::min<uint64_t>(uint64_t{flown_s} * 100 / duration_s, 100));
-  ShowProgress(job.operation, text, percent);
-}
-
-int ReceiveTrack(Job& job, TrackReceiver& receiver, uint32_t duration_s) {
-  TrackFault fault = TrackFault::kNone;
-  uint32_t last_report_time = 0;
-  const auto feed = [&](uint8_t byte) {
-    const size_t before = receiver.decoder.points.size();
-    fault = FeedTrackByte(receiver, byte);
-    if (fault != TrackFault::kNone) return Feed::kDone;
-    if (receiver.decoder.points.size() > before) {
-      ShowPosition(job, receiver.decoder, duration_s);
-      ReportPosition(job, receiver.decoder.points.back(), last_report_time);
-    }
-    return Feed::kMore;
-  };
-  const int result =
-      ReadWithDeadline(job.link, {.timeout_ms = kSilence_ms, .since_last_byte = true}, feed);
-  // The fault first: it has stopped the reading, whose result says only that it was stopped.
-  if (fault != TrackFault::kNone) return Fail(job, TrackFaultMessage(fault, receiver.detail));
-  if (result == kPortFailed) return Fail(job, "E203 COM port read error");
-  // Silence is the end of a flight: IGC text has no mark of its own.
-  return result == kTimedOut ? 0 : result;
-}
-
-// Downloads one flight after the given request.
-int DownloadTrack(Job& job, const std::string& request, uint32_t index, uint32_t duration_s) {
-  if (StopRequested(job.operation)) return kAborted;
-  ShowStatus(job.operation, FormatCountMessage("Requesting track log %", index + 1));
-  Pause(job.link, kBeforeRequest_ms);
-  // An abort during the pause must not start a transfer of minutes.
-  if (StopRequested(job.operation)) return kAborted;
-  if (WriteSentence(job.link, request) != 0) return Fail(job, "E202 COM port write error");
-
-  TrackReceiver receiver;
-  const int received = ReceiveTrack(job, receiver, duration_s);
-  if (received != 0) return received;
-  igc::Decoder& decoder = receiver.decoder;
-  if (decoder.points.empty()) return Fail(job, "0 points received");
-  // Kept all the same: an unsigned flight is better than none.
-  if (decoder.g_records == 0) ShowMessage(job.operation, "No G-records found", kTitle);
-  job.data.flights.push_back({.points = std::move(decoder.points),
-                              .instrument_igc = {.expected = true,
-                                                 .text = std::move(receiver.text),
-                                                 .manufacturer = std::move(decoder.manufacturer),
-                                                 .serial = std::move(decoder.serial)},
-                              .index = index});
-  return 0;
-}
-
 // Picks what is to be fetched. Returns 0 with at least one index, ascending, or -1.
 int ChooseTracks(const Job& job, std::vector<uint32_t>& chosen) {
-  if (job.data.track_list.empty()) return Fail(job, "The instrument holds no track logs");
+  const std::vector<TrackListEntry>& list = job.data.track_list;
+  // Without the first line, which is the newest flight's, nobody knows which is the newest.
+  if (job.choice.how == FlightChoice::How::kNewest && list.front().index != 0) {
+    return Fail(job, "The newest flight is not among those that the instrument has listed");
+  }
   if (ChooseFlights(job, chosen) < 0) return -1;
   for (const uint32_t index : chosen) {
     if (index < kRequestableTracks) continue;
@@ -106,10 +40,23 @@ int ChooseTracks(const Job& job, std::vector<uint32_t>& chosen) {
   return 0;
 }
 
-uint32_t DurationOf(const std::vector<TrackListEntry>& list, uint32_t index) {
+const TrackListEntry* EntryOf(const std::vector<TrackListEntry>& list, uint32_t index) {
   const auto has_index = [&](const TrackListEntry& entry) { return entry.index == index; };
-  const auto found = std::find_if(list.begin(), list.end(), has_index);
-  return found == list.end() ? 0 : found->duration_s;
+  return &*std::find_if(list.begin(), list.end(), has_index);
+}
+
+// Fetches listed flights. One that is not whole does not keep the others from being fetched.
+// Returns 0, or a negative number when one of them is not whole or the job cannot go on.
+int DownloadListed(Job& job, const std::vector<uint32_t>& indices) {
+  int all = 0;
+  for (const uint32_t index : indices) {
+    const int downloaded = FetchTrack(job, {.request = TrackRequest(index),
+                                            .index = index,
+                                            .listed = EntryOf(job.data.track_list, index)});
+    if (downloaded != 0 && downloaded != kIncomplete) return downloaded;
+    if (downloaded != 0) all = downloaded;
+  }
+  return all;
 }
 
 int DownloadChosen(Job& job, const ProductData& product) {
@@ -118,12 +65,19 @@ int DownloadChosen(Job& job, const ProductData& product) {
   std::vector<uint32_t> chosen;
   const int choice = ChooseTracks(job, chosen);
   if (choice < 0) return choice;
-  for (const uint32_t index : chosen) {
-    const uint32_t duration_s = DurationOf(job.data.track_list, index);
-    const int downloaded = DownloadTrack(job, TrackRequest(index), index, duration_s);
-    if (downloaded != 0) return downloaded;
-  }
-  return 0;
+  const int downloaded = DownloadListed(job, chosen);
+  // Whole flights of a list that is not: the person must not take them for all there are.
+  return downloaded == 0 && !job.data.list_is_whole ? kIncomplete : downloaded;
+}
+
+// Nobody has chosen this flight by name, so its date is told before it is saved.
+int DownloadSelected(Job& job) {
+  const int downloaded = FetchTrack(job, {.request = kRequestCurrentIgc});
+  if (job.data.flights.empty()) return downloaded;
+  const CalendarTime start = CalendarFromTime(job.data.flights[0].points.front().time);
+  ShowStatus(job.operation, "The flight selected on the instrument is of " + DateText(start) + ' ' +
+                                TimeText(start) + " UTC");
+  return downloaded;
 }
 
 // Shows the number of all positions received as the last status, and returns it.
@@ -157,8 +111,7 @@ int TrackLogJob(Job& job) {
   ProductData product;
   const int identified = ReadProductData(job, product);
   if (identified != 0) return identified;
-  const int downloaded = job.parameter < 0 ? DownloadTrack(job, kRequestCurrentIgc, 0, 0)
-                                           : DownloadChosen(job, product);
+  const int downloaded = job.parameter < 0 ? DownloadSelected(job) : DownloadChosen(job, product);
   if (downloaded != 0) return downloaded;
   if (job.join_tracks && Join(job) != 0) return -1;
   return ShowPoints(job);
@@ -170,6 +123,7 @@ int AllTracksJob(Job& job) {
   if (identified != 0) return identified;
   const int listed = ReadTrackList(job, product);
   if (listed < 0) return listed;
+  int all = job.data.list_is_whole ? 0 : kIncomplete;
   for (const TrackListEntry& entry : job.data.track_list) {
     if (entry.index >= kRequestableTracks) {
       // The list is in the order of the index, so all that follow are too old as well.
@@ -179,14 +133,14 @@ int AllTracksJob(Job& job) {
       break;
     }
     ShowStatus(job.operation, FormatCountMessage("Reading track log %", entry.index + 1));
-    const int downloaded =
-        DownloadTrack(job, TrackRequest(entry.index), entry.index, entry.duration_s);
-    if (downloaded != 0) return downloaded;
+    const int downloaded = DownloadListed(job, {entry.index});
+    if (downloaded != 0 && downloaded != kIncomplete) return downloaded;
+    if (downloaded != 0) all = downloaded;
     ShowStatus(job.operation, FormatCountMessage("Analysing track log %", entry.index + 1));
   }
   const int points = ShowPoints(job);
   ShowStatus(job.operation, "Downloading completed");
-  return points;
+  return all != 0 ? all : points;
 }
 
 }  // namespace skyhaul::flytec

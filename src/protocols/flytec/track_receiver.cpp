@@ -10,32 +10,59 @@ namespace {
 
 constexpr size_t kLongestLine = 81;
 
-TrackFault DecodeLine(TrackReceiver& receiver) {
-  // A line without a byte, as between two CR LF.
-  if (receiver.line.empty()) return TrackFault::kNone;
-  const int result = igc::DecodeLine(receiver.decoder, receiver.line);
+void Damage(TrackReceiver& receiver, TrackFault fault, int detail) {
+  receiver.line_damaged = true;
+  if (receiver.damaged_lines++ > 0) return;
+  receiver.fault = fault;
+  receiver.detail = detail;
+  receiver.fault_line = receiver.lines + 1;
+}
+
+void EndLine(TrackReceiver& receiver) {
+  // A line without a byte, as between two CR LF, is none.
+  if (!receiver.line.empty() && !receiver.line_damaged) {
+    const int result = igc::DecodeLine(receiver.decoder, receiver.line);
+    if (result < 0) Damage(receiver, TrackFault::kFormat, -result);
+  }
   receiver.line.clear();
-  if (receiver.decoder.points.size() > receiver.most_positions) return TrackFault::kPositionMemory;
-  if (result >= 0) return TrackFault::kNone;
-  receiver.detail = -result;
-  return TrackFault::kFormat;
+  receiver.line_damaged = false;
+  receiver.after_cr = false;
+  ++receiver.lines;
+}
+
+// Returns true for a byte ahead of the text that is no part of it.
+bool PassOver(TrackReceiver& receiver, uint8_t byte) {
+  if (byte == '$' && receiver.text.empty()) receiver.passing_over = true;
+  if (!receiver.passing_over) return false;
+  receiver.passing_over = byte != '\n';
+  return true;
 }
 
 }  // namespace
 
 TrackFault FeedTrackByte(TrackReceiver& receiver, uint8_t byte) {
+  if (PassOver(receiver, byte)) return TrackFault::kNone;
   if (receiver.text.size() >= receiver.most_text) return TrackFault::kTextMemory;
   receiver.text += static_cast<char>(byte);
-  if (byte == '\n') return DecodeLine(receiver);
-  // Kept in the text, which is signed as it stands, but not part of a record.
-  if (byte == '\r') return TrackFault::kNone;
-  // At once and not at the end of the line: noise may have no line end.
-  if (receiver.line.empty() && (byte < 'A' || byte > 'Z')) {
-    receiver.detail = byte;
-    return TrackFault::kBadRecordType;
+  if (byte == '\n') {
+    EndLine(receiver);
+    const bool too_many = receiver.decoder.points.size() > receiver.most_positions;
+    return too_many ? TrackFault::kPositionMemory : TrackFault::kNone;
   }
-  if (receiver.line.size() >= kLongestLine) return TrackFault::kTooLongSentence;
-  receiver.line += static_cast<char>(byte);
+  // Two lines whose LF between them was lost may be short enough for one.
+  if (receiver.after_cr && byte != '\r' && !receiver.line_damaged) {
+    Damage(receiver, TrackFault::kTooLongSentence, 0);
+  }
+  receiver.after_cr = byte == '\r';
+  // Kept in the text, which is signed as it stands, but not part of a record.
+  if (byte == '\r' || receiver.line_damaged) return TrackFault::kNone;
+  if (receiver.line.empty() && (byte < 'A' || byte > 'Z')) {
+    Damage(receiver, TrackFault::kBadRecordType, byte);
+  } else if (receiver.line.size() >= kLongestLine) {
+    Damage(receiver, TrackFault::kTooLongSentence, 0);
+  } else {
+    receiver.line += static_cast<char>(byte);
+  }
   return TrackFault::kNone;
 }
 

@@ -8,7 +8,7 @@
 
 namespace skyhaul::flytec {
 
-// Why a byte of a track's IGC text ends the download.
+// What is wrong with a track's IGC text as it arrives.
 enum class TrackFault {
   kNone,
   kTextMemory,      // more text than a flight can be
@@ -27,13 +27,24 @@ struct TrackReceiver {
 
   std::string text;
   igc::Decoder decoder;
+  uint32_t lines = 0;  // complete ones
+
+  // The lines that could not be read. They are in the text, and no position comes from them.
+  TrackFault fault = TrackFault::kNone;  // of the first one
   int detail = 0;
+  uint32_t fault_line = 0;  // from 1
+  uint32_t damaged_lines = 0;
 
   std::string line;  // the line being received
+  bool line_damaged = false;
+  bool after_cr = false;
+  bool passing_over = false;  // a sentence that is no part of the flight
 };
 
 // Feeds one byte that is not flow control. LF ends a line, CR is not part of one, and a last line
-// without LF is not decoded: it was cut off.
+// without LF is not decoded: it was cut off. Sentences ('$' first) ahead of the text are late
+// answers to other requests and are passed over. Returns kTextMemory or kPositionMemory when
+// nothing more is to be fed; other faults are kept in the receiver.
 TrackFault FeedTrackByte(TrackReceiver& receiver, uint8_t byte);
 
 // The message of a fault, as a driver of this family numbers it.

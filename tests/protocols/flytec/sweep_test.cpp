@@ -1,7 +1,7 @@
-// Whole conversations with the simulated instrument, once per byte, write and wait with a fault
-// there: each run ends in bounded time and says why, what is delivered was in the instrument's
-// memory, and the memory holds what was sent whole and nothing else. That the current flight stays
-// as it was is for the sweep over batch runs to show.
+// Whole conversations about places, once per byte, write and wait with a fault there: each run ends
+// in bounded time and says why, what is delivered was in the instrument's memory, and the memory
+// holds what was sent whole and nothing else. Flights have a sweep of their own, over whole
+// downloads.
 
 #include <algorithm>
 #include <functional>
@@ -11,7 +11,6 @@
 #include "protocols/flytec/ctr_list.h"
 #include "protocols/flytec/ctr_upload.h"
 #include "protocols/flytec/field_text.h"
-#include "protocols/flytec/track_log.h"
 #include "protocols/flytec/waypoint_list.h"
 #include "protocols/flytec/waypoint_upload.h"
 #include "tests/protocols/flytec/flytec_bench.h"
@@ -21,13 +20,6 @@ namespace {
 
 // No single fault may cost more than asking for the product data 15 times over.
 constexpr uint64_t kLongestRun_ms = 45000;
-
-const std::string kFlight =
-    "AXSH000 6030\r\n"
-    "HFDTE270417\r\n"
-    "B1529564743564N01121571EA0062000640\r\n"
-    "B1529574743600N01121600EA0062500645\r\n"
-    "G0123456789ABCDEF\r\n";
 
 const std::vector<FileWaypoint> kWaypoints = {
     {.lat = 1 << 29, .lon = 1 << 27, .altitude_m = 620, .name = "One"},
@@ -86,7 +78,6 @@ struct Transfer {
 
 struct Conversation : JobBench {
   explicit Conversation(const Transfer& transfer, const Fault& fault = {}) {
-    simulator.flights = {flytec_simulator::FlightFromIgc(kFlight)};
     if (transfer.writes) {
       // What was read, for the way back.
       static const auto airspaces_read = Conversation({.procedure = ReadCtrJob}).job.data.airspaces;
@@ -127,17 +118,11 @@ void ExpectSound(const Transfer& transfer, const Conversation& run, const Conver
                 PlacesRead(data) == PlacesRead(whole.job.data));
     return;
   }
-  EXPECT_TRUE(data.flights.empty() && data.waypoints.empty());
+  EXPECT_TRUE(data.waypoints.empty());
   EXPECT_TRUE(data.airspaces.empty() || transfer.writes);
   EXPECT_TRUE(!run.recorder.messages.empty() || run.result == kNoTrackList ||
               Has(run.recorder.statuses, "Transfer aborted") ||
               run.recorder.statuses.back().ends_with("waypoints sent"));
-}
-
-void ExpectWholeFlights(const Conversation& run) {
-  for (const Flight& flight : run.job.data.flights) {
-    EXPECT_EQ(flight.instrument_igc.text, kFlight);
-  }
 }
 
 // --- The sweep -----------------------------------------------------------------------------------
@@ -175,8 +160,7 @@ TEST_P(Sweep, WithoutAFaultEverythingArrives) {
   } else if (transfer.writes) {
     EXPECT_EQ(whole.simulator.waypoints.size(), kWaypoints.size());
   } else {
-    const size_t points = data.flights.empty() ? 0 : data.flights[0].points.size();
-    EXPECT_EQ(data.waypoints.size() + data.airspaces.size() + points, transfer.result);
+    EXPECT_EQ(data.waypoints.size() + data.airspaces.size(), transfer.result);
   }
 }
 
@@ -192,17 +176,15 @@ TEST_P(Sweep, ChangedBytesAreNeitherDeliveredNorKept) {
     ForEach(there, to_instrument, [&](const Fault&, const Conversation& run) {
       if (run.result < 0 || transfer.procedure == ReadWaypointsJob) return;
       EXPECT_EQ(run.result, transfer.result);
-      ExpectWholeFlights(run);
       // One byte costs no more than the one waypoint it was part of.
       EXPECT_TRUE(transfer.procedure != WriteWaypointsJob || run.simulator.waypoints.size() >= 2);
     });
   }
 }
 
-// A list may end early, because a silence ends it. A flight is whole or refused.
-TEST_P(Sweep, ALateByteChangesNothingInAFlight) {
-  ForEach({.kind = FaultKind::kDelay}, from_instrument,
-          [](const Fault&, const Conversation& run) { ExpectWholeFlights(run); });
+// A list of waypoints may end early, because a silence ends it.
+TEST_P(Sweep, LateBytesAreNotTakenForOthers) {
+  ForEach({.kind = FaultKind::kDelay}, from_instrument);
 }
 
 TEST_P(Sweep, UnpluggingAndFailedWritesAreReportedAtOnce) {
@@ -235,8 +217,7 @@ TEST_P(Sweep, AnAbortEndsTheJobAtOnce) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Flytec, Sweep,
-                         testing::Values(Transfer{"Flight", TrackLogJob, false, 2, 1},
-                                         Transfer{"Waypoints", ReadWaypointsJob, false, 2, 1},
+                         testing::Values(Transfer{"Waypoints", ReadWaypointsJob, false, 2, 1},
                                          Transfer{"Airspaces", ReadCtrJob, false, 2, 1},
                                          Transfer{"WaypointUpload", WriteWaypointsJob, true, 3, 6},
                                          Transfer{"AirspaceUpload", WriteCtrJob, true, 2, 7}),

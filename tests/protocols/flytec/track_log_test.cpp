@@ -28,7 +28,8 @@ constexpr const char* kTooOld = "Read GPS track log: Track log 101 is too old to
 // A bench with two flights aboard, the newest first.
 struct TwoFlights : FlytecBench {
   TwoFlights() {
-    script.answers["$PBRTL,"] = {ListLine(0) + ListLine(1, "12:00:00")};
+    script.answers["$PBRTL,"] = {ListLine(0, "12:30:00", "00:00:04", 2) +
+                                 ListLine(1, "12:00:00", "00:00:02", 2)};
     script.answers["$PBRTR,00"] = {"\x13" + newest + "\x11"};
     script.answers["$PBRTR,01"] = {"\x13" + oldest + "\x11"};
     script.answers["$PBRIGC,"] = {"\x13" + oldest + "\x11"};
@@ -41,6 +42,7 @@ TEST(TrackLogJob, DownloadsTheChosenFlightToTheByte) {
   TwoFlights b;
   const std::string text = Igc(kNoon + 30, 350);
   b.script.answers["$PBRTR,00"] = {"\x13" + text + "\x11"};
+  b.script.answers["$PBRTL,"] = {ListLine(0, "12:30:00", "00:06:40", 2) + ListLine(1)};
   ASSERT_EQ(TrackLogJob(b.job), 350);
   ASSERT_EQ(b.job.data.flights.size(), 1U);
   const Flight& track = b.job.data.flights[0];
@@ -68,6 +70,8 @@ TEST(TrackLogJob, DownloadsTheFlightSelectedOnTheInstrument) {
   ASSERT_EQ(TrackLogJob(b.job), 3);
   EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, b.oldest);
   EXPECT_EQ(b.bench.written, "\x11$PBRSNP,*21\r\n\x11$PBRIGC,*21\r\n");
+  EXPECT_TRUE(Has(b.recorder.statuses,
+                  "The flight selected on the instrument is of 2017-04-27 12:00:00 UTC"));
   EXPECT_EQ(TrackRequest(99), "\x11$PBRTR,99*6A\r\n");
 }
 
@@ -85,6 +89,9 @@ TEST(TrackLogJob, SeveralFlightsAreJoinedInTheOrderOfTimeWithoutOverlapOrLongGap
     b.recorder.choice = {0, 1};
     b.job.join_tracks = true;
     b.script.answers["$PBRTR,01"] = {Igc(minute, fixes)};
+    b.script.answers["$PBRTL,"] = {
+        ListLine(0, "12:30:00", "00:00:04", 2) +
+        ListLine(1, minute < kNoon ? "11:29:00" : "12:29:00", "00:00:59", 2)};
     EXPECT_EQ(TrackLogJob(b.job), messages.empty() ? fixes + 5 : -1);
     EXPECT_EQ(b.recorder.messages, messages);
     EXPECT_EQ(b.job.data.flights.size(), messages.empty() ? 1U : 2U);
@@ -96,18 +103,92 @@ TEST(TrackLogJob, SeveralFlightsAreJoinedInTheOrderOfTimeWithoutOverlapOrLongGap
   }
 }
 
-TEST(TrackLogJob, ARecordOfAnyLetterALineOf81CharactersAndNoSealAreTaken) {
+TEST(TrackLogJob, AFlightIsWholeOrRequestedOnceMoreOrNamed) {
+  const std::string whole = Igc(kNoon + 30, 350);
+  const auto with = [&](size_t at, const std::string& text) {
+    return whole.substr(0, at) + text + whole.substr(at);
+  };
+  const size_t b9 = whole.find("B123009");
+  const std::string any = with(whole.find("HFDTE"), "L" + std::string(80, 'x') + "\r\nZ\r\n");
+  // Answers, what is kept (empty: whole), what is missing, the message's first line.
+  const std::tuple<Texts, std::string, std::string, std::string> cases[] = {
+      {{whole}, whole, "", ""},
+      {{any}, any, "", ""},
+      {{Sentence("PBRTL,1,0") + whole}, whole, "", ""},
+      {{whole.substr(100), whole}, whole, "", ""},
+      {{whole.substr(0, b9 + 20)},
+       whole.substr(0, b9 + 20),
+       "00:00:08 of 00:06:40 received, line 12 is cut, its security record is missing",
+       "No G-records found\n"},
+      {{whole.substr(0, b9), whole.substr(0, b9 - 50)},
+       whole.substr(0, b9),
+       "00:00:08 of 00:06:40 received, its security record is missing",
+       "No G-records found\n"},
+      {{whole.substr(0, whole.size() - 1)},
+       whole.substr(0, whole.size() - 1),
+       "00:05:49 of 00:06:40 received, line 353 is cut, its security record is missing",
+       "No G-records found\n"},
+      {{whole.substr(14)},
+       whole.substr(14),
+       "00:05:49 of 00:06:40 received, its beginning is missing",
+       ""},
+      {{with(b9, "@\r\n")},
+       with(b9, "@\r\n"),
+       "00:05:49 of 00:06:40 received, line 12 is damaged",
+       "E205 Bad record type (40)\n"},
+      {{with(b9, "L" + std::string(81, 'x') + "\r\nB12\r\n")},
+       with(b9, "L" + std::string(81, 'x') + "\r\nB12\r\n"),
+       "00:05:49 of 00:06:40 received, line 12 is damaged and 1 more",
+       "E207 Too long sentence\n"},
+      {{with(b9, "AX\r\n")},
+       with(b9, "AX\r\n"),
+       "00:05:49 of 00:06:40 received, line 12 is damaged",
+       "E206 Format error 1\n"},
+      {{Igc(kNoon + 20, 350)},
+       Igc(kNoon + 20, 350),
+       "00:05:49 of 00:06:40 received, it starts at 2017-04-27 12:20:00 and the list says "
+       "2017-04-27 12:30:00",
+       ""},
+      // Local time in the list, and a flight that is longer than listed.
+      {{Igc(kNoon - 90, 900)}, Igc(kNoon - 90, 900), "", ""},
+      {{"AXSH000\r\nG00\r\n"},
+       "",
+       "00:00:00 of 00:06:40 received, no position in it",
+       "0 points received\n"},
+  };
+  for (const auto& [answers, text, missing, first_line] : cases) {
+    TwoFlights b;
+    b.script.answers["$PBRTL,"] = {ListLine(0, "12:30:00", "00:06:40", 2) +
+                                   ListLine(1, "12:00:00", "00:00:02", 2)};
+    b.script.answers["$PBRTR,00"] = answers;
+    b.recorder.choice = {0, 1};
+    EXPECT_EQ(TrackLogJob(b.job) >= 0, missing.empty()) << missing;
+    const Texts messages = {"Read GPS track log: " + first_line +
+                            "Flight 1 is incomplete: " + missing};
+    EXPECT_EQ(b.recorder.messages, missing.empty() ? Texts{} : messages);
+    const std::vector<Flight>& flights = b.job.data.flights;
+    ASSERT_EQ(flights.size(), text.empty() ? 1U : 2U);
+    EXPECT_EQ(flights.back().instrument_igc.text, b.oldest) << "the other one is fetched";
+    if (text.empty()) continue;
+    EXPECT_EQ(flights[0].instrument_igc.text, text) << missing;
+    EXPECT_EQ(flights[0].missing, missing);
+  }
+}
+
+// The counters are the only sign of a byte that the system has lost: the text may still be read.
+TEST(TrackLogJob, ACountedLossMakesAFlightSuspect) {
   TwoFlights b;
-  const std::string text = "L" + std::string(80, 'x') + "\r\nZ\r\n" + Igc(kNoon, 5, "");
-  b.script.answers["$PBRTR,00"] = {text};
-  EXPECT_EQ(TrackLogJob(b.job), 5);
-  EXPECT_EQ(b.job.data.flights[0].instrument_igc.text, text);
-  EXPECT_EQ(b.recorder.messages, Texts{"Read GPS track log: No G-records found"});
+  ASSERT_EQ(TrackLogJob(b.job), 5);
+  const size_t last_fix = b.bench.received - 60;
+  TwoFlights lossy;
+  lossy.bench.fault = {.kind = FaultKind::kOverrun, .at = last_fix};
+  EXPECT_EQ(TrackLogJob(lossy.job), 5);
+  EXPECT_EQ(lossy.script.asked["$PBRTR,00"], 2U);
 }
 
 TEST(AllTracksJob, ReadsEveryTrackOfTheList) {
   TwoFlights b;
-  b.script.answers["$PBRTL,"][0] += ListLine(100, "11:00:00");
+  b.script.answers["$PBRTL,"][0] += ListLine(100, "11:00:00", "00:00:04", 3);
   ASSERT_EQ(AllTracksJob(b.job), 8);
   EXPECT_EQ(b.recorder.messages, Texts{kTooOld});
   ASSERT_EQ(b.job.data.flights.size(), 2U);
