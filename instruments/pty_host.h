@@ -25,10 +25,10 @@ const std::atomic<bool>& StopOnSignals();
 
 // Puts the instrument behind a pseudo-terminal, in real time, until options.stop is true. Bytes
 // leave no earlier than the wire lets them and up to a millisecond later, as from a serial adapter.
-// When the program that had the terminal open closes it, what the wire still holds is lost and the
-// terminal is as new for the next one. Link: an existing symbolic link is replaced, anything else
-// of that name is left alone; it is removed at the end unless it points elsewhere by then. The
-// instrument's times count from the call. Returns 0, or -1 with the problem in one sentence.
+// When the program that had the terminal open closes it, the instrument is told, and the terminal
+// is as new for the next one. Link: an existing symbolic link is replaced, anything else of that
+// name is left alone; it is removed at the end unless it points elsewhere by then. The instrument's
+// times count from the call. Returns 0, or -1 with the problem in one sentence.
 int RunOnTerminal(SimulatedInstrument& instrument, const TerminalOptions& options,
                   std::string& problem);
 

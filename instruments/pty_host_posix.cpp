@@ -130,6 +130,7 @@ struct Conversation {
   ConversationLog* log;
   uint64_t start_ns;
   std::string leaving = {};  // taken from the wire, not yet by the terminal
+  size_t lost = 0;           // bytes that left since the terminal was closed
 };
 
 uint64_t Now_ns(const Conversation& talk) {
@@ -140,10 +141,23 @@ void Note(const Conversation& talk, Speaker speaker, std::string_view bytes, uin
   if (talk.log != nullptr) LogBytes(*talk.log, speaker, bytes, now_ns);
 }
 
-void ForgetAnswers(Conversation& talk) {
-  talk.instrument.wire.chunks.clear();
-  talk.instrument.wire.held = false;
+// The program has closed the terminal. Returns false when the terminal is of no more use.
+bool HangUp(Conversation& talk) {
+  TellClosed(talk.instrument);
   talk.leaving.clear();
+  talk.lost = 0;
+  return ResetTerminal(talk.terminal) == 0;
+}
+
+// What leaves while nobody has the terminal open reaches nobody.
+void Lose(Conversation& talk) {
+  talk.lost += LoseArrived(talk.instrument.wire, Now_ns(talk));
+}
+
+void PickUp(const Conversation& talk) {
+  if (talk.log == nullptr || talk.lost == 0) return;
+  LogRemark(*talk.log, std::to_string(talk.lost) + " bytes left while the port was closed",
+            Now_ns(talk));
 }
 
 // Reads all that there is. Returns false when nobody has the terminal open.
@@ -207,11 +221,12 @@ bool Converse(Conversation& talk) {
   const bool was_in_use = talk.terminal.in_use;
   talk.terminal.in_use = TakeFromHost(talk);
   if (talk.terminal.in_use) {
+    if (!was_in_use) PickUp(talk);
     GiveToHost(talk);
   } else if (was_in_use) {
-    ForgetAnswers(talk);
-    if (ResetTerminal(talk.terminal) < 0) return false;
+    if (!HangUp(talk)) return false;
   } else {
+    Lose(talk);
     (void)::poll(nullptr, 0, kIdle_ms);
   }
   if (talk.log != nullptr) FlushLog(*talk.log, Now_ns(talk));

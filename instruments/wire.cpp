@@ -1,6 +1,7 @@
 #include "instruments/wire.h"
 
 #include <algorithm>
+#include <array>
 
 namespace skyhaul {
 
@@ -21,6 +22,15 @@ uint64_t NextArrival_ns(const Wire& wire) {
   return std::max(wire.chunks.front().not_before_ns, wire.free_at_ns) + ByteTime_ns(wire);
 }
 
+uint64_t LastArrival_ns(const Wire& wire) {
+  uint64_t free_at_ns = wire.free_at_ns;
+  for (const Wire::Chunk& chunk : wire.chunks) {
+    const uint64_t length_ns = (chunk.bytes.size() - chunk.taken) * ByteTime_ns(wire);
+    free_at_ns = std::max(chunk.not_before_ns, free_at_ns) + length_ns;
+  }
+  return free_at_ns;
+}
+
 size_t TakeArrived(Wire& wire, uint64_t now_ns, uint8_t* buffer, size_t capacity) {
   size_t count = 0;
   while (count < capacity && NextArrival_ns(wire) <= now_ns) {
@@ -32,6 +42,16 @@ size_t TakeArrived(Wire& wire, uint64_t now_ns, uint8_t* buffer, size_t capacity
     if (chunk.taken == chunk.bytes.size()) wire.chunks.pop_front();
   }
   return count;
+}
+
+size_t LoseArrived(Wire& wire, uint64_t now_ns) {
+  std::array<uint8_t, 256> buffer;
+  size_t lost = 0;
+  for (;;) {
+    const size_t count = TakeArrived(wire, now_ns, buffer.data(), buffer.size());
+    if (count == 0) return lost;
+    lost += count;
+  }
 }
 
 }  // namespace skyhaul

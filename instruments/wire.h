@@ -36,7 +36,15 @@ void Send(Wire& wire, std::string_view bytes, uint64_t not_before_ns);
 // the wire is held.
 uint64_t NextArrival_ns(const Wire& wire);
 
+// When the last byte that is queued will have arrived at the other side, provided that nobody holds
+// the wire; when nothing is queued, the time of the last byte taken.
+uint64_t LastArrival_ns(const Wire& wire);
+
 // Takes at most capacity bytes that have arrived by now_ns. Returns their number.
 size_t TakeArrived(Wire& wire, uint64_t now_ns, uint8_t* buffer, size_t capacity);
+
+// Drops what has arrived by now_ns, as a port does that nobody has open. Returns the number of
+// bytes.
+size_t LoseArrived(Wire& wire, uint64_t now_ns);
 
 }  // namespace skyhaul
