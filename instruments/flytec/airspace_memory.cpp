@@ -89,6 +89,16 @@ void KeepFault(AirspaceUpload& upload, char fault) {
   if (upload.fault == 0) upload.fault = fault;
 }
 
+size_t ElementsOf(const StoredAirspace& airspace) {
+  return kAirspaceHead + airspace.elements.size();
+}
+
+size_t ElementsIn(const std::vector<StoredAirspace>& memory) {
+  size_t sum = 0;
+  for (const StoredAirspace& airspace : memory) sum += ElementsOf(airspace);
+  return sum;
+}
+
 std::string Line(size_t total, size_t line, const std::string& text) {
   char start[24];
   (void)std::snprintf(start, sizeof start, "PBRCTR,%03zu,%03zu,", total, line);
@@ -122,17 +132,32 @@ UploadLine TakeUploadLine(AirspaceUpload& upload, std::string_view fields) {
   return UploadLine::kLast;
 }
 
-bool StoreAirspace(std::vector<StoredAirspace>& memory, const StoredAirspace& airspace,
-                   size_t room) {
+bool StoreAirspace(std::vector<StoredAirspace>& memory, const StoredAirspace& airspace, size_t room,
+                   size_t element_room) {
   const auto has_name = [&](const StoredAirspace& known) { return known.name == airspace.name; };
   const auto known = std::find_if(memory.begin(), memory.end(), has_name);
-  if (known != memory.end()) {
+  const bool replaces = known != memory.end();
+  // What is overwritten gives its elements back first.
+  const size_t others = ElementsIn(memory) - (replaces ? ElementsOf(*known) : 0);
+  if (others + ElementsOf(airspace) > element_room) return false;
+  if (replaces) {
     *known = airspace;
     return true;
   }
   if (memory.size() >= room) return false;
   memory.push_back(airspace);
   return true;
+}
+
+std::string AirspaceRoomBody(const std::vector<StoredAirspace>& memory, size_t room,
+                             size_t element_room) {
+  // PBRCTRI,002,500,999
+  const size_t used = ElementsIn(memory);
+  const size_t free = element_room - std::min(used, element_room);
+  char body[80];
+  (void)std::snprintf(body, sizeof body, "PBRCTRI,%03zu,%03zu,%03zu", memory.size(), room,
+                      std::min<size_t>(free, 999));
+  return body;
 }
 
 std::vector<std::string> AirspaceListBodies(const std::vector<StoredAirspace>& memory) {

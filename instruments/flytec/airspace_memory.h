@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,7 @@ namespace skyhaul::flytec_simulator {
 
 inline constexpr size_t kMaxAirspaces = 500;
 inline constexpr size_t kMaxElements = 100;  // of one airspace
+inline constexpr size_t kAirspaceHead = 3;   // what name and remark take, counted in elements
 
 // What the instrument says when an airspace has arrived.
 inline constexpr char kAirspaceTaken = '1';
@@ -45,9 +47,15 @@ enum class UploadLine { kNotOne, kMore, kLast };
 UploadLine TakeUploadLine(AirspaceUpload& upload, std::string_view fields);
 
 // Stores an airspace; one of the same name is overwritten. Returns false when there is no room
-// among so many.
-bool StoreAirspace(std::vector<StoredAirspace>& memory, const StoredAirspace& airspace,
-                   size_t room);
+// among so many, or for so many elements of all airspaces together, kAirspaceHead for each
+// included.
+bool StoreAirspace(std::vector<StoredAirspace>& memory, const StoredAirspace& airspace, size_t room,
+                   size_t element_room = SIZE_MAX);
+
+// The body of the line that says how many airspaces there are, how many there can be, and how many
+// elements are free; three digits each, so that 999 means as many or more.
+std::string AirspaceRoomBody(const std::vector<StoredAirspace>& memory, size_t room,
+                             size_t element_room);
 
 // The bodies of all lines of the airspace list, the closing one included.
 std::vector<std::string> AirspaceListBodies(const std::vector<StoredAirspace>& memory);

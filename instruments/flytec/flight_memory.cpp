@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <string_view>
 
+#include "core/geodesy/geodesic.h"
 #include "core/time_scale.h"
+#include "core/units.h"
 #include "formats/igc/read_igc.h"
 #include "instruments/flytec/instrument_text.h"
 
@@ -54,6 +56,35 @@ StoredFlight ScanTimes(std::string_view text) {
           .duration_s = static_cast<uint32_t>(last - first)};
 }
 
+int SpeedInKmh(const TrackPoint& from, const TrackPoint& to, uint32_t seconds) {
+  const double distance_m =
+      GeodesicDistance_m(SemicirclesToRadians(from.lat), SemicirclesToRadians(from.lon),
+                         SemicirclesToRadians(to.lat), SemicirclesToRadians(to.lon));
+  return static_cast<int>(std::min(distance_m / seconds * 3.6, 999.0));
+}
+
+FlightExtremes ExtremesOf(const std::vector<TrackPoint>& points) {
+  FlightExtremes extremes;
+  const int start_m = points.front().pressure_alt;
+  extremes.highest_m = start_m;
+  if (points.size() > 1) extremes.interval_s = points[1].time - points[0].time;
+  for (size_t i = 1; i < points.size(); ++i) {
+    const TrackPoint& from = points[i - 1];
+    const TrackPoint& to = points[i];
+    const int climb_m = to.pressure_alt - from.pressure_alt;
+    extremes.highest_m = std::max(extremes.highest_m, to.pressure_alt);
+    extremes.climbed_m += std::max(climb_m, 0);
+    if (to.time <= from.time) continue;
+    const uint32_t seconds = to.time - from.time;
+    const int climb_dm_s = climb_m * 10 / static_cast<int>(seconds);
+    extremes.best_climb_dm_s = std::max(extremes.best_climb_dm_s, climb_dm_s);
+    extremes.worst_sink_dm_s = std::min(extremes.worst_sink_dm_s, climb_dm_s);
+    extremes.fastest_km_h = std::max(extremes.fastest_km_h, SpeedInKmh(from, to, seconds));
+  }
+  extremes.highest_above_start_m = extremes.highest_m - start_m;
+  return extremes;
+}
+
 }  // namespace
 
 std::string FlightListBody(size_t total, size_t index, const StoredFlight& flight) {
@@ -66,6 +97,22 @@ std::string FlightListBody(size_t total, size_t index, const StoredFlight& fligh
   return line;
 }
 
+std::string ExtendedFlightListBody(size_t total, size_t index, const StoredFlight& flight) {
+  // PBRTLE,01,00,24.05.26,09:00:00,02:11:58,02431,01211,06120,01,04.2,-03.1,062
+  const FlightExtremes& extremes = flight.extremes;
+  // Each field has its width, so what cannot be written in it is the most that can.
+  const auto within = [](int value, int most) { return std::clamp(value, -most / 10, most); };
+  const int climb = within(extremes.best_climb_dm_s, 999);
+  const int sink = std::clamp(-extremes.worst_sink_dm_s, 0, 999);
+  char text[96];
+  (void)std::snprintf(text, sizeof text, ",%05d,%05d,%05d,%02u,%02d.%d,-%02d.%d,%03d",
+                      within(extremes.highest_m, 99999),
+                      within(extremes.highest_above_start_m, 99999),
+                      within(extremes.climbed_m, 99999), std::min(extremes.interval_s, 99U),
+                      climb / 10, climb % 10, sink / 10, sink % 10, extremes.fastest_km_h);
+  return "PBRTLE" + FlightListBody(total, index, flight).substr(5) + text;
+}
+
 StoredFlight FlightFromIgc(const std::string& igc_text) {
   std::vector<TrackPoint> points;
   std::string message;
@@ -73,6 +120,7 @@ StoredFlight FlightFromIgc(const std::string& igc_text) {
   if (igc::Read(igc_text, points, message) > 0) {
     flight.start_time = points.front().time;
     flight.duration_s = points.back().time - points.front().time;
+    flight.extremes = ExtremesOf(points);
   } else {
     flight = ScanTimes(igc_text);
   }

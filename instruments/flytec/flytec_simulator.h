@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "instruments/flytec/airspace_memory.h"
+#include "instruments/flytec/eeprom.h"
 #include "instruments/flytec/flight_memory.h"
+#include "instruments/flytec/route_memory.h"
 #include "instruments/flytec/waypoint_memory.h"
 #include "instruments/instrument.h"
 
@@ -32,24 +34,24 @@ enum class Refusal {
   kSilent,        // does not answer
 };
 
-// An instrument of the Flytec/Brauniger family in its main menu. It answers requests for its
-// product data ($PBRSNP), its flight list ($PBRTL), its flights ($PBRTR, $PBRIGC), its waypoints
-// ($PBRWPS) and its airspaces ($PBRCTR), and takes uploads of waypoints ($PBRWPR), which have no
-// answer, and of airspaces ($PBRCTRW), whose last line has one ($PBRANS). Around each answer, the
-// empty one of an upload's line too, it sends XOFF and XON; to anything it does not understand it
-// says nothing.
+// An instrument of the Flytec/Brauniger family in its main menu, with the family's whole set of
+// sentences; requests.cpp has the table. Around each answer, the empty one of an upload's line too,
+// it sends XOFF and XON; to anything it does not understand it says nothing.
 struct Simulator {
   std::string device_name = "6030";
   std::string pilot_name = "Simulated Pilot";  // up to kPilotWidth characters, no comma
   std::string serial = "01001";
   std::string software = "3.30";
+  Settings settings = {};
   std::vector<StoredFlight> flights = {};  // the newest first, at most kMaxFlights
   size_t selected_flight = 0;              // on the instrument's screen, for $PBRIGC
 
   std::vector<StoredWaypoint> waypoints = {};
   std::vector<StoredAirspace> airspaces = {};
+  std::vector<StoredRoute> routes = {};
   size_t waypoint_room = kMaxWaypoints;
   size_t airspace_room = kMaxAirspaces;
+  size_t airspace_element_room = kMaxAirspaces * (kMaxElements + kAirspaceHead);  // of all together
   Refusal refusal = Refusal::kNone;
 
   // Manners.
@@ -62,6 +64,8 @@ struct Simulator {
   void* log_context = nullptr;
 
   AirspaceUpload upload = {};
+  RouteUpload route_upload = {};
+  Eeprom eeprom = {};  // empty until it is asked for, then made from pilot_name and settings
 
   // The sentence being received, from '$' on; empty between sentences.
   std::string sentence = {};

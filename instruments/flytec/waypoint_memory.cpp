@@ -33,32 +33,62 @@ std::string ShortNameOf(const std::string& long_name, int altitude_m) {
   return name + digits;
 }
 
+// Three characters and tens of metres. Without the digits there would be no altitude.
+bool ReadShortName(std::string_view name, StoredWaypoint& waypoint) {
+  const int tens = name.size() == 6 ? WholeNumber(name.substr(3), 3) : -1;
+  waypoint.short_name = name;
+  waypoint.altitude_m = tens * 10;
+  return tens >= 0;
+}
+
 }  // namespace
 
 bool ReadUploadedWaypoint(std::string_view fields, StoredWaypoint& waypoint) {
+  // 4743.564,N,01121.571,E,,Urthaler Hof     ,0620   or   4743.564,N,01121.571,E,URT062
   const std::vector<std::string_view> cut = CutFields(fields);
-  if (cut.size() != 7 || CheckPosition(cut, 0) != PositionCheck::kSound) return false;
-  if (!cut[4].empty() || cut[5].size() != kLongName) return false;
-  if (!ReadAltitude(cut[6], waypoint.altitude_m)) return false;
+  const bool by_short_name = cut.size() == 5;
+  if (CheckPosition(cut, 0) != PositionCheck::kSound) return false;
   const size_t position_length = cut[0].size() + cut[1].size() + cut[2].size() + cut[3].size() + 3;
   waypoint.position = fields.substr(0, position_length);
+  if (by_short_name) return ReadShortName(cut[4], waypoint);
+  if (cut.size() != 7 || !cut[4].empty() || cut[5].size() != kLongName) return false;
+  if (!ReadAltitude(cut[6], waypoint.altitude_m)) return false;
   waypoint.long_name = cut[5];
   waypoint.short_name = ShortNameOf(waypoint.long_name, waypoint.altitude_m);
   return true;
 }
 
+bool ReadExtendedWaypoint(std::string_view fields, StoredWaypoint& waypoint) {
+  // 4743.564,N,01121.571,E,,Urthaler Hof     ,0620,007
+  const size_t comma = fields.rfind(',');
+  if (comma == std::string_view::npos) return false;
+  const int type = WholeNumber(fields.substr(comma + 1), 3);
+  if (type < 0 || type > 255 || !ReadUploadedWaypoint(fields.substr(0, comma), waypoint)) {
+    return false;
+  }
+  waypoint.type = static_cast<uint8_t>(type);
+  return true;
+}
+
 bool StoreWaypoint(std::vector<StoredWaypoint>& memory, const StoredWaypoint& waypoint,
                    size_t room) {
-  const auto has_name = [&](const StoredWaypoint& known) {
-    return known.long_name == waypoint.long_name;
-  };
-  const auto known = std::find_if(memory.begin(), memory.end(), has_name);
-  if (known != memory.end()) {
+  const bool by_short_name = waypoint.long_name.empty();
+  const auto known =
+      std::find_if(memory.begin(), memory.end(), [&](const StoredWaypoint& candidate) {
+        return by_short_name ? candidate.short_name == waypoint.short_name
+                             : candidate.long_name == waypoint.long_name;
+      });
+  if (known != memory.end() && by_short_name) {
+    known->position = waypoint.position;
+  } else if (known != memory.end()) {
     *known = waypoint;
-    return true;
+  } else if (memory.size() >= room) {
+    return false;
+  } else {
+    memory.push_back(waypoint);
+    std::string& long_name = memory.back().long_name;
+    if (by_short_name) long_name = waypoint.short_name + std::string(kLongName - 6, ' ');
   }
-  if (memory.size() >= room) return false;
-  memory.push_back(waypoint);
   return true;
 }
 
@@ -67,6 +97,13 @@ std::string WaypointListBody(const StoredWaypoint& waypoint) {
   (void)std::snprintf(altitude, sizeof altitude, "%04d", waypoint.altitude_m);
   return "PBRWPS," + waypoint.position + "," + waypoint.short_name + "," + waypoint.long_name +
          "," + altitude;
+}
+
+std::string ExtendedWaypointListBody(const StoredWaypoint& waypoint) {
+  // PBRWPSE,4743.564,N,01121.571,E,URT062,Urthaler Hof     ,0620,007
+  char type[16];
+  (void)std::snprintf(type, sizeof type, ",%03u", waypoint.type);
+  return "PBRWPSE" + WaypointListBody(waypoint).substr(6) + type;
 }
 
 StoredWaypoint GenerateWaypoint(uint32_t n) {

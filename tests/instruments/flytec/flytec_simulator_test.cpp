@@ -1,31 +1,9 @@
-#include "instruments/flytec/flytec_simulator.h"
-
 #include <gtest/gtest.h>
 
-#include "instruments/flytec/instrument_text.h"
+#include "tests/instruments/flytec/simulator_talk.h"
 
 namespace skyhaul::flytec_simulator {
 namespace {
-
-void Say(SimulatedInstrument& instrument, std::string_view bytes, uint64_t now_ns = 0) {
-  for (const char c : bytes) {
-    instrument.receive(instrument.state, instrument.wire, static_cast<uint8_t>(c), now_ns);
-  }
-}
-
-std::string Hear(SimulatedInstrument& instrument, uint64_t now_ns = kNever_ns - 1) {
-  std::string heard(4096, 0);
-  heard.resize(
-      TakeArrived(instrument.wire, now_ns, reinterpret_cast<uint8_t*>(heard.data()), heard.size()));
-  return heard;
-}
-
-// All that a simulator answers.
-std::string AnswerTo(Simulator& simulator, std::string_view request) {
-  SimulatedInstrument instrument = MakeInstrument(simulator, 57600);
-  Say(instrument, request);
-  return Hear(instrument);
-}
 
 constexpr uint64_t kMillisecond_ns = 1'000'000;
 constexpr uint64_t kXoffDelay_ns = 750'000;
@@ -136,13 +114,6 @@ TEST(FlytecSimulator, TellsWhatBecameOfASentence) {
 }
 
 const std::string kDone = "\x13\x11";
-
-// What the simulator answers to one body after the other.
-std::string Answers(Simulator& simulator, const std::vector<std::string>& bodies) {
-  std::string request;
-  for (const std::string& body : bodies) request += InstrumentSentence(body);
-  return AnswerTo(simulator, request);
-}
 
 std::string Answer(char code) {
   return "\x13" + InstrumentSentence(std::string("PBRANS,") + code) + "\x11";
