@@ -3,23 +3,18 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <span>
 #include <string_view>
 #include <utility>
 
 #include "instruments/families.h"
+#include "instruments/manner_options.h"
 
 namespace skyhaul {
 
 namespace {
 
 constexpr int kUsageError = 2;
-
-bool IsNumber(const std::string& text, uint32_t maximum, uint32_t& number) {
-  const char* end = text.data() + text.size();
-  // Without a sign: from_chars() refuses one for unsigned numbers.
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  return error == std::errc() && stop == end && number <= maximum;
-}
 
 bool AllOf(const std::string& text, size_t longest, std::string_view allowed) {
   return text.size() <= longest && text.find_first_not_of(allowed) == std::string::npos;
@@ -99,12 +94,6 @@ bool SetBaud(Choices& choices, const std::string& value) {
   return IsNumber(value, kFastest, choices.baud) && (choices.baud == 0 || choices.baud >= 300);
 }
 
-struct Option {
-  std::string_view name;
-  const char* expected;
-  bool (*set)(Choices& choices, const std::string& value);  // false when the value will not do
-};
-
 constexpr Option kOptions[] = {
     {"--model", "a model's name (see --help)", SetModel},
     {"--pilot", "up to 17 printable characters other than , $ *", SetPilot},
@@ -146,7 +135,24 @@ constexpr std::string_view kOptionsHelp =
     "                    (default 57600)\n"
     "  --help            show this text\n";
 
+const Option* FindOption(const std::string& name) {
+  for (const std::span<const Option> options :
+       {std::span<const Option>(kOptions), MannerOptions()}) {
+    const auto found = std::find_if(options.begin(), options.end(),
+                                    [&](const Option& known) { return known.name == name; });
+    if (found != options.end()) return &*found;
+  }
+  return nullptr;
+}
+
 }  // namespace
+
+bool IsNumber(const std::string& text, uint32_t maximum, uint32_t& number) {
+  const char* end = text.data() + text.size();
+  // Without a sign: from_chars() refuses one for unsigned numbers.
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  return error == std::errc() && stop == end && number <= maximum;
+}
 
 std::string InstrumentUsage() {
   constexpr size_t kHelpColumn = 20;
@@ -157,7 +163,8 @@ std::string InstrumentUsage() {
     line.resize(std::max(line.size() + 1, kHelpColumn), ' ');
     usage += line + std::string(family.maker) + '\n';
   }
-  return usage + std::string(kOptionsHelp);
+  usage += kOptionsHelp;
+  return usage + std::string(MannersHelp());
 }
 
 int Refuse(const std::string& message) {
@@ -179,10 +186,12 @@ int ParseCommandLine(const std::vector<std::string>& arguments, Choices& choices
       choices.family = argument;
       continue;
     }
-    const auto* option =
-        std::find_if(std::begin(kOptions), std::end(kOptions),
-                     [&](const Option& candidate) { return candidate.name == argument; });
-    if (option == std::end(kOptions)) return Refuse("Unknown option " + argument);
+    const Option* option = FindOption(argument);
+    if (option == nullptr) return Refuse("Unknown option " + argument);
+    if (option->expected == nullptr) {
+      (void)option->set(choices, "");
+      continue;
+    }
     // The last argument has none to follow it; the message then names no wrong value.
     const bool has_value = i + 1 < arguments.size();
     if (!has_value || !option->set(choices, arguments[++i])) {

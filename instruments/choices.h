@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "instruments/flytec/flytec_simulator.h"
@@ -21,11 +22,22 @@ struct Choices {
   uint32_t generated_flights = kNotChosen;  // kNotChosen: what suits the flight files
   uint32_t generated_waypoints = 0;
   flytec_simulator::Refusal refusal = flytec_simulator::Refusal::kNone;
+  flytec_simulator::Manners manners;
   std::string link_path;
   std::string log_path;
   uint32_t baud = 57600;
   bool help = false;
 };
+
+// An option of the command line.
+struct Option {
+  std::string_view name;
+  const char* expected;  // what its value must be, for a person; null: it has none
+  bool (*set)(Choices& choices, const std::string& value);  // false when the value will not do
+};
+
+// Reads a text of digits alone. Returns false when it is none, or above the maximum.
+bool IsNumber(const std::string& text, uint32_t maximum, uint32_t& number);
 
 // What --help prints: how the program is called, the families and the options.
 std::string InstrumentUsage();

@@ -9,6 +9,7 @@
 #include "instruments/flytec/airspace_memory.h"
 #include "instruments/flytec/eeprom.h"
 #include "instruments/flytec/flight_memory.h"
+#include "instruments/flytec/manners.h"
 #include "instruments/flytec/route_memory.h"
 #include "instruments/flytec/waypoint_memory.h"
 #include "instruments/instrument.h"
@@ -54,7 +55,9 @@ struct Simulator {
   size_t airspace_element_room = kMaxAirspaces * (kMaxElements + kAirspaceHead);  // of all together
   Refusal refusal = Refusal::kNone;
 
-  // Manners.
+  Manners manners = {};
+
+  // Times of every answer.
   uint64_t xoff_delay_ns = 750'000;   // from the end of a request to XOFF
   uint64_t thinking_ns = 10'000'000;  // from XOFF to the answer
   uint64_t line_gap_ns = 0;           // before each further line of the flight list
@@ -69,6 +72,8 @@ struct Simulator {
 
   // The sentence being received, from '$' on; empty between sentences.
   std::string sentence = {};
+  uint64_t busy_from_ns = 0;  // the XOFF of the answer on the wire, or of the first of several
+  uint32_t concerned = 0;     // requests so far that begin as manners.request says
 };
 
 // The instrument on a wire of that speed (0: no pacing). The simulator must outlive it and stay

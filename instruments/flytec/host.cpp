@@ -77,7 +77,8 @@ int Run(const Choices& choices, ConversationLog* log) {
                       .pilot_name = choices.pilot,
                       .serial = choices.serial,
                       .software = choices.software,
-                      .refusal = choices.refusal};
+                      .refusal = choices.refusal,
+                      .manners = choices.manners};
   if (log != nullptr) {
     simulator.log = WriteRemark;
     simulator.log_context = log;

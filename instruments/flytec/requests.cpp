@@ -57,7 +57,7 @@ bool ReloadSettings(Simulator& simulator, std::string_view, Answer& answer) {
 template <std::string (*body)(size_t total, size_t index, const StoredFlight& flight)>
 bool ListFlights(Simulator& simulator, std::string_view, Answer& answer) {
   const std::vector<StoredFlight>& flights = simulator.flights;
-  const size_t total = flights.size();
+  const size_t total = simulator.manners.announced_flights.value_or(flights.size());
   for (size_t i = 0; i < flights.size(); ++i) {
     answer.push_back(InstrumentSentence(body(total, i, flights[i])));
   }
