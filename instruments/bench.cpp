@@ -29,6 +29,11 @@ void CountWait(Bench& bench) {
   ++bench.waits;
 }
 
+SimulatedInstrument* Answering(const Bench& bench) {
+  // Another port opens all the same and stays silent, as a port with nothing on it does.
+  return bench.open_port == bench.instrument_port ? bench.instrument : nullptr;
+}
+
 PortOpening Open(void* context, const std::string& name) {
   Bench& bench = Of(context);
   const auto found = bench.open_problems.find(name);
@@ -44,13 +49,11 @@ PortOpening Open(void* context, const std::string& name) {
   }
   bench.open_port = name;
   bench.output_stopped = false;
+  // Nobody has heard what was sent while the port was closed.
+  if (SimulatedInstrument* instrument = Answering(bench))
+    LoseArrived(instrument->wire, bench.now_ns);
   opening.handle = kBenchHandle;
   return opening;
-}
-
-SimulatedInstrument* Answering(const Bench& bench) {
-  // Another port opens all the same and stays silent, as a port with nothing on it does.
-  return bench.open_port == bench.instrument_port ? bench.instrument : nullptr;
 }
 
 // A byte as the system's driver takes it in.
@@ -190,6 +193,7 @@ int Write(void* context, SerialHandle /*port*/, const uint8_t* bytes, size_t cou
 
 void Close(void* context, SerialHandle /*port*/) {
   Bench& bench = Of(context);
+  if (SimulatedInstrument* instrument = Answering(bench)) TellClosed(*instrument);
   bench.open_port.clear();
   bench.input.clear();
 }

@@ -61,9 +61,9 @@ class DownloadSweep : public SessionBench {
     std::filesystem::create_directory(folder.path);
     document = {};
     ReplaceFlight(document, {.points = {{.time = 77}}}, {}, false, "");
-    simulator.flights = {flytec_simulator::FlightFromIgc(memory[0]),
-                         flytec_simulator::FlightFromIgc(memory[1])};
-    simulator.sentence.clear();
+    simulator = {.flights = {flytec_simulator::FlightFromIgc(memory[0]),
+                             flytec_simulator::FlightFromIgc(memory[1])},
+                 .manners = simulator.manners};
     Reset();
     recorder.messages.clear();
     recorder.statuses.clear();
@@ -72,6 +72,20 @@ class DownloadSweep : public SessionBench {
     bench.abort_context = const_cast<Shell*>(&shell);
     result =
         RunToEnd<DownloadFlightsResult>([&](auto end) { DownloadFlights(session, request, end); });
+  }
+
+  // Stalls and cuts one flight's answer at each byte. Returns how many runs did not bring both.
+  size_t SweepManners(flytec_simulator::Manners manners, int64_t flytec_simulator::Manners::*at) {
+    size_t not_done = 0;
+    for (int64_t n = 0; n < static_cast<int64_t>(memory[0].size()); n += kStep) {
+      manners.*at = n;
+      simulator.manners = manners;
+      SCOPED_TRACE(manners.request + " broken off at " + std::to_string(n));
+      Run({});
+      Check({});
+      if (!result.done) ++not_done;
+    }
+    return not_done;
   }
 
   // A byte that changes on the way in a flight's line cannot be seen: lines have no checksum.
@@ -148,6 +162,66 @@ TEST_F(DownloadSweep, FailedWritesPulledPlugsAndAborts) {
   Sweep({.kind = FaultKind::kUnplug}, received);
   EXPECT_EQ(Sweep({.kind = FaultKind::kUnplug, .towards_instrument = true}, sent), Runs(sent));
   Sweep({.kind = FaultKind::kAbort}, waits);
+}
+
+TEST_F(DownloadSweep, FlightsThatBreakOff) {
+  using flytec_simulator::Manners;
+  for (const char* asked : {"PBRTR,00", "PBRTR,01"}) {
+    for (const uint64_t stall_s : {2, 3, 4}) {
+      const Manners slow = {.request = asked, .nth = 1, .stall_ns = stall_s * 1'100'000'000};
+      EXPECT_EQ(SweepManners(slow, &Manners::stall_at), 0U);
+    }
+    EXPECT_EQ(SweepManners({.request = asked, .nth = 1}, &Manners::stall_at), 0U);
+    EXPECT_EQ(SweepManners({.request = asked, .nth = 1}, &Manners::cut_at), 0U);
+    SweepManners({.request = asked, .stall_ns = 2'200'000'000}, &Manners::stall_at);
+    EXPECT_EQ(SweepManners({.request = asked}, &Manners::stall_at), Runs(memory[0].size()));
+    EXPECT_EQ(SweepManners({.request = asked}, &Manners::cut_at), Runs(memory[0].size()));
+  }
+}
+
+TEST_F(DownloadSweep, TheHabitsOfInstrumentsAreMadeGoodOrNamed) {
+  const struct {
+    flytec_simulator::Manners manners;
+    size_t files;
+    const char* said;
+  } cases[] = {
+      {{.request = "PBRSNP", .late_ns = 2'500'000'000}, 2, "2 tracks in track list found"},
+      {{.lose_xon = true}, 2, "2 tracks in track list found"},
+      {{.request = "PBRTL", .nth = 1, .silent = true}, 2, "requesting it once more"},
+      {{.request = "PBRTL", .nth = 1, .lines = 1}, 2, "requesting it once more"},
+      {{.announced_flights = 7}, 2, "7 flights announced, 2 received"},
+      {{.request = "PBRTL", .silent = true}, 0, "its memory is empty, or it did not answer"},
+      {{.request = "PBRTL", .lines = 1}, 0, "There is no track 2 in the list"},
+      {{.request = "PBRTR,01", .silent = true}, 1, "Flight 2 is incomplete"},
+  };
+  for (const auto& c : cases) {
+    simulator.manners = c.manners;
+    Run({});
+    EXPECT_EQ(result.written.size(), c.files) << c.said;
+    EXPECT_TRUE(Said(c.said)) << c.said;
+    EXPECT_EQ(result.done, recorder.messages.empty()) << c.said;
+  }
+}
+
+// An instrument goes on sending after the program was stopped, and the next run opens its port in
+// the middle of a flight.
+TEST_F(DownloadSweep, TheRestOfAnAbortedTransferIsNotTakenForAnAnswer) {
+  simulator.manners.keep_sending = true;
+  simulator.flights[0].igc_text.insert(14, std::string(40'000, 'L'));
+  instrument = flytec_simulator::MakeInstrument(simulator, 57600);
+  bench.fault = {.kind = FaultKind::kAbort, .at = bench.waits + 400};
+  const auto download = [&] {
+    result =
+        RunToEnd<DownloadFlightsResult>([&](auto end) { DownloadFlights(session, request, end); });
+  };
+  request.target.overwrite = true;
+  download();
+  EXPECT_TRUE(Said("Transfer aborted"));
+  simulator.flights[0] = flytec_simulator::FlightFromIgc(memory[0]);
+  download();
+  EXPECT_TRUE(Said("Waiting for the instrument to finish an earlier transfer"));
+  EXPECT_TRUE(result.done);
+  for (const std::string& path : result.written) EXPECT_TRUE(Has(memory, ReadText(path)));
 }
 
 }  // namespace
