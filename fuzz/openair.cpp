@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "formats/openair/lines.h"
 #include "formats/openair/read_openair.h"
 #include "formats/openair/write_openair.h"
 #include "fuzz/frame.h"
@@ -43,12 +44,17 @@ void RequireSame(const CtrRecord& left, const CtrRecord& right) {
   Require(left.name == right.name);
   Require(left.airspace_class == right.airspace_class || left.airspace_class.empty());
   Require(left.floor == right.floor && left.ceiling == right.ceiling);
+  for (const openair::DetailCode& detail : openair::kDetailCodes) {
+    Require(left.*detail.field == right.*detail.field);
+  }
   Require(std::ranges::equal(left.segments, right.segments, SameSegment));
 }
 
 void RequireWrittenBack(const openair::AirspaceFile& file) {
   for (const CtrRecord& airspace : file.airspaces) {
     if (!std::ranges::all_of(airspace.segments, CanBeWritten)) return;
+    // A damaged airspace may have lost all of its outline, and then is not read again.
+    if (airspace.segments.empty()) return;
   }
   const std::string text = openair::Write(file.airspaces);
   Require(openair::LooksLike(text));
@@ -69,9 +75,12 @@ void Fuzz(std::string_view text) {
   const int count = openair::Read(text, file, message);
   Require(count != 0);
   RequireAllOrNothing(count, file.airspaces.size(), message);
-  Require(count > 0 ? openair::LooksLike(text) : file.notes.empty());
+  Require(count > 0 || (file.notes.empty() && file.damage.empty()));
+  const bool looks_like = openair::LooksLike(text);
   for (const CtrRecord& airspace : file.airspaces) {
-    Require(!airspace.segments.empty() && airspace.remark.empty() && airspace.number == 0);
+    Require(!airspace.segments.empty() || !airspace.damage.empty());
+    Require(airspace.segments.empty() || looks_like);
+    Require(airspace.remark.empty() && airspace.number == 0);
     std::ranges::for_each(airspace.segments, RequireGoodSegment);
   }
   if (count > 0) RequireWrittenBack(file);

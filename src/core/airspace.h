@@ -68,6 +68,16 @@ struct CtrRecord {
   AirspaceLimit floor;
   AirspaceLimit ceiling;
   bool selected = true;  // for upload
+  // Why the outline is not what the file meant, as "Line 12: position not understood: DP 47:99 N".
+  // Empty: it is sound. A damaged airspace is shown, but neither sent nor written.
+  std::string damage;
+  // What newer files say beside, as they write it, a line each where they repeat a record.
+  std::string type;         // AY: "TMA", "R", "RMZ", ...; then the class is A to G or UNC
+  std::string frequency;    // AF, in MHz
+  std::string station;      // AG: the station's call name
+  std::string id;           // AI
+  std::string transponder;  // AX
+  std::string activation;   // AA: intervals in UTC, or NONE
   std::vector<AirspaceSegment> segments;
 };
 

@@ -131,6 +131,25 @@ bool TakePosition(std::string_view& rest, AirspacePosition& position) {
   return TakeCoordinate(rest, "EW", 180, position.lon);
 }
 
+bool HasPosition(std::string_view text) {
+  std::string_view rest = text.substr(std::min(text.find_first_of("0123456789"), text.size()));
+  AirspacePosition ignored;
+  return TakePosition(rest, ignored);
+}
+
+bool IsMarkedComment(std::string_view rest) {
+  constexpr std::string_view kMarks = ";#/(\"";
+  SkipBlanks(rest);
+  return rest.empty() || kMarks.find(rest.front()) != kMarks.npos;
+}
+
+bool IsComment(std::string_view rest) {
+  if (IsMarkedComment(rest)) return true;
+  // "E, 47:20:00 N" and "E .5" go on with numbers; "E - corner" and "E," do not.
+  const size_t first = rest.find_first_not_of(" \t,.:+-'");
+  return first == rest.npos || !IsDigit(rest[first]);
+}
+
 void AppendScaled(std::string& text, double value, double scale) {
   char digits[350];  // the largest double has 309 digits before the point
   const double finite = std::isfinite(value) ? value : 0;

@@ -28,6 +28,19 @@ bool TakeNumber(std::string_view& rest, double& number);
 // 90 and 180 degrees.
 bool TakePosition(std::string_view& rest, AirspacePosition& position);
 
+// Whether a text has a position that begins with its first digit: "X 47:30:00 N 008:15:00 E".
+bool HasPosition(std::string_view text);
+
+// Whether what follows a complete line is nothing or a comment that says so: "; corner", "#
+// corner",
+// "// corner", "(corner)", "\"corner\"".
+bool IsMarkedComment(std::string_view rest);
+
+// Whether what follows a complete position is nothing or a comment: a marked one, or one that
+// begins with a word. A digit that comes first is none, because the position may have been cut
+// there.
+bool IsComment(std::string_view rest);
+
 // Appends a number in the fewest decimals, at most 9, that scale back to the value: number * scale
 // == value. A value that 9 decimals do not reach is rounded to them; one that is not finite is 0.
 void AppendScaled(std::string& text, double value, double scale);

@@ -3,13 +3,14 @@
 #include "core/text/digits.h"
 #include "core/text/letter_case.h"
 #include "core/text/scan.h"
+#include "formats/openair/fields.h"
 
 namespace skyhaul::openair {
 
 namespace {
 
-constexpr std::string_view kCodes[] = {"AC", "AN", "AH", "AL", "V", "DP",
-                                       "DA", "DB", "DC", "TO", "TC"};
+constexpr std::string_view kCodes[] = {"AC", "AN", "AH", "AL", "V",  "DP",
+                                       "DA", "DB", "DC", "DY", "TO", "TC"};
 
 // A word that only begins like a code is no code, but a number may follow at once, and a variable.
 bool EndsCode(std::string_view code, std::string_view rest) {
@@ -22,12 +23,16 @@ bool EndsCode(std::string_view code, std::string_view rest) {
 }
 
 std::string_view CodeOf(std::string_view content) {
+  const std::string_view word = content.substr(0, content.find_first_of(" \t"));
   for (const std::string_view code : kCodes) {
     const bool same = EqualIgnoringCase(content.substr(0, code.size()), code);
     if (same && EndsCode(code, content.substr(code.size()))) return code;
   }
-  // An unknown code, such as "SP" or "AY": the caller says that it is not understood.
-  return content.substr(0, content.find_first_of(" \t"));
+  for (const DetailCode& detail : kDetailCodes) {
+    if (EqualIgnoringCase(word, detail.code)) return detail.code;
+  }
+  // An unknown code, such as "SP" or "AT": the caller says that it is not understood.
+  return word;
 }
 
 }  // namespace
@@ -43,7 +48,18 @@ bool TakeLine(std::string_view& rest, Line& line) {
 }
 
 bool IsOutlineCode(std::string_view code) {
-  return code == "V" || code == "DP" || code == "DA" || code == "DB" || code == "DC";
+  return code == "V" || code == "DP" || code == "DA" || code == "DB" || code == "DC" ||
+         code == "DY";
+}
+
+bool MayBeOutline(const Line& line) {
+  // "AT 47:30:00 N 008:15:00 E"
+  if (EqualIgnoringCase(line.code, "AT")) return false;
+  // "; DP 47:30:00 N 008:15:00 E" was taken out by somebody who took ';' for the sign of comments.
+  if (IsMarkedComment(line.content)) return false;
+  // "DO 5" for "DC 5"; and "EP 47:30:00 N 008:15:00 E", whatever was bent.
+  const bool like_segment = line.code.size() == 2 && UpperLetter(line.code.front()) == 'D';
+  return like_segment || HasPosition(line.content);
 }
 
 }  // namespace skyhaul::openair

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+
+#include "core/airspace.h"
 
 namespace skyhaul::openair {
 
@@ -11,11 +14,29 @@ struct Line {
   std::string_view content;   // both
 };
 
+// The records that are kept as they are.
+struct DetailCode {
+  std::string_view code;
+  std::string CtrRecord::*field;
+};
+inline constexpr DetailCode kDetailCodes[] = {
+    {.code = "AY", .field = &CtrRecord::type},
+    {.code = "AF", .field = &CtrRecord::frequency},
+    {.code = "AG", .field = &CtrRecord::station},
+    {.code = "AX", .field = &CtrRecord::transponder},
+    {.code = "AA", .field = &CtrRecord::activation},
+    {.code = "AI", .field = &CtrRecord::id},
+};
+
 // Takes the next line. False when none is left. A
 // known code in small letters is given in capitals; "DP47:30 N", without a blank, is taken as well.
 bool TakeLine(std::string_view& rest, Line& line);
 
 // V and the codes of segments.
 bool IsOutlineCode(std::string_view code);
+
+// Whether a line that is not understood may have been a piece of an outline: it begins as those do,
+// or holds a position. The place of a label (AT) and what looks like a comment are none.
+bool MayBeOutline(const Line& line);
 
 }  // namespace skyhaul::openair

@@ -5,6 +5,7 @@
 #include "core/text/scan.h"
 #include "core/text/utf8.h"
 #include "formats/common/messages.h"
+#include "formats/openair/faults.h"
 #include "formats/openair/fields.h"
 #include "formats/openair/limits.h"
 #include "formats/openair/lines.h"
@@ -22,6 +23,8 @@ struct Reading {
   bool has_centre = false;
   AirspacePosition centre;
   char direction = kClockwise;
+  Faults faults;
+  Cost cost = Cost::kNothing;  // of a fault in the line that is being read
 };
 
 // Reads the argument of one kind of line. Returns what is wrong with it, or null.
@@ -35,13 +38,10 @@ CtrRecord& Airspace(Reading& reading) {
   return reading.file.airspaces.back();
 }
 
-void Note(Reading& reading, int line, std::string_view what) {
-  reading.file.notes.push_back(LineNote(line, what));
-}
-
-bool AtEnd(std::string_view rest) {
-  SkipBlanks(rest);
-  return rest.empty();
+// An arc or a circle without a centre: the broken V X= before it, if there is one, is to blame too.
+const char* MissCentre(Reading& reading) {
+  Blame(reading.faults, reading.faults.centre, Airspace(reading));
+  return kNoCentre;
 }
 
 // "10.5" of "DA 10.5,270,290" or "DC 10.5", nautical miles.
@@ -62,9 +62,13 @@ bool TakeBearing(std::string_view& rest, double& bearing_deg) {
 
 // Whether an airspace has an outline is known only when the next one begins or the file ends.
 void LeaveAirspace(Reading& reading) {
-  if (reading.airspace_line != 0 && Airspace(reading).segments.empty()) {
-    Note(reading, reading.airspace_line,
-         "airspace without an outline left out: " + Airspace(reading).name);
+  // One whose every line was broken stays: a list should not look as if it had never been there.
+  if (reading.airspace_line != 0 && Airspace(reading).segments.empty() &&
+      Airspace(reading).damage.empty()) {
+    AddFault(reading.faults,
+             LineNote(reading.airspace_line,
+                      "airspace without an outline left out: " + Airspace(reading).name),
+             Cost::kNothing, nullptr);
     reading.file.airspaces.pop_back();
   }
   reading.airspace_line = 0;
@@ -79,6 +83,8 @@ const char* ReadClass(Reading& reading, std::string_view argument) {
   // that misses its V X= is noted.
   reading.has_centre = false;
   reading.direction = kClockwise;
+  reading.faults.centre.reset();
+  reading.faults.direction.reset();
   reading.file.airspaces.push_back({.airspace_class = PlainText(argument)});
   return nullptr;
 }
@@ -93,6 +99,8 @@ const char* ReadTerrain(Reading& reading, std::string_view) {
 const char* ReadName(Reading& reading, std::string_view argument) {
   std::string& name = Airspace(reading).name;
   const bool repeated = !name.empty();
+  // Behind an outline: what follows is the next airspace's, and would become a part of this one.
+  if (!Airspace(reading).segments.empty()) reading.cost = Cost::kOutline;
   name = PlainText(argument);
   return repeated ? "replaces the name before it" : nullptr;
 }
@@ -115,49 +123,71 @@ const char* ReadFloor(Reading& reading, std::string_view argument) {
 
 // "V D=-" for counter-clockwise
 const char* ReadDirection(Reading& reading, std::string_view value) {
-  if (value != "+" && value != "-") return "direction not understood";
-  reading.direction = value == "-" ? kCounterClockwise : kClockwise;
+  const bool understood =
+      (value.starts_with('+') || value.starts_with('-')) && IsMarkedComment(value.substr(1));
+  reading.faults.direction.reset();
+  reading.cost = Cost::kDirection;
+  if (!understood) return "direction not understood";
+  reading.direction = value.front() == '-' ? kCounterClockwise : kClockwise;
   return nullptr;
 }
 
 // "V X=47:30:00 N 008:15:30 E"
 const char* ReadCentre(Reading& reading, std::string_view value) {
   // After a broken centre there is none, lest an arc turn about the one before.
-  reading.has_centre = TakePosition(value, reading.centre) && AtEnd(value);
+  reading.has_centre = TakePosition(value, reading.centre) && IsComment(value);
+  reading.faults.centre.reset();
+  reading.cost = Cost::kCentre;
   return reading.has_centre ? nullptr : kBadPosition;
+}
+
+// "V Y=47:30:00 N 008:15:30 E": a position can only have been meant as a centre. "V W=5" is a
+// width.
+const char* MissVariable(Reading& reading, std::string_view argument) {
+  if (HasPosition(argument)) {
+    reading.has_centre = false;
+    reading.cost = Cost::kCentre;
+  }
+  return "not understood";
 }
 
 const char* ReadVariable(Reading& reading, std::string_view argument) {
   const size_t equals = argument.find('=');
   const std::string_view name = TrimBlanks(argument.substr(0, equals));
-  if (equals == std::string_view::npos || name.size() != 1) return "not understood";
+  if (equals == std::string_view::npos || name.size() != 1) return MissVariable(reading, argument);
   const std::string_view value = TrimBlanks(argument.substr(equals + 1));
   const char variable = UpperLetter(name.front());
   if (variable == 'X') return ReadCentre(reading, value);
   if (variable == 'D') return ReadDirection(reading, value);
-  return "not understood";
+  return MissVariable(reading, argument);
 }
 
-// "DP 47:30:00 N 008:15:30 E"
+// "DP 47:30:00 N 008:15:30 E", with or without "; the church" behind it.
 const char* ReadPoint(Reading& reading, std::string_view argument) {
   AirspaceSegment point;
-  // More behind a position means that it was misread, for example cut at a decimal comma.
-  if (!TakePosition(argument, point.point) || !AtEnd(argument)) return kBadPosition;
+  if (!TakePosition(argument, point.point) || !IsComment(argument)) return kBadPosition;
   Airspace(reading).segments.push_back(point);
   return nullptr;
 }
 
-// "DA 10,270,290": radius in nautical miles, bearings from and to.
+// An arc turns the wrong way when its direction was broken.
+void AddArc(Reading& reading, const AirspaceSegment& arc) {
+  Blame(reading.faults, reading.faults.direction, Airspace(reading));
+  Airspace(reading).segments.push_back(arc);
+}
+
+// "DA 10,270,290": radius in nautical miles, bearings from and to. A bare word behind it may be a
+// unit that changes what the numbers mean.
 const char* ReadArcByBearings(Reading& reading, std::string_view argument) {
   AirspaceSegment arc = {
       .type = SegmentType::kArcByBearings, .point = reading.centre, .direction = reading.direction};
-  if (!reading.has_centre) return kNoCentre;
+  if (!reading.has_centre) return MissCentre(reading);
   if (!TakeRadius(argument, arc.radius_m)) return kBadRadius;
   if (!TakeBearing(argument, arc.start_bearing_deg) ||
-      !TakeBearing(argument, arc.end_bearing_deg) || !AtEnd(argument)) {
+      !TakeBearing(argument, arc.end_bearing_deg) || !IsMarkedComment(argument)) {
     return "bearings not understood";
   }
-  Airspace(reading).segments.push_back(arc);
+  AddArc(reading, arc);
   return nullptr;
 }
 
@@ -166,27 +196,33 @@ const char* ReadArcByBearings(Reading& reading, std::string_view argument) {
 const char* ReadArcByPoints(Reading& reading, std::string_view argument) {
   AirspaceSegment arc = {
       .type = SegmentType::kArcByPoints, .point = reading.centre, .direction = reading.direction};
-  if (!reading.has_centre) return kNoCentre;
+  if (!reading.has_centre) return MissCentre(reading);
   if (!TakePosition(argument, arc.start)) return kBadPosition;
   SkipSeparator(argument);
-  if (!TakePosition(argument, arc.end) || !AtEnd(argument)) return kBadPosition;
-  Airspace(reading).segments.push_back(arc);
+  if (!TakePosition(argument, arc.end) || !IsComment(argument)) return kBadPosition;
+  AddArc(reading, arc);
   return nullptr;
 }
 
-// "DC 5.5": nautical miles.
+// "DC 5.5": nautical miles. "DC 5.5 km" is no comment.
 const char* ReadCircle(Reading& reading, std::string_view argument) {
   AirspaceSegment circle = {.type = SegmentType::kCircle, .point = reading.centre};
-  if (!reading.has_centre) return kNoCentre;
-  if (!TakeRadius(argument, circle.radius_m) || !AtEnd(argument)) return kBadRadius;
+  if (!reading.has_centre) return MissCentre(reading);
+  if (!TakeRadius(argument, circle.radius_m) || !IsMarkedComment(argument)) return kBadRadius;
   Airspace(reading).segments.push_back(circle);
   return nullptr;
+}
+
+// "DY 47:30:00 N 008:15:30 E": a strip around a line, whose width is a variable of its own.
+const char* ReadAirway(Reading&, std::string_view) {
+  return "airways are not read";
 }
 
 struct LineKind {
   std::string_view code;
   ReadArgument read;
   bool inside_airspace = true;  // has a meaning only there
+  Cost cost = Cost::kNothing;   // of a fault in it
 };
 
 constexpr LineKind kLineKinds[] = {
@@ -197,20 +233,38 @@ constexpr LineKind kLineKinds[] = {
     {.code = "AH", .read = ReadCeiling},
     {.code = "AL", .read = ReadFloor},
     {.code = "V", .read = ReadVariable},
-    {.code = "DP", .read = ReadPoint},
-    {.code = "DA", .read = ReadArcByBearings},
-    {.code = "DB", .read = ReadArcByPoints},
-    {.code = "DC", .read = ReadCircle},
+    {.code = "DP", .read = ReadPoint, .cost = Cost::kOutline},
+    {.code = "DA", .read = ReadArcByBearings, .cost = Cost::kOutline},
+    {.code = "DB", .read = ReadArcByPoints, .cost = Cost::kOutline},
+    {.code = "DC", .read = ReadCircle, .cost = Cost::kOutline},
+    {.code = "DY", .read = ReadAirway, .cost = Cost::kOutline},
 };
 
-// A line that is not understood costs itself only: files hold colours, pens and newer records,
-// which say nothing about the outline.
+// "AY TMA" and the other records that are kept as they are.
+const char* ReadDetail(Reading& reading, const DetailCode& detail, std::string_view argument) {
+  if (reading.airspace_line == 0) return "outside an airspace";
+  std::string& field = Airspace(reading).*detail.field;
+  const std::string text = PlainText(argument);
+  // "AF" alone says nothing, and some files give two frequencies, a line each.
+  if (!field.empty() && !text.empty()) field += '\n';
+  field += text;
+  return nullptr;
+}
+
+// A line that is not understood costs itself only, as colours and pens do, which say nothing about
+// the outline; unless it looks as if it did.
 const char* ReadLine(Reading& reading, const Line& line) {
+  reading.cost = Cost::kNothing;
   for (const LineKind& kind : kLineKinds) {
     if (kind.code != line.code) continue;
     if (kind.inside_airspace && reading.airspace_line == 0) return "outside an airspace";
+    reading.cost = kind.cost;
     return kind.read(reading, line.argument);
   }
+  for (const DetailCode& detail : kDetailCodes) {
+    if (detail.code == line.code) return ReadDetail(reading, detail, line.argument);
+  }
+  if (MayBeOutline(line)) reading.cost = Cost::kOutline;
   return "not understood";
 }
 
@@ -236,11 +290,14 @@ int Read(std::string_view text, AirspaceFile& file, std::string& message) {
     if (line.content.empty()) continue;
     const char* wrong = ReadLine(reading, line);
     if (wrong == nullptr) continue;
-    Note(reading, reading.line,
-         std::string(wrong) + ": " + PlainText(FirstCharacters(line.content, kQuoted)));
+    const std::string what =
+        std::string(wrong) + ": " + PlainText(FirstCharacters(line.content, kQuoted));
+    AddFault(reading.faults, LineNote(reading.line, what), reading.cost,
+             reading.airspace_line == 0 ? nullptr : &Airspace(reading));
   }
   // The last airspace has no AC behind it that would close it.
   LeaveAirspace(reading);
+  TakeNotes(reading.faults, file);
   if (reading.first_airspace_line == 0) {
     return RefuseFile(1, "no airspace (AC) in this file", file, message);
   }

@@ -8,9 +8,11 @@
 
 namespace skyhaul::openair {
 
-// What a reader of an airspace file found. Notes name lines that were skipped and why.
+// What a reader of an airspace file found. Notes name lines that were skipped and why; those that
+// damage the outline of an airspace stand apart, because none of them may be overlooked.
 struct AirspaceFile {
   std::vector<CtrRecord> airspaces;
+  std::vector<std::string> damage;
   std::vector<std::string> notes;
 };
 
@@ -24,14 +26,20 @@ struct AirspaceFile {
 //   DA radius, bearing, bearing
 //   DB position, position
 //   DC radius      a circle
+//   AY kind, AF frequency, AG station, AI id, AX transponder code, AA activation: kept as texts
 //   *              a comment, also behind something else
 //
+// Text behind a complete position is a comment too: "DP 47:30:00 N 008:15:30 E ; the church".
+// Behind a radius or a bearing it must begin with ; # / ( or ", because a word may be a unit.
+//
 // Any other line, and one of these that is broken, is skipped with a note such as
-// "Line 12: position not understood: DP 47:99 N", so an outline may lack a point: show the notes.
-// A limit that is not understood keeps its text and gets a note too. An airspace without an outline
-// is left out. The remark stays empty and the number 0. TO and TC begin terrain, which is skipped
-// up to the next AC. Returns the number of airspaces, or -1 when there are none with a message that
-// names the line; then the file is empty.
+// "Line 12: position not understood: DP 47:99 N". A broken piece of an outline (DP, DA, DB, DC, DY,
+// which is never read, a V X= or V D= that a later line needs, an unknown line with a position) and
+// a second AN behind an outline damage their airspace: CtrRecord::damage holds the first such note.
+// A limit that is not understood keeps its text and gets a note too. An airspace without any
+// outline line is left out. The remark stays empty and the number 0. TO and TC begin terrain, which
+// is skipped up to the next AC. Returns the number of airspaces, or -1 when there are none with a
+// message that names the line; then the file is empty.
 int Read(std::string_view text, AirspaceFile& file, std::string& message);
 
 // Whether the text has an AC line and some outline after it.

@@ -3,8 +3,11 @@
 #include <optional>
 #include <string_view>
 
+#include "core/text/scan.h"
+
 #include "formats/openair/fields.h"
 #include "formats/openair/limits.h"
+#include "formats/openair/lines.h"
 
 namespace skyhaul::openair {
 
@@ -23,6 +26,14 @@ void AppendLine(std::string& text, std::string_view code, std::string_view argum
   // understood.
   if (argument.empty()) return;
   text.append(code).append(" ").append(argument).append(kLineEnd);
+}
+
+// "AY TMA", and "AF 122.800" twice where the file had two.
+void AppendDetails(std::string& text, const CtrRecord& airspace) {
+  for (const DetailCode& detail : kDetailCodes) {
+    std::string_view rest = airspace.*detail.field;
+    while (!rest.empty()) AppendLine(text, detail.code, PlainText(TakeField(rest, '\n')));
+  }
 }
 
 // "V X=47:30:00 N 008:15:30 E", once for all segments about the same centre.
@@ -100,6 +111,7 @@ std::string Write(std::span<const CtrRecord> airspaces) {
     AppendLine(text, "AN", PlainText(airspace.name));
     AppendLine(text, "AH", LimitText(airspace.ceiling));
     AppendLine(text, "AL", LimitText(airspace.floor));
+    AppendDetails(text, airspace);
     // Anew for each airspace, because readers forget the centre and the direction at an AC.
     Variables variables;
     for (const AirspaceSegment& segment : airspace.segments) {

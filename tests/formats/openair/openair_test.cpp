@@ -35,6 +35,13 @@ TEST(OpenAir, ReadsWholeAirspacesAndWritesThem) {
       "AN Z\xC3\xBCrich (LS-R 7)\r\n"
       "AH Ask on 122.8\r\n"
       "AL 2500ft  agl\r\n"
+      "AY TMA\r\n"
+      "AF 122.800\r\n"
+      "AF 123.4 ; winter\r\n"
+      "AG Z\xC3\xBCrich Info\r\n"
+      "AX 7000\r\n"
+      "AA 2026-05-14T09:00Z/2026-05-14T10:00Z\r\n"
+      "AI 5c39\r\n"
       "DP 47:30:15 N 008:15:30.5 E\r\n"
       "V X=47:00:00.25 N 008:00:59.123 W\r\n"
       "DB 47:06:00 N 008:00:00 E,47:00:00 S 008:09:00 E\r\n"
@@ -52,6 +59,8 @@ TEST(OpenAir, ReadsWholeAirspacesAndWritesThem) {
       "DC 25\r\n";
   const AirspaceFile file = ReadGood(text);
   EXPECT_EQ(Write(file.airspaces), text);
+  EXPECT_THAT(file.notes, ElementsAre(HasSubstr("Ask on")));
+  EXPECT_EQ(file.airspaces[0].frequency, "122.800\n123.4 ; winter");
   EXPECT_EQ(file.airspaces[0].floor,
             (AirspaceLimit{LimitReference::kGround, {}, 2500, "2500ft  agl"}));
   EXPECT_EQ(file.airspaces[1].ceiling,
@@ -65,7 +74,9 @@ TEST(OpenAirRead, SpellingsOfPositions) {
   const std::pair<AirspacePosition, std::vector<std::string>> cases[] = {
       {At(47.5, 8.25),
        {"47:30:00 N 008:15:00 E", "47:30:00N 8:15:00E", "47:30:00N008:15:00E",
-        "47:30.000 n, 008:15.000 e", "47.5 N 8.25 E", "47.5N\t8.25E", " 47: 29:60 N 008:14:60 E"}},
+        "47:30.000 n, 008:15.000 e", "47.5 N 8.25 E", "47.5N\t8.25E", " 47: 29:60 N 008:14:60 E",
+        "47.5 N 8.25 E ; 12 corner", "47.5 N 8.25 E - corner 12", "47.5 N 8.25 E,",
+        "47.5 N 8.25 E#1", "47.5 N 8.25 E * corner"}},
       {At(-47.5001, -8.2501), {"47:30:0.36S 8:15:0.36W"}},
       {{.lat = 1 << 30, .lon = INT32_MIN}, {"90:00:00 N 180:00:00 W"}},
       {{.lat = -(1 << 30), .lon = INT32_MAX}, {"90:00:00 S 180:00:00 E"}},
@@ -76,28 +87,68 @@ TEST(OpenAirRead, SpellingsOfPositions) {
     }
   }
   EXPECT_EQ(Segments("DP47:30:00 N 008:15:00 E").at(1).point, At(47.5, 8.25));
+  // Comments elsewhere.
+  EXPECT_EQ(
+      Segments("V D=- ; left\nV X=46 N 7 E centre\nDA 1,0,90 // arc\nDB 1 N 2 E,3 N 4 E (arc)\n"
+               "DC 5 \"5 miles\""),
+      Segments("V D=-\nV X=46 N 7 E\nDA 1,0,90\nDB 1 N 2 E,3 N 4 E\nDC 5"));
 }
 
 TEST(OpenAirRead, BrokenLinesAreSkippedWithANote) {
-  const std::pair<const char*, std::vector<std::string>> cases[] = {
+  const struct {
+    const char* note;
+    bool damages;
+    std::vector<std::string> lines;
+  } cases[] = {
       {"position not understood: ",
+       true,
        {"DP 47:30:15 N", "DP 90:00:01 N 008:00:00 E", "DP 47:00:00 N 180:00:01 E",
         "DP 47:61:00 N 008:00:00 E", "DP 47:30.5:15 N 008:00:00 E", "DP 47:30:15:10 N 008:00:00 E",
         "DP -47:30:15 N 008:00:00 E", "DP 008:00:00 E 47:30:15 N",
-        "DP 47:30:15 N 008:00:00 E 47:30:15", "DP inf N 008:00:00 E", "DB 47:30:15 N 008:00:00 E"}},
-      {"bearings not understood: ", {"DA 5,270", "DA 5,270,361", "DA 5,270,-10"}},
-      {"radius", {"DA 0,270,300", "DC -1", "DC 5401", "DC 1 2", "DC 1e3"}},
-      {"direction not understood: ", {"V D=x"}},
+        "DP 47:30:15 N 008:00:00 E 47:30:15", "DP 47:30:15 N 008:00:00 E, .5",
+        "DP inf N 008:00:00 E", "DB 47:30:15 N 008:00:00 E"}},
+      {"bearings not understood: ",
+       true,
+       {"DA 5,270", "DA 5,270,361", "DA 5,270,-10", "DA 5,1,2 km"}},
+      {"radius", true, {"DA 0,270,300", "DC -1", "DC 5401", "DC 1 2", "DC 1e3", "DC 5 km"}},
+      {"airways are not read: ", true, {"DY 5 N 6 E"}},
+      {"Line 4: not understood: ", true, {"EP 5 N 6 E", "5:00 N 6:00 E", "DO 5", "VX 5 N 6 E"}},
+      {"direction not understood: ", false, {"V D=x"}},
       {"Line 4: not understood: ",
-       {"V W=5", "V X", "AY TMA", "AT 47:30:15 N 008:00:00 E", "SP 0,1,255,0,0", "ANNEX"}},
+       false,
+       {"V W=5", "V X", "AYTMA", "AT 47:30:15 N 008:00:00 E", "SP 0,1,255,0,0", "ANNEX",
+        "; DP 5 N 6 E"}},
   };
-  for (const auto& [note, lines] : cases) {
+  for (const auto& [note, damages, lines] : cases) {
     for (const std::string& line : lines) {
       const AirspaceFile file = ReadGood("AC A\nDP 1 N 2 E\nV X=3 N 4 E\n" + line + "\nDP 5 N 6 E");
-      EXPECT_THAT(file.notes, ElementsAre(AllOf(HasSubstr(note), HasSubstr("Line 4: "),
-                                                testing::EndsWith(": " + line))));
+      const auto& notes = damages ? file.damage : file.notes;
+      ASSERT_THAT(notes, ElementsAre(AllOf(HasSubstr(note), HasSubstr("Line 4: "),
+                                           testing::EndsWith(": " + line))));
+      EXPECT_EQ(file.damage.size() + file.notes.size(), 1U) << line;
+      EXPECT_EQ(file.airspaces.at(0).damage, damages ? notes[0] : "");
       EXPECT_THAT(file.airspaces.at(0).segments, SizeIs(2)) << line;
     }
+  }
+}
+
+TEST(OpenAirRead, DamageIsWhatALaterLineOfTheSameAirspaceNeeds) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"V X=bad\nDP 1 N 1 E", ""},
+      {"V X=bad\nV X=1 N 1 E\nDC 5", ""},
+      {"DP 1 N 1 E\nV X=bad\nAC B\nV X=1 N 1 E\nDC 5", ""},
+      {"V X=bad\nDC 5", "Line 3: position not understood: V X=bad"},
+      {"V Y=1 N 1 E\nDC 5", "Line 3: not understood: V Y=1 N 1 E"},
+      {"V D=x\nV D=+\nDA 1,0,90", ""},
+      {"V D=x\nDA 1,0,90", "Line 3: direction not understood: V D=x"},
+      {"AN A\nDP 1 N 1 E\nAN B\nDP 2 N 2 E", "Line 5: replaces the name before it: AN B"},
+      {"DP 1 N 1 E\nTO Lake\nDP bad", ""},
+  };
+  for (const auto& [lines, damage] : cases) {
+    const AirspaceFile file = ReadGood("AC A\nV X=47 N 8 E\n" + lines + "\nAC C\nDP 1 N 1 E");
+    EXPECT_EQ(file.airspaces.at(0).damage, damage);
+    EXPECT_EQ(file.airspaces.back().damage, "");
+    EXPECT_EQ(file.damage.empty(), damage.empty()) << lines;
   }
 }
 
@@ -105,9 +156,9 @@ TEST(OpenAirRead, GivesAirspacesAndNotesOrRefuses) {
   const std::string no_airspace = "Format error on line 1: no airspace (AC) in this file";
   const std::string no_outline = "Format error on line 2: no airspace with an outline";
   const std::pair<std::string, std::string> cases[] = {
-      {"\xEF\xBB\xBF* Airspace of 2024\r\nac  r\r\nan\tx * inline\r\n\r\nah FL 65\r\n"
+      {"\xEF\xBB\xBF* Airspace of 2024\r\nac  r\r\nan\tx * inline\r\n\r\nah FL 65\r\naf 1\r\nAF\r\n"
        "v x = 33:30:00S 070:45:00W\r\ndc 25",
-       "AC r\r\nAN x\r\nAH FL 65\r\nV X=33:30:00 S 070:45:00 W\r\nDC 25\r\n"},
+       "AC r\r\nAN x\r\nAH FL 65\r\nAF 1\r\nV X=33:30:00 S 070:45:00 W\r\nDC 25\r\n"},
       // A centre and a direction end with their airspace.
       {"AC A\nV D=-\nV X=47 N 8 E\nDA 1,0,90\nV X=broken\nDC 5\n"
        "AC B\nDC 5\nV X=46 N 7 E\nDA 1,0,90\n",
@@ -136,7 +187,9 @@ TEST(OpenAirRead, GivesAirspacesAndNotesOrRefuses) {
     EXPECT_EQ(count, found.empty() ? static_cast<int>(file.airspaces.size()) : -1) << text;
     EXPECT_EQ(LooksLike(text), found.empty()) << text;
     found += Write(file.airspaces);
-    for (const std::string& note : file.notes) found += note + '\n';
+    for (const auto* notes : {&file.damage, &file.notes}) {
+      for (const std::string& note : *notes) found += note + '\n';
+    }
     EXPECT_EQ(found, expected);
   }
 }
