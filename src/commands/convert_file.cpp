@@ -1,9 +1,16 @@
 #include "commands/convert_file.h"
 
 #include "commands/now.h"
+#include "commands/sound_airspaces.h"
 #include "files/file_io.h"
 
 namespace skyhaul {
+
+namespace {
+
+constexpr const char* kWriteTitle = "Writing file";
+
+}  // namespace
 
 ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& request) {
   const Operation operation = {.shell = session.shell};
@@ -15,10 +22,17 @@ ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& 
                 "Reading file");
     return {};
   }
+  // Damaged airspaces are left out, and a file without any would look like one of a country that
+  // has none.
+  const size_t read = contents.airspaces.size();
+  contents.airspaces = SoundAirspaces(operation, contents.airspaces, kWriteTitle);
+  const size_t damaged = read - contents.airspaces.size();
+  if (damaged > 0 && damaged == read) return {};
   // For formats that write when the file was made; writers themselves ask no clock.
   contents.taken_over = Now(session.platform->clock);
   const int written = SaveFile(operation, request.to, request.keyword, contents, request.overwrite);
-  return {.done = written >= 0, .records = written < 0 ? 0 : static_cast<size_t>(written)};
+  return {.done = written >= 0 && damaged == 0,
+          .records = written < 0 ? 0 : static_cast<size_t>(written)};
 }
 
 }  // namespace skyhaul

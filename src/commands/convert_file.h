@@ -17,12 +17,12 @@ struct ConvertFileRequest {
 };
 
 struct ConvertFileResult {
-  bool done = false;
-  size_t records = 0;  // fixes, waypoints or airspaces written
+  bool done = false;   // all of the file was written
+  size_t records = 0;  // fixes, waypoints or airspaces written; may be some when it is not done
 };
 
-// Reads a file and writes it in another format, without touching the document. Failures have been
-// said.
+// Reads a file and writes it in another format, without touching the document. Damaged
+// airspaces are left out. Failures have been said.
 ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& request);
 
 }  // namespace skyhaul

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "commands/open_file.h"
+#include "commands/sound_airspaces.h"
 #include "commands/target.h"
 #include "files/file_io.h"
 #include "formats/waypoints/waypoint_list.h"
@@ -103,8 +104,12 @@ void UploadAirspaces(Session& session, const UploadRequest& request,
     RefuseUpload(session, "airspaces", "Write CTR");
     return end({});
   }
-  Upload(session, request, kUploadCtr, {.airspaces = *airspaces}, airspaces->size(),
-         std::move(end));
+  JobData data = {.airspaces =
+                      SoundAirspaces(Operation{.shell = session.shell}, *airspaces, "Write CTR")};
+  // Each one has been named, and the port need not be opened for nothing.
+  if (data.airspaces.empty()) return end({});
+  // Damaged ones count in the total, so an upload without them is not done.
+  Upload(session, request, kUploadCtr, std::move(data), airspaces->size(), std::move(end));
 }
 
 }  // namespace skyhaul

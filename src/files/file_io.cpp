@@ -19,8 +19,10 @@ int Fail(const Operation& operation, const std::string& text, const char* title)
   return -1;
 }
 
-// At most kMostNotes, because a file full of strange lines should not bury the other messages.
+// All damage, and first: who overlooks it flies by an outline that is wrong. Of the rest at most
+// kMostNotes, because a file full of strange lines should not bury the other messages.
 void ShowNotes(const Operation& operation, const FileContents& contents) {
+  for (const std::string& damage : contents.damage) ShowStatus(operation, damage);
   for (size_t i = 0; i < contents.notes.size() && i < kMostNotes; ++i) {
     ShowStatus(operation, contents.notes[i]);
   }

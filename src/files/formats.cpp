@@ -48,6 +48,7 @@ int ReadAirspaces(std::string_view text, FileContents& contents, std::string& me
   openair::AirspaceFile file;
   const int count = openair::Read(text, file, message);
   contents.airspaces = std::move(file.airspaces);
+  contents.damage = std::move(file.damage);
   contents.notes = std::move(file.notes);
   return count;
 }

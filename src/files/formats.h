@@ -21,10 +21,11 @@ struct FileContents {
   std::vector<FileWaypoint> waypoints;
   std::vector<CtrRecord> airspaces;
   std::vector<TrackPoint> points;
-  igc::Header header;              // of a track
-  std::string text;                // of a track that was read: the whole file
-  CalendarTime taken_over = {};    // when the program got the track, for formats that say so
-  std::vector<std::string> notes;  // what was skipped, with its line
+  igc::Header header;               // of a track
+  std::string text;                 // of a track that was read: the whole file
+  CalendarTime taken_over = {};     // when the program got the track, for formats that say so
+  std::vector<std::string> damage;  // lines whose loss makes a record unfit for use; all are shown
+  std::vector<std::string> notes;   // what else was skipped, with its line
 };
 
 // One file format that the program reads, writes or both.

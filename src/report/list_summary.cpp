@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <utility>
 #include <vector>
 
 #include "core/text/numbers.h"
@@ -49,6 +50,46 @@ std::string Classes(const ListSummary& summary) {
   return text;
 }
 
+// Newer files have the class of the airspace's rules and its type apart, where older ones have one
+// word for both: "D" and "CTR" are one more kind beside "CTR".
+std::string ClassOf(const CtrRecord& airspace) {
+  if (airspace.type.empty() || airspace.type == "NONE") return airspace.airspace_class;
+  return airspace.airspace_class + ' ' + airspace.type;
+}
+
+std::string DamageLines(const ListSummary& summary) {
+  std::string text;
+  for (const CtrRecord& airspace : summary.airspaces) {
+    if (!airspace.damage.empty()) text += Line("Damaged", airspace.name + ": " + airspace.damage);
+  }
+  return text;
+}
+
+// What is optional in an airspace, as JSON calls it.
+struct OptionalText {
+  const char* key;
+  std::string CtrRecord::*field;
+};
+
+constexpr OptionalText kOptionalTexts[] = {
+    {.key = "type", .field = &CtrRecord::type},
+    {.key = "frequency", .field = &CtrRecord::frequency},
+    {.key = "station", .field = &CtrRecord::station},
+    {.key = "id", .field = &CtrRecord::id},
+    {.key = "transponder", .field = &CtrRecord::transponder},
+    {.key = "activation", .field = &CtrRecord::activation},
+    {.key = "damage", .field = &CtrRecord::damage},
+};
+
+nlohmann::ordered_json AirspaceJson(const CtrRecord& airspace) {
+  nlohmann::ordered_json json = {{"name", airspace.name}, {"class", airspace.airspace_class}};
+  for (const OptionalText& optional : kOptionalTexts) {
+    const std::string& text = airspace.*optional.field;
+    if (!text.empty()) json[optional.key] = text;
+  }
+  return json;
+}
+
 const char* KindName(const ListSummary& summary) {
   return summary.kind == ListSummary::Kind::kWaypoints ? "waypoints" : "airspaces";
 }
@@ -75,22 +116,29 @@ ListSummary SummariseAirspaces(const std::string& file, std::span<const CtrRecor
       .file = file, .kind = ListSummary::Kind::kAirspaces, .count = airspaces.size()};
   bool first = true;
   for (const CtrRecord& airspace : airspaces) {
-    ++summary.classes[airspace.airspace_class];
+    ++summary.classes[ClassOf(airspace)];
     for (const AirspacePosition& position : Positions(airspace)) {
       Include(summary, position.lat, position.lon, first);
       first = false;
     }
+    summary.has_positions = !first;
+    summary.airspaces.push_back(airspace);
+    // An outline of thousands of points is not wanted for a line of a list.
+    summary.airspaces.back().segments = {};
   }
   return summary;
 }
 
 std::string SummaryText(const ListSummary& summary) {
   std::string text = Line("File", summary.file) +
-                     Line("Holds", std::to_string(summary.count) + ' ' + KindName(summary)) +
-                     Line("Latitude", Range(summary.south, summary.north)) +
-                     Line("Longitude", Range(summary.west, summary.east));
+                     Line("Holds", std::to_string(summary.count) + ' ' + KindName(summary));
+  // Zeros would be a place off Africa.
+  if (summary.has_positions) {
+    text += Line("Latitude", Range(summary.south, summary.north)) +
+            Line("Longitude", Range(summary.west, summary.east));
+  }
   if (summary.kind == ListSummary::Kind::kAirspaces)
-    return text + Line("Classes", Classes(summary));
+    return text + Line("Classes", Classes(summary)) + DamageLines(summary);
   return text + Line("Altitude", FixedText(summary.lowest_m, 0) + " to " +
                                      FixedText(summary.highest_m, 0) + " m");
 }
@@ -103,9 +151,15 @@ nlohmann::ordered_json SummaryJson(const ListSummary& summary) {
                                  {"north", SemicirclesToDegrees(summary.north)},
                                  {"west", SemicirclesToDegrees(summary.west)},
                                  {"east", SemicirclesToDegrees(summary.east)}};
+  if (!summary.has_positions) {
+    for (const char* key : {"south", "north", "west", "east"}) json[key] = nullptr;
+  }
   // Airspaces have limits of several kinds, which no one range of metres can hold.
   if (summary.kind == ListSummary::Kind::kAirspaces) {
     json["classes"] = summary.classes;
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const CtrRecord& airspace : summary.airspaces) list.push_back(AirspaceJson(airspace));
+    json["airspaces"] = std::move(list);
   } else {
     json["lowest_m"] = summary.lowest_m;
     json["highest_m"] = summary.highest_m;

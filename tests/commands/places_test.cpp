@@ -87,6 +87,19 @@ TEST_F(PlacesTest, WhatAnInstrumentCannotHoldIsNamedAndTheRestIsSent) {
   EXPECT_TRUE(Said("CTR Tiny has a radius"));
 }
 
+TEST_F(PlacesTest, DamagedAirspacesStayBehind) {
+  const std::string broken = "AC R\r\nAN Broken\r\nDP 47:99 N 011:00:00 E\r\n";
+  const UploadResult result = Upload("a.txt", broken + kAirspaces);
+  EXPECT_FALSE(result.done);
+  EXPECT_EQ(result.sent, 2U);
+  EXPECT_EQ(result.total, 3U);
+  EXPECT_TRUE(Said("Write CTR: Airspace Broken is damaged and left out\nLine 3: position not"));
+  EXPECT_EQ(simulator.airspaces.size(), 2U);
+  bench.opens = 0;
+  EXPECT_FALSE(Upload("b.txt", broken).done);
+  EXPECT_EQ(bench.opens, 0U);
+}
+
 TEST_F(PlacesTest, AirspaceIsSentUnlessTheInstrumentRefuses) {
   EXPECT_TRUE(Upload("a.txt", kAirspaces).done);
   EXPECT_EQ(simulator.airspaces.size(), 2U);

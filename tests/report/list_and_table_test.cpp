@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "core/units.h"
 #include "report/file_summary.h"
 #include "report/flight_table.h"
@@ -32,10 +34,19 @@ TEST(ListSummary, SaysWhereAndWhat) {
   const AirspacePosition place = {.lat = degrees(47), .lon = degrees(11)};
   const CtrRecord circle = {.airspace_class = "D",
                             .segments = {{.type = SegmentType::kCircle, .point = place}}};
-  EXPECT_EQ(SummaryText(SummariseAirspaces("a.txt", std::vector<CtrRecord>{circle, circle})),
-            "File            a.txt\nHolds           2 airspaces\n"
+  CtrRecord zone = circle;
+  zone.name = "Zone";
+  zone.type = "CTR";
+  zone.damage = "Line 3: gone";
+  const ListSummary summary =
+      SummariseAirspaces("a.txt", std::vector<CtrRecord>{circle, circle, zone});
+  EXPECT_EQ(SummaryText(summary),
+            "File            a.txt\nHolds           3 airspaces\n"
             "Latitude        47.00000 to 47.00000\nLongitude       11.00000 to 11.00000\n"
-            "Classes         D 2\n");
+            "Classes         D 2, D CTR 1\nDamaged         Zone: Line 3: gone\n");
+  EXPECT_EQ(SummaryJson(summary)["airspaces"].dump(),
+            R"([{"name":"","class":"D"},{"name":"","class":"D"},)"
+            R"({"name":"Zone","class":"D","type":"CTR","damage":"Line 3: gone"}])");
 }
 
 TEST(SettingsText, NothingThatSteersATerminalIsShown) {
