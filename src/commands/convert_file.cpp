@@ -3,6 +3,7 @@
 #include "commands/now.h"
 #include "commands/sound_airspaces.h"
 #include "files/file_io.h"
+#include "platform/file.h"
 
 namespace skyhaul {
 
@@ -14,6 +15,14 @@ constexpr const char* kWriteTitle = "Writing file";
 
 ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& request) {
   const Operation operation = {.shell = session.shell};
+  // Whatever else is asked for: the other format may hold less, and nothing would be left to go
+  // back to.
+  if (SameFile(request.from, request.to)) {
+    ShowMessage(operation,
+                request.to + " is the file that is to be converted: give the result another name",
+                kWriteTitle);
+    return {};
+  }
   FileContents contents;
   if (LoadFile(operation, request.from, contents) < 0) return {};
   // The kind is known only once the file has been read, because its text is recognised too.

@@ -21,8 +21,8 @@ struct ConvertFileResult {
   size_t records = 0;  // fixes, waypoints or airspaces written; may be some when it is not done
 };
 
-// Reads a file and writes it in another format, without touching the document. Damaged
-// airspaces are left out. Failures have been said.
+// Reads a file and writes it in another format, without touching the document. A file is never
+// converted onto itself, and damaged airspaces are left out. Failures have been said.
 ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& request);
 
 }  // namespace skyhaul

@@ -24,6 +24,10 @@ FileResult ReadWholeFile(const std::string& path, std::string& text);
 // are not created.
 FileResult WriteWholeFile(const std::string& path, const std::string& text, IfExists if_exists);
 
+// True when both paths lead to one file on a disk, through whatever spelling or link. Pipes and
+// devices are never the same: what is read from them and what is written to them is not.
+bool SameFile(const std::string& left, const std::string& right);
+
 bool FileExists(const std::string& path);
 bool IsDirectory(const std::string& path);
 // True when files can be created in the folder.

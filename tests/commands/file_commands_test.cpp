@@ -64,6 +64,17 @@ TEST_F(FileCommandsTest, ConvertsWithTheTimeOfToday) {
   EXPECT_EQ(document.lists.flight, nullptr);
 }
 
+TEST_F(FileCommandsTest, NeverConvertsAFileOntoItself) {
+  const std::string before = ReadText(flight);
+  EXPECT_FALSE(
+      ConvertFile(
+          session,
+          {.from = flight, .to = folder.File("./a.igc"), .keyword = "kml", .overwrite = true})
+          .done);
+  EXPECT_TRUE(Said("Writing file: " + folder.File("./a.igc") + " is the file that is to be conv"));
+  EXPECT_EQ(ReadText(flight), before);
+}
+
 TEST_F(FileCommandsTest, LeavesDamagedAirspacesOutAndShowsTheirNotesFirst) {
   std::string text;
   for (int i = 0; i < 30; ++i) text += "strange\n";

@@ -106,6 +106,18 @@ TEST_F(File, OfManyWritersOneTakesTheName) {
   EXPECT_EQ(CountFiles(), size_t{kRounds});
 }
 
+TEST_F(File, AFileIsTheSameUnderEachOfItsNames) {
+  for (const char* name : {"file", "copy"}) Write(At(name), "text", IfExists::kRefuse);
+  fs::create_hard_link(At("file"), At("link"));
+  const std::tuple<std::string, std::string, bool> cases[] = {
+      {At("file"), At("./file"), true}, {At("link"), At("file"), true},
+      {At("file"), At("copy"), false},  {At("file"), At("none"), false},
+      {At("none"), At("none"), false},  {folder.path.string(), folder.path.string(), false}};
+  for (const auto& [left, right, same] : cases) {
+    EXPECT_EQ(SameFile(left, right), same) << left << ' ' << right;
+  }
+}
+
 TEST_F(File, KnowsWhatIsThere) {
   Write(At("file"), "", IfExists::kRefuse);
   const std::tuple<std::string, bool, bool> cases[] = {

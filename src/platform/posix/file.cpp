@@ -239,6 +239,15 @@ bool FolderIsWritable(const std::string& path) {
   return IsDirectory(path) && access(path.c_str(), W_OK | X_OK) == 0;
 }
 
+bool SameFile(const std::string& left, const std::string& right) {
+  struct stat left_status {};
+  struct stat right_status {};
+  // stat() follows links, and the number of the file is the same for all of its names.
+  return stat(left.c_str(), &left_status) == 0 && stat(right.c_str(), &right_status) == 0 &&
+         S_ISREG(left_status.st_mode) && left_status.st_dev == right_status.st_dev &&
+         left_status.st_ino == right_status.st_ino;
+}
+
 bool FileExists(const std::string& path) {
   return access(path.c_str(), F_OK) == 0;
 }

@@ -279,6 +279,24 @@ bool FolderIsWritable(const std::string& path) {
   return folder.handle != nullptr;
 }
 
+// Both stay open while they are compared: a file system may give the number of a closed file away.
+bool SameFile(const std::string& left, const std::string& right) {
+  const std::wstring wide[] = {WidePath(left), WidePath(right)};
+  if (wide[0].empty() || wide[1].empty()) return false;
+  // No access is asked for: the numbers of a file that may not be read can be asked for too.
+  const OwnedHandle files[] = {OwnedHandle(Open(wide[0], 0, OPEN_EXISTING)),
+                               OwnedHandle(Open(wide[1], 0, OPEN_EXISTING))};
+  BY_HANDLE_FILE_INFORMATION of[2] = {};
+  for (int i = 0; i < 2; ++i) {
+    if (files[i].handle == nullptr || GetFileType(files[i].handle) != FILE_TYPE_DISK ||
+        GetFileInformationByHandle(files[i].handle, &of[i]) == 0) {
+      return false;
+    }
+  }
+  return of[0].dwVolumeSerialNumber == of[1].dwVolumeSerialNumber &&
+         of[0].nFileIndexHigh == of[1].nFileIndexHigh && of[0].nFileIndexLow == of[1].nFileIndexLow;
+}
+
 bool FileExists(const std::string& path) {
   return Attributes(WidePath(path)) != INVALID_FILE_ATTRIBUTES;
 }

@@ -42,6 +42,7 @@ TEST_F(PosixFile, WritesThroughALink) {
     EXPECT_EQ(Write(At(name), "new", IfExists::kReplace), FileProblem::kNone);
     EXPECT_TRUE(fs::is_symlink(At(name)));
     EXPECT_EQ(Read(At("real/" + name)), "new");
+    EXPECT_TRUE(SameFile(At(name), At("real/" + name)));
   }
   EXPECT_EQ(CountFiles(), 3U);
 }
@@ -70,6 +71,7 @@ TEST_F(PosixFile, NamesWithoutAFolderAreInTheCurrentOne) {
 }
 
 TEST_F(PosixFile, PipesAndDevicesAreUsedInPlace) {
+  EXPECT_FALSE(SameFile("/dev/null", "/dev/null"));
   int ends[2] = {-1, -1};
   ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
   EXPECT_EQ(Write("/dev/fd/" + std::to_string(ends[1]), "text", IfExists::kReplace),
