@@ -33,16 +33,27 @@ int ParseSwitches(std::string_view text, const CommandLineHost& host, CommandLin
   return tokenised != 0 ? tokenised : CheckBlock(block, host, message);
 }
 
-}  // namespace
+// A shell's arguments have no limit of their own, and a path that is cut names another file.
+int CheckLengths(std::string_view text, std::string& message) {
+  if (text.starts_with('/')) return CheckValueLengths(text, message);
+  if (CutToCharacters(text, kMaxFileName).size() == text.size()) return 0;
+  message =
+      "The name of the file to open is longer than " + std::to_string(kMaxFileName) + " characters";
+  return -1;
+}
 
-int ParseCommandLine(const std::string& text, const CommandLineHost& host, CommandLineBlock& block,
-                     std::string& message) {
+// What becomes of a value or a file name that is too long.
+enum class TooLong { kCut, kRefuse };
+
+int Parse(const std::string& text, TooLong too_long, const CommandLineHost& host,
+          CommandLineBlock& block, std::string& message) {
   block = {};
   message.clear();
   // c_str(), so that the text ends at its first zero, as a command line of the system does.
   std::string_view rest(text.c_str());
   if (rest.empty()) return 0;
   if (Unquote(rest, message) != 0) return -1;
+  if (too_long == TooLong::kRefuse && CheckLengths(rest, message) != 0) return -1;
   // A double click on a file calls the program with the file's path alone.
   if (!rest.starts_with('/')) {
     block.present = true;
@@ -56,9 +67,16 @@ int ParseCommandLine(const std::string& text, const CommandLineHost& host, Comma
   return parsed;
 }
 
+}  // namespace
+
+int ParseCommandLine(const std::string& text, const CommandLineHost& host, CommandLineBlock& block,
+                     std::string& message) {
+  return Parse(text, TooLong::kCut, host, block, message);
+}
+
 int ParseArguments(const ArgumentText& arguments, const CommandLineHost& host,
                    CommandLineBlock& block, std::string& message) {
-  if (ParseCommandLine(arguments.text, host, block, message) != 0) return -1;
+  if (Parse(arguments.text, TooLong::kRefuse, host, block, message) != 0) return -1;
   if (arguments.files.empty()) return 0;
   // A block has one place for a file, and it would hold only the last.
   if (arguments.files.size() > 1 || block.command == Command::kOpenFile) {

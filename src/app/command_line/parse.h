@@ -20,8 +20,9 @@ int ParseCommandLine(const std::string& text, const CommandLineHost& host, Comma
                      std::string& message);
 
 // Parses what a shell's arguments came to: their switches, and at most one file to open, which no
-// command may stand beside. The file's name is kept whole: it is known to exist, so no limit of the
-// text form applies. Returns as ParseCommandLine.
+// command may stand beside. Values that the text form would cut are refused. The file's name is
+// kept whole: it is known to exist, so no limit of the text form applies. Returns as
+// ParseCommandLine.
 int ParseArguments(const ArgumentText& arguments, const CommandLineHost& host,
                    CommandLineBlock& block, std::string& message);
 

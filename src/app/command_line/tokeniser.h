@@ -27,6 +27,7 @@ struct Tokeniser {
   Item item;
   size_t keyword_seen = 0;  // characters of the keyword, the dropped ones too
   size_t value_seen = 0;    // the same for the value
+  bool value_cut = false;
 };
 
 // Feeds one byte; the zero that ends the text is fed as well. Keywords and values are cut to their
@@ -41,5 +42,10 @@ using TakeItemFunction = std::function<int(const Item& item)>;
 // result of take; or -1 with "Error at position n", n being the 1-based place of the character that
 // cannot stand there.
 int Tokenise(std::string_view text, const TakeItemFunction& take, std::string& message);
+
+// Whether Tokenise() would deliver every value whole. Returns 0, or -1 with a message that names
+// the first keyword whose value is too long, and the limit. 0 also for a text that cannot be
+// tokenised.
+int CheckValueLengths(std::string_view text, std::string& message);
 
 }  // namespace skyhaul

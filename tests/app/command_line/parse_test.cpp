@@ -106,7 +106,10 @@ TEST(Checks, CommandsAcceptInstrumentsWithTheirService) {
   }
 }
 
-TEST(ParseArguments, OneFileToOpenAndNoCommandBesideIt) {
+TEST(ParseArguments, OneFileToOpenAndNoCommandBesideItAndNothingIsCut) {
+  std::string longest;
+  for (int i = 0; i < 260; ++i) longest += "\u00fc";
+  const char* too_long = "The value of LOGFILE is longer than 260 characters";
   const struct {
     ArgumentText arguments;
     const char* message;
@@ -115,6 +118,12 @@ TEST(ParseArguments, OneFileToOpenAndNoCommandBesideIt) {
       {{{"/a/b.igc"}, "/EXIT"}, "", "/a/b.igc"},
       {{{"a.igc", "b.igc"}, ""}, "Only one file can be opened", ""},
       {{{"a.igc"}, "missing.igc"}, "Only one file can be opened", ""},
+      {{{}, "/LOGFILE=" + longest}, "", ""},
+      {{{}, "/LOGFILE=" + longest + "x /EXIT"}, too_long, ""},
+      {{{}, "/LOGFILE=\"" + longest + "x\" x"}, too_long, ""},
+      {{{}, "/LOGFILE=" + std::string(1041, '\x80')}, too_long, ""},
+      {{{}, longest}, "", longest.c_str()},
+      {{{}, longest + "x"}, "The name of the file to open is longer than 260 characters", ""},
       {{{"a.igc"}, "/IGC_LOG=x /GPS=IQCOMPEO"}, "A file to open does not go with a command", ""},
   };
   for (const auto& c : cases) {
