@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/text/printable.h"
 #include "instruments/families.h"
 #include "instruments/manner_options.h"
 
@@ -168,7 +169,8 @@ std::string InstrumentUsage() {
 }
 
 int Refuse(const std::string& message) {
-  (void)std::fprintf(stderr, "skyhaul-instrument: %s\n", message.c_str());
+  // Arguments and paths are echoed, and may hold what steers a terminal.
+  (void)std::fprintf(stderr, "skyhaul-instrument: %s\n", PrintableLines(message).c_str());
   return kUsageError;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string>
 
+#include "core/text/printable.h"
 #include "instruments/pty_host.h"
 
 namespace skyhaul {
@@ -23,7 +24,7 @@ int RunBehindTerminal(SimulatedInstrument& instrument, const Choices& choices,
       .link_path = choices.link_path, .log = log, .stop = &StopOnSignals(), .on_ready = PrintPath};
   std::string problem;
   if (RunOnTerminal(instrument, options, problem) == 0) return 0;
-  (void)std::fprintf(stderr, "skyhaul-instrument: %s\n", problem.c_str());
+  (void)std::fprintf(stderr, "skyhaul-instrument: %s\n", PrintableLines(problem).c_str());
   return 1;
 }
 

@@ -60,5 +60,30 @@ TEST(Places, GoUpAndComeDownEqual) {
   }
 }
 
+// A name with two ways to begin an escape sequence, wherever it is echoed.
+TEST(Terminal, IsSteeredByNoName) {
+  Program program;
+  const std::string name = program.folder.File("\x1b[31m\xc2\x9b\x7f.cup");
+  WriteText(name, ManyWaypoints());
+  const std::vector<std::string> cases[] = {
+      {SKYHAUL_PROGRAM, "--info", name},
+      {SKYHAUL_PROGRAM, "--check", name},
+      {SKYHAUL_PROGRAM, "--convert", name, name + ".gpx"},
+      {SKYHAUL_PROGRAM, "--convert", name, name},
+      {SKYHAUL_PROGRAM, "--help" + name},
+      {SKYHAUL_PROGRAM, "--set", name},
+      {SKYHAUL_PROGRAM, name},
+      {SKYHAUL_PROGRAM, "/WPTSRC=" + name, "/WPTDEST=" + name, "/NOTIFY=" + name},
+      {SKYHAUL_INSTRUMENT, name},
+      {SKYHAUL_INSTRUMENT, "flytec", "--link", name},
+  };
+  for (const auto& arguments : cases) {
+    RunToEnd(program, arguments);
+    const std::string shown = program.Out() + program.Err();
+    EXPECT_NE(shown.find("?[31m??.cup"), std::string::npos) << arguments[1] << '\n' << shown;
+    EXPECT_EQ(shown.find_first_of("\x1b\x9b\x7f"), std::string::npos) << arguments[1];
+  }
+}
+
 }  // namespace
 }  // namespace skyhaul

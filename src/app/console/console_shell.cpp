@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <string_view>
 
 #include "core/text/printable.h"
 #include "device/job_runner.h"
@@ -24,18 +23,6 @@ void EndProgressLine(Console& console) {
   console.progress_width = 0;
 }
 
-// Line by line, because our own texts have line ends.
-std::string Shown(std::string_view text) {
-  std::string shown;
-  for (;;) {
-    const size_t end = text.find('\n');
-    shown += PrintableText(text.substr(0, end));
-    if (end == std::string_view::npos) return shown;
-    shown += '\n';
-    text.remove_prefix(end + 1);
-  }
-}
-
 // In one write, which cannot tear a line, or on Windows a letter. Windows buffers what goes to a
 // pipe.
 void WriteError(const std::string& text) {
@@ -45,7 +32,7 @@ void WriteError(const std::string& text) {
 
 void PrintLine(Console& console, const std::string& line) {
   EndProgressLine(console);
-  WriteError(Shown(line) + '\n');
+  WriteError(PrintableLines(line) + '\n');
 }
 
 void Message(void* context, const char* text, const char* title) {
@@ -80,7 +67,7 @@ bool WorthALine(Console& console, int percent) {
 void Progress(void* context, const char* text, int percent) {
   Console& console = Of(context);
   const std::scoped_lock lock(console.mutex);
-  std::string line = Shown(text);
+  std::string line = PrintableLines(text);
   if (percent != kUnknownPercent) line += " " + std::to_string(percent) + "%";
   if (!console.terminal) {
     if (WorthALine(console, percent)) PrintLine(console, line);
@@ -135,7 +122,7 @@ void PrintResult(Console& console, const std::string& text) {
   EndProgressLine(console);
   // Under the same lock as messages, so that a progress line is ended before a result on the same
   // terminal.
-  std::fputs(Shown(text).c_str(), stdout);
+  std::fputs(PrintableLines(text).c_str(), stdout);
   std::fflush(stdout);
 }
 

@@ -41,6 +41,17 @@ std::string PrintableText(std::string_view bytes) {
   return text;
 }
 
+std::string PrintableLines(std::string_view text) {
+  std::string shown;
+  for (;;) {
+    const size_t end = text.find('\n');
+    shown += PrintableText(text.substr(0, end));
+    if (end == std::string_view::npos) return shown;
+    shown += '\n';
+    text.remove_prefix(end + 1);
+  }
+}
+
 std::string OneLine(std::string_view text) {
   std::string line(text);
   std::ranges::replace_if(

@@ -10,6 +10,9 @@ namespace skyhaul {
 // among them) become '?'.
 std::string PrintableText(std::string_view bytes);
 
+// The same line by line: our own texts have line ends, which stay.
+std::string PrintableLines(std::string_view text);
+
 // A text for one field of a line: control characters (C0 and DEL), line ends among them, become
 // blanks, and the blanks around it go.
 std::string OneLine(std::string_view text);
