@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "instruments/choices.h"
-#include "instruments/conversation_log.h"
+#include "transport/conversation_log.h"
 
 namespace skyhaul {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "instruments/choices.h"
-#include "instruments/conversation_log.h"
 #include "instruments/instrument.h"
+#include "transport/conversation_log.h"
 
 namespace skyhaul {
 

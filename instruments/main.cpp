@@ -10,8 +10,8 @@
 
 #include "core/low_memory.h"
 #include "instruments/choices.h"
-#include "instruments/conversation_log.h"
 #include "instruments/families.h"
+#include "transport/conversation_log.h"
 
 namespace skyhaul {
 

@@ -3,8 +3,8 @@
 #include <atomic>
 #include <string>
 
-#include "instruments/conversation_log.h"
 #include "instruments/instrument.h"
+#include "transport/conversation_log.h"
 
 namespace skyhaul {
 

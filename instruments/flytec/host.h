@@ -1,7 +1,7 @@
 #pragma once
 
 #include "instruments/choices.h"
-#include "instruments/conversation_log.h"
+#include "transport/conversation_log.h"
 
 namespace skyhaul::flytec_simulator {
 
