@@ -12,6 +12,7 @@
 #include "app/console/exit_status.h"
 #include "app/console/long_commands.h"
 #include "app/console/run_batch.h"
+#include "app/console/trace_file.h"
 #include "core/low_memory.h"
 #include "platform/arguments.h"
 #include "platform/file.h"
@@ -55,6 +56,28 @@ int RunSwitches(Session& session, Console& console, const ProgramArguments& argu
   return RunBatch(session, console, block);
 }
 
+int RunTraced(Session& session, Console& console, ProgramArguments arguments) {
+  const Operation operation = {.shell = session.shell};
+  std::string option;
+  std::string message;
+  if (TakeTraceOption(arguments.words, option, message) != 0) {
+    ShowMessage(operation, message, kCommandLineTitle);
+    return kExitBadCommandLine;
+  }
+  // The text as it was typed still holds the option.
+  if (!option.empty()) arguments.text.clear();
+  TraceFile trace;
+  const std::string path = option.empty() ? EnvironmentVariable("SKYHAUL_TRACE") : option;
+  if (StartTracing(trace, path, operation) != 0) return kExitFailed;
+  // The option alone is not the call without arguments that the help answers.
+  const bool alone = !option.empty() && arguments.words.empty();
+  const int status = HasLongOptions(arguments.words) || alone
+                         ? RunLongOptions(session, console, arguments.words)
+                         : RunSwitches(session, console, arguments);
+  StopTracing(trace, operation);
+  return status;
+}
+
 // A result that did not reach its reader is no success, whatever it said.
 int CheckOutput(const Operation& operation, int status) {
   // A full disk shows only when the last buffer is written.
@@ -73,7 +96,6 @@ int main(int argc, char** argv) {
   EndWhenMemoryIsShort();
   SurviveBrokenPipes();
   WriteUtf8();
-  const ProgramArguments arguments = ReadProgramArguments(argc, argv);
   Console console;
   console.terminal = ErrorIsTerminal();
   const Shell shell = ConsoleShell(console);
@@ -82,9 +104,7 @@ int main(int argc, char** argv) {
   Document document;
   Session session = {
       .platform = &NativePlatform(), .shell = &shell, .defaults = &defaults, .document = &document};
-  const int status = HasLongOptions(arguments.words)
-                         ? RunLongOptions(session, console, arguments.words)
-                         : RunSwitches(session, console, arguments);
+  const int status = RunTraced(session, console, ReadProgramArguments(argc, argv));
   // So that the shell's prompt does not stand behind the last percentage.
   FinishProgressLine(console);
   return CheckOutput(Operation{.shell = &shell}, status);

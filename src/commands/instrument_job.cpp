@@ -3,6 +3,10 @@
 #include <memory>
 #include <utility>
 
+#include "commands/now.h"
+#include "core/text/date_time.h"
+#include "core/text/digits.h"
+#include "core/version.h"
 #include "protocols/families.h"
 
 namespace skyhaul {
@@ -15,6 +19,20 @@ struct PendingJob {
   JobEndRoutine routine;
   JobEnd end;
 };
+
+// "Skyhaul 0.10, 2026-05-24 11:12:13 UTC, Flytec and Brauniger": what a reader of a conversation
+// wants to know first.
+std::string JobTitle(const Session& session, uint32_t protocol_type) {
+  const CalendarTime now = Now(session.platform->clock);
+  std::string title = "Skyhaul " + std::to_string(kVersionNumber / 100) + '.' +
+                      PaddedNumber(kVersionNumber % 100, 2) + ", " + DateText(now) + ' ' +
+                      TimeText(now) + " UTC";
+  const std::span<const Family> families = Families();
+  if (protocol_type < families.size()) {
+    title.append(", ").append(families[protocol_type].maker);
+  }
+  return title;
+}
 
 // On the thread that owns the document.
 void Deliver(void* argument) {
@@ -53,6 +71,7 @@ JobRequest MakeJobRequest(const Session& session, const InstrumentRequest& instr
   request.shell = session.shell;
   request.access_type = access_type;
   request.protocol_type = instrument.protocol_type;
+  request.title = JobTitle(session, instrument.protocol_type);
   request.reports = {
       .client = instrument.client,
       .interval_s = instrument.report_interval_s.value_or(session.defaults->report_interval_s)};

@@ -8,6 +8,7 @@
 
 #include "transport/port_choice.h"
 #include "transport/trace.h"
+#include "transport/trace_log.h"
 
 namespace skyhaul {
 
@@ -134,6 +135,8 @@ int StartJob(JobTable table, JobRequest request) {
   if (running == nullptr) return refuse("Access data block memory allocation", kTitle);
   // Only now: a start that is refused leaves the trace of the job before, or of the one that runs.
   ClearTrace();
+  const ClockFunctions& clock = request.platform->clock;
+  LogTracedJob(request.title, clock.tick_ms(clock.context));
 
   // The job is current before its thread runs, so that the thread finds itself as the current job.
   runner.current = std::move(running);

@@ -26,7 +26,8 @@ struct JobRequest {
   PositionReports reports;
   JobCompletion completion = nullptr;
   void* completion_context = nullptr;
-  JobData data;  // what to upload
+  JobData data;       // what to upload
+  std::string title;  // what the log of conversations says at the job's start: one line
 };
 
 // Starts a job on a thread of its own. There is at most one at a time.

@@ -14,4 +14,8 @@ struct ProgramArguments {
 // argc and argv are those of main().
 ProgramArguments ReadProgramArguments(int argc, char** argv);
 
+// A variable of the environment that the program was started in, in UTF-8; empty when there is
+// none.
+std::string EnvironmentVariable(const char* name);
+
 }  // namespace skyhaul

@@ -5,6 +5,7 @@
 
 #include "core/count_message.h"
 #include "transport/trace.h"
+#include "transport/trace_log.h"
 
 namespace skyhaul {
 
@@ -28,6 +29,9 @@ constexpr const char* kSetupMessages[] = {
 
 SetupStep Configure(const SerialLink& link, const SerialSettings& settings) {
   const SerialFunctions& serial = link.platform->serial;
+  LogTracedRemark(link.port_name + " at " + std::to_string(settings.baud) + " baud" +
+                      (settings.xon_xoff ? ", XON/XOFF" : ""),
+                  internal::Tick_ms(link));
   return serial.configure(serial.context, link.handle, settings);
 }
 
@@ -36,6 +40,7 @@ PortOpening Open(SerialLink& link) {
   const SerialFunctions& serial = link.platform->serial;
   PortOpening opening = serial.open(serial.context, link.port_name);
   link.handle = opening.handle;
+  if (!opening.reason.empty()) LogTracedRemark(opening.reason, internal::Tick_ms(link));
   return opening;
 }
 
@@ -69,6 +74,15 @@ int Rest(SerialLink& link, uint32_t pause_ms, uint32_t longest_ms) {
     if (received > 0) last_byte_ms = internal::Tick_ms(link);
     link.pending.clear();
   }
+}
+
+// Logged before it is written, as it is traced.
+int Write(const SerialLink& link, const uint8_t* bytes, size_t count) {
+  LogTraced(Speaker::kHost, {reinterpret_cast<const char*>(bytes), count}, internal::Tick_ms(link));
+  const SerialFunctions& serial = link.platform->serial;
+  const int result = serial.write(serial.context, link.handle, bytes, count);
+  if (result != 0) LogTracedRemark("writing failed", internal::Tick_ms(link));
+  return result;
 }
 
 std::string WithReason(const std::string& text, const std::string& reason) {
@@ -141,6 +155,7 @@ void ClosePort(SerialLink& link) {
   if (link.handle == kNoSerialHandle) return;
   const SerialFunctions& serial = link.platform->serial;
   serial.close(serial.context, link.handle);
+  LogTracedRemark(link.port_name + " closed", internal::Tick_ms(link));
   link.handle = kNoSerialHandle;
   link.pending.clear();
 }
@@ -148,15 +163,12 @@ void ClosePort(SerialLink& link) {
 int WriteBytes(SerialLink& link, const uint8_t* bytes, size_t count) {
   // Traced first, so that the trace also shows what a failing port was to be sent.
   TraceHexDump(bytes, count);
-  const SerialFunctions& serial = link.platform->serial;
-  return serial.write(serial.context, link.handle, bytes, count);
+  return Write(link, bytes, count);
 }
 
 int WriteText(SerialLink& link, std::string_view text) {
   TraceText(text);
-  const SerialFunctions& serial = link.platform->serial;
-  return serial.write(serial.context, link.handle, reinterpret_cast<const uint8_t*>(text.data()),
-                      text.size());
+  return Write(link, reinterpret_cast<const uint8_t*>(text.data()), text.size());
 }
 
 void Pause(const SerialLink& link, uint32_t ms) {
@@ -165,6 +177,7 @@ void Pause(const SerialLink& link, uint32_t ms) {
   const uint64_t end_ms = clock.tick_ms(clock.context) + ms;
   while (!link.operation->aborted) {
     const uint64_t now_ms = clock.tick_ms(clock.context);
+    LogTraced(Speaker::kInstrument, {}, now_ms);
     if (now_ms >= end_ms) return;
     const uint64_t slice_ms = std::min<uint64_t>(end_ms - now_ms, kPauseSlice_ms);
     clock.wait(clock.context, static_cast<uint32_t>(slice_ms));
@@ -203,6 +216,10 @@ int Receive(SerialLink& link, size_t chunk) {
   // Also after an error: what was pending has been fed before this read.
   link.pending.resize(received > 0 ? static_cast<size_t>(received) : 0);
   TraceBytes(link.pending.data(), link.pending.size());
+  LogTraced(Speaker::kInstrument,
+            {reinterpret_cast<const char*>(link.pending.data()), link.pending.size()},
+            Tick_ms(link));
+  if (received < 0) LogTracedRemark("reading failed", Tick_ms(link));
   return received;
 }
 

@@ -79,6 +79,9 @@ void AppendLongOptions(std::string& out) {
     if (!option.argument_help.empty()) name += ' ' + std::string(option.argument_help);
     AppendEntry(out, name, option.help);
   }
+  AppendEntry(out, std::string(kTraceOption) + " FILE",
+              "with any of these, or beside switches: append the whole conversation with the "
+              "instrument to FILE; SKYHAUL_TRACE=FILE in the environment does the same");
 }
 
 void AppendKeywords(std::string& out, bool commands) {

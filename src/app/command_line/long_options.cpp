@@ -40,6 +40,7 @@ std::string UnknownOption(const std::string& argument) {
   };
   for (const SideOptionName& side : kSideOptions) consider(side.name);
   for (const LongOption& option : kLongOptions) consider(option.name);
+  consider(kTraceOption);
   const std::string unknown = "Unknown option " + Quoted(argument);
   if (EditDistance(argument, nearest) > kMaxEdits) return unknown + " (see \"--help\")";
   return unknown + " (did you mean " + Quoted(nearest) + "?)";
@@ -120,6 +121,24 @@ std::string CheckOptions(const Parsing& parsing, const LongOptions& options) {
 }
 
 }  // namespace
+
+int TakeTraceOption(std::vector<std::string>& arguments, std::string& file, std::string& message) {
+  const auto find = [&] {
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    const auto found = std::find(arguments.begin(), end, kTraceOption);
+    return found == end ? arguments.end() : found;
+  };
+  for (auto option = find(); option != arguments.end(); option = find()) {
+    const auto value = option + 1;
+    if (value == arguments.end() || value->empty()) {
+      message = "Missing file name after " + Quoted(kTraceOption);
+      return -1;
+    }
+    file = *value;
+    arguments.erase(option, value + 1);
+  }
+  return 0;
+}
 
 bool HasLongOptions(std::span<const std::string> arguments) {
   return !arguments.empty() && arguments.front().starts_with("--");

@@ -132,6 +132,15 @@ inline const std::string& ValueOf(const LongOptions& options, SideOption option)
   return options.values[static_cast<size_t>(option)];
 }
 
+// Goes with every command, and beside switches too: a file that takes the whole conversation with
+// the instrument.
+inline constexpr std::string_view kTraceOption = "--trace";
+
+// Takes that option and its file name out of the arguments, wherever they stand before a "--"; of
+// several the last counts. file stays as it is when there is none. Returns 0, or -1 with one line
+// that says what is wrong.
+int TakeTraceOption(std::vector<std::string>& arguments, std::string& file, std::string& message);
+
 // True when the program was called with long options: the first argument begins with two dashes.
 bool HasLongOptions(std::span<const std::string> arguments);
 

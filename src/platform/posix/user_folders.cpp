@@ -4,9 +4,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string_view>
 
+#include "platform/arguments.h"
 #include "platform/file.h"
 
 namespace skyhaul {
@@ -15,14 +15,9 @@ namespace {
 
 constexpr std::string_view kDocumentsLine = "XDG_DOCUMENTS_DIR=\"";
 
-std::string Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
 // The rules for these variables say that a path that is not absolute counts as none.
 std::string AbsoluteVariable(const char* name) {
-  std::string value = Variable(name);
+  std::string value = EnvironmentVariable(name);
   return value.starts_with('/') ? value : "";
 }
 
@@ -77,7 +72,7 @@ std::string ConfigFolder() {
 }
 
 std::vector<std::string> SystemConfigFolders() {
-  const std::string list = Variable("XDG_CONFIG_DIRS");
+  const std::string list = EnvironmentVariable("XDG_CONFIG_DIRS");
   std::vector<std::string> folders;
   for (size_t start = 0; start < list.size();) {
     const size_t end = std::min(list.find(':', start), list.size());

@@ -42,4 +42,17 @@ ProgramArguments ReadProgramArguments(int /*argc*/, char** /*argv*/) {
   return arguments;
 }
 
+std::string EnvironmentVariable(const char* name) {
+  const std::wstring wide_name = WideText(name);
+  // The length with its terminating zero; 0 when there is no such variable.
+  const DWORD length = GetEnvironmentVariableW(wide_name.c_str(), nullptr, 0);
+  if (length == 0) return {};
+  std::wstring value(length, L'\0');
+  const DWORD filled = GetEnvironmentVariableW(wide_name.c_str(), value.data(), length);
+  // Longer than its buffer only when it changed between the two calls.
+  if (filled >= length) return {};
+  value.resize(filled);
+  return Utf8Text(value);
+}
+
 }  // namespace skyhaul
