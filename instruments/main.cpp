@@ -5,23 +5,17 @@
 #include <cstdio>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "core/low_memory.h"
 #include "instruments/choices.h"
+#include "instruments/conversation_commands.h"
 #include "instruments/families.h"
-#include "transport/conversation_log.h"
+#include "instruments/log_file.h"
 
 namespace skyhaul {
 
 namespace {
-
-void WriteLogLine(void* context, std::string_view line) {
-  auto* file = static_cast<std::FILE*>(context);
-  (void)std::fwrite(line.data(), 1, line.size(), file);
-  (void)std::fflush(file);
-}
 
 int RunChoices(const Choices& choices) {
   if (choices.family.empty()) return Refuse("Which family? See --help");
@@ -30,13 +24,10 @@ int RunChoices(const Choices& choices) {
       std::find_if(families.begin(), families.end(),
                    [&](const SimulatedFamily& known) { return known.name == choices.family; });
   if (family == families.end()) return Refuse("Unknown family " + choices.family);
-  if (choices.log_path.empty()) return family->run(choices, nullptr);
-  std::FILE* file = std::fopen(choices.log_path.c_str(), "wb");
-  if (file == nullptr) return Refuse("Could not write " + choices.log_path);
-  ConversationLog log{.write = WriteLogLine, .context = file};
-  const int status = family->run(choices, &log);
-  (void)std::fclose(file);
-  return status;
+  LogFile log_file;
+  std::string problem;
+  ConversationLog* const log = OpenLog(log_file, choices.log_path, problem);
+  return problem.empty() ? family->run(choices, log) : Refuse(problem);
 }
 
 }  // namespace
@@ -47,9 +38,14 @@ int main(int argc, char** argv) {
   skyhaul::EndWhenMemoryIsShort();
   skyhaul::Choices choices;
   const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+  const auto is_help = [](const std::string& word) { return word == "--help" || word == "-h"; };
+  const bool help = std::any_of(arguments.begin(), arguments.end(), is_help);
+  if (!help && skyhaul::IsConversationCommand(arguments)) {
+    return skyhaul::RunConversationCommand(arguments);
+  }
   if (const int status = skyhaul::ParseCommandLine(arguments, choices); status != 0) return status;
   if (choices.help) {
-    (void)std::fputs(skyhaul::InstrumentUsage().c_str(), stdout);
+    (void)std::fputs((skyhaul::InstrumentUsage() + skyhaul::ConversationUsage()).c_str(), stdout);
     return 0;
   }
   return skyhaul::RunChoices(choices);

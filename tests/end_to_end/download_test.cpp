@@ -53,6 +53,28 @@ TEST_F(DownloadTest, SavesTheFlightToTheByteAndShowsIt) {
   EXPECT_NE(program.Out().find("Security        Security check PASSED\n"), std::string::npos);
 }
 
+// What one run has traced, played back to another.
+TEST_F(DownloadTest, ATraceReplacesTheInstrument) {
+  StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "0"});
+  const std::string trace = folder.File("trace");
+  setenv("SKYHAUL_TRACE", trace.c_str(), 1);
+  EXPECT_EQ(RunToEnd(program, Download()), 0) << program.Err();
+  unsetenv("SKYHAUL_TRACE");
+  Instrument again;
+  again.port = again.folder.File("port");
+  Start(again.program, {SKYHAUL_INSTRUMENT, "replay", trace, "--at-once", "--link", again.port});
+  ASSERT_TRUE(WaitForText(again.program, "out", "\n")) << again.program.Err();
+  std::filesystem::remove(Saved().at(0));
+  instrument.port = again.port;
+  // A disk that is full from the start costs the trace, not the flight.
+  EXPECT_EQ(RunToEnd(program, Download({"--trace", "/dev/full"})), 0) << again.program.Err();
+  ASSERT_EQ(Saved().size(), 1U);
+  EXPECT_TRUE(ReadText(Saved()[0]) == flight);
+  const std::string told = "Writing the trace: /dev/full ends before the conversation does: ";
+  EXPECT_EQ(program.Err().find(told), program.Err().rfind(told));
+  EXPECT_NE(program.Err().find(told), std::string::npos) << program.Err();
+}
+
 TEST_F(DownloadTest, AnInterruptLeavesNothingHalfWritten) {
   StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "19200"});
   Start(program, Download());
@@ -99,6 +121,7 @@ TEST_F(DownloadTest, BadCommandLinesAreTold) {
       {{folder.File("flight.igc"), "/EXIT"}, 0, ""},
       {{folder.File("flight.igc"), folder.File("client"), "/EXIT"}, 2, "Unrecognized command"},
       {{"--ports"}, 0, ""},
+      {{"--ports", "--trace", folder.File("none/trace")}, 1, "Writing the trace: "},
   };
   for (const auto& [more, status, message] : cases) {
     Texts arguments = {SKYHAUL_PROGRAM};

@@ -48,6 +48,29 @@ TEST(LongOptions, Accepts) {
   }
 }
 
+TEST(LongOptions, TheTraceIsTakenOutOfAnyArguments) {
+  const struct {
+    Arguments arguments;
+    Arguments left;
+    std::string file;
+    int result = 0;
+  } cases[] = {
+      {{"/EXIT", "--trace", "a", "--trace", "--b"}, {"/EXIT"}, "--b"},
+      {{"--info", "--", "--trace", "a"}, {"--info", "--", "--trace", "a"}, ""},
+      {{"--info", "a", "--trace"}, {"--info", "a", "--trace"}, "", -1},
+      {{"--trace", ""}, {"--trace", ""}, "", -1},
+  };
+  for (const auto& c : cases) {
+    Arguments left = c.arguments;
+    std::string file;
+    std::string message;
+    EXPECT_EQ(TakeTraceOption(left, file, message), c.result);
+    EXPECT_EQ(message, c.result == 0 ? "" : "Missing file name after \"--trace\"");
+    EXPECT_EQ(left, c.left);
+    EXPECT_EQ(file, c.file);
+  }
+}
+
 TEST(LongOptions, SaysWhatIsWrong) {
   const std::pair<Arguments, const char*> cases[] = {
       {{"--chek", "a"}, "Unknown option \"--chek\" (did you mean \"--check\"?)"},

@@ -1,0 +1,124 @@
+#include "instruments/conversation_commands.h"
+
+#include <cstdio>
+#include <string_view>
+
+#include "instruments/anonymise.h"
+#include "instruments/choices.h"
+#include "instruments/host.h"
+#include "instruments/log_file.h"
+#include "instruments/replay.h"
+#include "platform/file.h"
+
+namespace skyhaul {
+
+namespace {
+
+constexpr std::string_view kReplay = "replay";
+constexpr std::string_view kAnonymise = "anonymise";
+
+constexpr std::string_view kUsage =
+    "\n"
+    "Recorded conversations, written by --log or by skyhaul's --trace:\n"
+    "  skyhaul-instrument replay FILE [--at-once] [--link PATH] [--log FILE]\n"
+    "                    play the instrument's side back behind a pseudo-terminal, with the\n"
+    "                    pauses of the file or without; what the host sends otherwise than in\n"
+    "                    the file is told, and answered only when it stands further on\n"
+    "  skyhaul-instrument anonymise FILE OUT\n"
+    "                    write a conversation without the names and numbers of pilot, glider\n"
+    "                    and instrument: letters become X, digits 0. Lengths and the checksums\n"
+    "                    of sentences stay right; a flight's security record (G) no longer\n"
+    "                    verifies, and where it was flown is still in it\n";
+
+struct ReplayChoices {
+  std::string file;
+  bool at_once = false;
+  std::string link_path;
+  std::string log_path;
+};
+
+// Returns what is wrong with the arguments behind the command, empty when nothing is.
+std::string ParseReplay(const std::vector<std::string>& arguments, ReplayChoices& choices) {
+  for (size_t i = 1; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
+    const bool is_link = argument == "--link";
+    if (argument == "--at-once") {
+      choices.at_once = true;
+    } else if (is_link || argument == "--log") {
+      if (i + 1 == arguments.size()) return argument + " needs a path";
+      (is_link ? choices.link_path : choices.log_path) = arguments[++i];
+    } else if (argument.starts_with("-")) {
+      return "Unknown option " + argument;
+    } else if (!choices.file.empty()) {
+      return "Only one conversation can be played: " + argument;
+    } else {
+      choices.file = argument;
+    }
+  }
+  return choices.file.empty() ? "Which conversation? See --help" : "";
+}
+
+// Returns what is wrong, empty when nothing is.
+std::string ReadText(const std::string& path, std::string& text) {
+  const FileResult result = ReadWholeFile(path, text);
+  return result.problem == FileProblem::kNone ? "" : path + ": " + result.reason;
+}
+
+void TellDifference(void* context, std::string_view text, uint64_t now_ns) {
+  (void)std::fprintf(stderr, "skyhaul-instrument: %.*s\n", static_cast<int>(text.size()),
+                     text.data());
+  if (context != nullptr) LogRemark(*static_cast<ConversationLog*>(context), text, now_ns);
+}
+
+int RunReplay(const std::vector<std::string>& arguments) {
+  ReplayChoices choices;
+  std::string problem = ParseReplay(arguments, choices);
+  if (!problem.empty()) return Refuse(problem);
+  std::string text;
+  problem = ReadText(choices.file, text);
+  if (!problem.empty()) return Refuse(problem);
+  std::vector<SpokenLine> lines;
+  if (ReadConversation(text, lines, problem) < 0) return Refuse(choices.file + ": " + problem);
+  LogFile log_file;
+  ConversationLog* const log = OpenLog(log_file, choices.log_path, problem);
+  if (!problem.empty()) return Refuse(problem);
+  Replay replay{.turns = TurnsOf(lines),
+                .at_once = choices.at_once,
+                .log = TellDifference,
+                .log_context = log};
+  SimulatedInstrument instrument = MakeReplayInstrument(replay);
+  Choices host;
+  host.link_path = choices.link_path;
+  return RunBehindTerminal(instrument, host, log);
+}
+
+int RunAnonymise(const std::vector<std::string>& arguments) {
+  if (arguments.size() != 3) return Refuse("anonymise needs a conversation and a name to write");
+  std::string text;
+  std::string problem = ReadText(arguments[1], text);
+  if (!problem.empty()) return Refuse(problem);
+  std::string anonymous;
+  const int changed = AnonymiseConversation(text, anonymous, problem);
+  if (changed < 0) return Refuse(arguments[1] + ": " + problem);
+  // Refused when it exists: the original is evidence, and easily named by mistake.
+  const FileResult result = WriteWholeFile(arguments[2], anonymous, IfExists::kRefuse);
+  if (result.problem != FileProblem::kNone) return Refuse(arguments[2] + ": " + result.reason);
+  (void)std::printf("%d lines changed\n", changed);
+  return 0;
+}
+
+}  // namespace
+
+std::string ConversationUsage() {
+  return std::string(kUsage);
+}
+
+bool IsConversationCommand(const std::vector<std::string>& arguments) {
+  return !arguments.empty() && (arguments[0] == kReplay || arguments[0] == kAnonymise);
+}
+
+int RunConversationCommand(const std::vector<std::string>& arguments) {
+  return arguments[0] == kReplay ? RunReplay(arguments) : RunAnonymise(arguments);
+}
+
+}  // namespace skyhaul
