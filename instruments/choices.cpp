@@ -111,6 +111,8 @@ constexpr Option kOptions[] = {
 
 constexpr std::string_view kSynopsis =
     "Usage: skyhaul-instrument FAMILY [OPTION]...\n"
+    "       skyhaul-instrument replay FILE [--at-once] [--link PATH] [--log FILE]\n"
+    "       skyhaul-instrument anonymise FILE OUT\n"
     "Puts a simulated instrument behind a pseudo-terminal, prints the terminal's path and\n"
     "answers until it is interrupted.\n"
     "\n"

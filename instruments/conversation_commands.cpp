@@ -19,16 +19,15 @@ constexpr std::string_view kAnonymise = "anonymise";
 
 constexpr std::string_view kUsage =
     "\n"
-    "Recorded conversations, written by --log or by skyhaul's --trace:\n"
-    "  skyhaul-instrument replay FILE [--at-once] [--link PATH] [--log FILE]\n"
-    "                    play the instrument's side back behind a pseudo-terminal, with the\n"
-    "                    pauses of the file or without; what the host sends otherwise than in\n"
-    "                    the file is told, and answered only when it stands further on\n"
-    "  skyhaul-instrument anonymise FILE OUT\n"
-    "                    write a conversation without the names and numbers of pilot, glider\n"
-    "                    and instrument: letters become X, digits 0. Lengths and the checksums\n"
-    "                    of sentences stay right; a flight's security record (G) no longer\n"
-    "                    verifies, and where it was flown is still in it\n";
+    "Conversations, as --log and the program's own --trace write them:\n"
+    "  replay            play the instrument's part of FILE back behind a pseudo-terminal. What\n"
+    "                    the host sends otherwise than in FILE is told; it is answered only when\n"
+    "                    it stands further on in FILE\n"
+    "  --at-once         without the pauses of FILE\n"
+    "  anonymise         write FILE to OUT without the names and numbers of pilot, glider and\n"
+    "                    instrument: letters become X, digits 0. Lengths and the checksums of\n"
+    "                    sentences stay right. A flight's security record (G) does not verify\n"
+    "                    afterwards; where and when it was flown stays, and so do the remarks\n";
 
 struct ReplayChoices {
   std::string file;
