@@ -16,12 +16,13 @@ enum class IfExists { kRefuse, kReplace };
 // Reads a whole file, at most 1 GiB, into text. On failure text is empty.
 FileResult ReadWholeFile(const std::string& path, std::string& text);
 
-// Writes a whole file or nothing: the text goes to a temporary file in the same folder, is flushed
-// to the disk and then takes the name in one step. With kRefuse, of two programs that write the
-// same name at once exactly one succeeds and the other gets kExists. A replaced file keeps its
-// permissions, and links are followed to their file. A pipe, a terminal or another device is
-// written to in place with kReplace; part of the text is written then when writing fails. Folders
-// are not created.
+// Writes a whole file or nothing: the text goes to a file in the same folder that has no name yet
+// or a temporary one, is flushed to the disk and then takes the name in one step. Temporary files
+// that killed programs have left in that folder are removed. With kRefuse, of two programs that
+// write the same name at once exactly one succeeds and the other gets kExists. A replaced file
+// keeps its permissions, and links are followed to their file. A pipe, a terminal or another device
+// is written to in place with kReplace; part of the text is written then when writing fails.
+// Folders are not created.
 FileResult WriteWholeFile(const std::string& path, const std::string& text, IfExists if_exists);
 
 // True when both paths lead to one file on a disk, through whatever spelling or link. Pipes and

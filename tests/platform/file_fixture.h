@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <string>
 
 #include "platform/file.h"
@@ -24,6 +26,12 @@ struct FileFixture : testing::Test {
     const FileResult result = WriteWholeFile(path, text, if_exists);
     EXPECT_EQ(result.reason.empty(), result.problem == FileProblem::kNone);
     return result.problem;
+  }
+
+  // Nobody has written to the files there for two minutes.
+  void MakeOld() const {
+    const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::minutes(2);
+    for (const std::string& name : folder.Names()) std::filesystem::last_write_time(At(name), old);
   }
 
   // Files that are there, temporary ones included.

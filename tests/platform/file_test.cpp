@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <mutex>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "platform/path.h"
+#include "platform/temporary_name.h"
 #include "tests/platform/file_fixture.h"
 
 namespace skyhaul {
@@ -127,6 +129,20 @@ TEST_F(File, KnowsWhatIsThere) {
     EXPECT_EQ(IsDirectory(path), is_folder) << path;
     EXPECT_EQ(FolderIsWritable(path), is_folder) << path;
   }
+}
+
+TEST_F(File, OnlyTheOldLeftoversOfDeadProgramsAreRemoved) {
+  const std::string dead = TemporarySuffix(4294967292U, 0);  // no process has that number
+  std::vector<std::string> kept = {"a", "a" + dead, ".a" + dead + "x", dead,
+                                   ".a.0" + dead.substr(1)};
+  WriteText(At(".a" + dead), "");
+  for (const std::string& name : kept) WriteText(At(name), "");
+  MakeOld();
+  kept.push_back(".young" + dead);
+  WriteText(At(kept.back()), "");
+  Write(At("a"), "text", IfExists::kReplace);
+  std::sort(kept.begin(), kept.end());
+  EXPECT_EQ(folder.Names(), kept);
 }
 
 }  // namespace

@@ -5,15 +5,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <system_error>
 
 #include "platform/posix/descriptor.h"
+#include "platform/posix/new_file.h"
 #include "platform/posix/system_reason.h"
 
 namespace skyhaul {
@@ -24,8 +23,6 @@ namespace {
 // and would use the memory up.
 constexpr size_t kMaxFileSize = size_t{1} << 30;
 constexpr size_t kChunk = size_t{1} << 16;
-constexpr size_t kMaxNameInTemporary = 200;  // leaves room for the rest within 255
-constexpr int kTemporaryAttempts = 100;
 
 FileProblem ProblemFromError(int error) {
   switch (error) {
@@ -78,17 +75,6 @@ int OpenAndRead(const std::string& path, std::string& text) {
   return ReadToEnd(file.fd, text);
 }
 
-int WriteAll(int fd, const std::string& text) {
-  size_t done = 0;
-  while (done < text.size()) {
-    // A pipe or a disk that is nearly full takes a part; the next call gets the reason.
-    const ssize_t count = write(fd, text.data() + done, text.size() - done);
-    if (count < 0 && errno != EINTR) return errno;
-    done += static_cast<size_t>(std::max<ssize_t>(count, 0));
-  }
-  return 0;
-}
-
 // What a path leads to at this moment, links followed.
 struct Target {
   std::string path;
@@ -121,87 +107,6 @@ Target FindTarget(const std::string& path) {
   return target;
 }
 
-// A file in the making beside the one it becomes. The destructor removes it unless it was renamed.
-struct TemporaryFile {
-  explicit TemporaryFile(const std::string& target);
-  ~TemporaryFile() {
-    if (file.fd >= 0 && !path.empty()) unlink(path.c_str());
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  std::string folder;  // with the slash at its end; empty for the current one
-  std::string path;
-  Descriptor file;
-};
-
-TemporaryFile::TemporaryFile(const std::string& target) : file(-1) {
-  static std::atomic<unsigned> counter = 0;
-  const size_t name_start = target.rfind('/') + 1;  // npos + 1 is 0
-  folder = target.substr(0, name_start);
-  // The dot hides it: a program that watches the folder for flights does not pick up half of one.
-  const std::string start = folder + "." + target.substr(name_start, kMaxNameInTemporary) + "." +
-                            std::to_string(getpid()) + ".";
-  for (int i = 0; i < kTemporaryAttempts; ++i) {
-    // The counter tells threads apart, the process number programs. A name may still be taken by
-    // what a crash has left over, hence O_EXCL and another try.
-    path = start + std::to_string(counter++) + ".tmp";
-    file.fd = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file.fd >= 0 || errno != EEXIST) return;
-  }
-}
-
-// The bytes and the permissions are on the disk before the name is.
-int Fill(const TemporaryFile& temporary, const std::string& text, const Target& target) {
-  if (temporary.file.fd < 0) return errno;
-  // Before the text, which is then never readable by more people than the old one was.
-  if (target.exists && fchmod(temporary.file.fd, target.mode & 07777) != 0) return errno;
-  const int error = WriteAll(temporary.file.fd, text);
-  if (error != 0) return error;
-  // Without it a crash can leave the new name without any bytes.
-  return fsync(temporary.file.fd) == 0 ? 0 : errno;
-}
-
-// For file systems that know neither of the ways below: the name is taken by an empty file, which
-// the finished one then replaces.
-int ReserveAndRename(const std::string& from, const std::string& to) {
-  const Descriptor reserved(open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-  if (reserved.fd < 0) return errno;
-  if (rename(from.c_str(), to.c_str()) == 0) return 0;
-  const int error = errno;
-  unlink(to.c_str());
-  return error;
-}
-
-// Some network file systems cannot rename without replacing, and some cannot make a second link to
-// a file either.
-int RenameOrRefuse(const std::string& from, const std::string& to) {
-  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
-  if (errno != EINVAL && errno != ENOSYS) return errno;
-  if (link(from.c_str(), to.c_str()) != 0) {
-    return errno == EEXIST ? EEXIST : ReserveAndRename(from, to);
-  }
-  unlink(from.c_str());
-  return 0;
-}
-
-int TakeName(TemporaryFile& temporary, const std::string& target, IfExists if_exists) {
-  int error = 0;
-  if (if_exists == IfExists::kRefuse) {
-    error = RenameOrRefuse(temporary.path, target);
-  } else if (rename(temporary.path.c_str(), target.c_str()) != 0) {
-    error = errno;
-  }
-  if (error != 0) return error;
-  temporary.path.clear();
-  // Flushing the folder makes the new name survive a crash. The file is there and whole, whether or
-  // not its folder can be flushed.
-  const Descriptor folder(
-      open(temporary.folder.empty() ? "." : temporary.folder.c_str(), O_RDONLY | O_CLOEXEC));
-  if (folder.fd >= 0) fsync(folder.fd);
-  return 0;
-}
-
 // A device or a pipe is written to, never replaced by a file. Without O_NOCTTY a terminal that is
 // written to could become the one whose Ctrl-C ends the program.
 int WriteDirectly(const std::string& path, const std::string& text) {
@@ -215,9 +120,9 @@ int WriteTarget(const Target& target, const std::string& text, IfExists if_exist
   if (target.exists && !S_ISREG(target.mode)) return WriteDirectly(target.path, text);
   // Renaming asks for permission to change the folder only, so a write-protected file is checked.
   if (target.exists && access(target.path.c_str(), W_OK) != 0) return errno;
-  TemporaryFile temporary(target.path);
-  const int error = Fill(temporary, text, target);
-  return error != 0 ? error : TakeName(temporary, target.path, if_exists);
+  NewFile wanted{.path = target.path, .mode = std::nullopt, .if_exists = if_exists};
+  if (target.exists) wanted.mode = target.mode & 07777;
+  return MakeFile(wanted, text, Making::kUnnamed);
 }
 
 }  // namespace

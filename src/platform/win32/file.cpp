@@ -5,7 +5,9 @@
 #include <cstdint>
 
 #include "platform/path.h"
+#include "platform/temporary_name.h"
 #include "platform/win32/handle.h"
+#include "platform/win32/leftovers.h"
 #include "platform/win32/system_reason.h"
 #include "platform/win32/wide_text.h"
 #include "platform/win32/windows_api.h"
@@ -163,6 +165,9 @@ Target FindTarget(const std::wstring& path) {
 }
 
 // A file in the making beside the one it becomes. The destructor removes it unless it was renamed.
+// The system would remove it by itself (FILE_FLAG_DELETE_ON_CLOSE), but not let go of that again
+// for a finished file on every version and file system; what a killed program leaves is removed at
+// the next save.
 struct TemporaryFile {
   explicit TemporaryFile(const std::wstring& target);
   ~TemporaryFile() {
@@ -172,6 +177,7 @@ struct TemporaryFile {
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
 
+  std::wstring folder;  // with its separator; empty for the current one
   std::wstring path;
   bool made = false;
   DWORD error = ERROR_SUCCESS;  // why it could not be made
@@ -181,12 +187,12 @@ struct TemporaryFile {
 TemporaryFile::TemporaryFile(const std::wstring& target) : file(nullptr) {
   static std::atomic<unsigned> counter = 0;
   const size_t name_start = target.find_last_of(L"\\/:") + 1;  // npos + 1 is 0
-  const std::wstring start = target.substr(0, name_start) + L"." +
-                             target.substr(name_start, kMaxNameInTemporary) + L"." +
-                             std::to_wstring(GetCurrentProcessId()) + L".";
+  folder = target.substr(0, name_start);
+  const std::wstring start = folder + L"." + target.substr(name_start, kMaxNameInTemporary);
   for (int i = 0; i < kTemporaryAttempts && !made; ++i) {
     // Longer than the target, so it may need the form without a limit although the target does not.
-    path = WidePath(Utf8Text(start + std::to_wstring(counter++) + L".tmp"));
+    const std::string suffix = TemporarySuffix(GetCurrentProcessId(), counter++);
+    path = WidePath(Utf8Text(start + WideText(suffix)));
     HANDLE const opened = Open(path, GENERIC_WRITE, CREATE_NEW);
     made = opened != INVALID_HANDLE_VALUE;
     error = made ? ERROR_SUCCESS : GetLastError();
@@ -198,6 +204,8 @@ TemporaryFile::TemporaryFile(const std::wstring& target) : file(nullptr) {
 // The bytes are on the disk before the name is.
 DWORD Fill(TemporaryFile& temporary, const std::string& text) {
   if (!temporary.made) return temporary.error;
+  // Before the text is written, because on a full disk the leftovers' room may be what it needs.
+  RemoveLeftovers(temporary.folder, temporary.file.handle);
   const DWORD error = WriteAll(temporary.file.handle, text);
   if (error != ERROR_SUCCESS) return error;
   if (FlushFileBuffers(temporary.file.handle) == 0) return GetLastError();

@@ -17,9 +17,10 @@ int InChild(Function run) {
   return WEXITSTATUS(status);
 }
 
-// From now on writing fails where a file would become larger, as on a full disk.
-inline void LimitFileSize(rlim_t bytes) {
-  signal(SIGXFSZ, SIG_IGN);
+// From now on writing fails where a file would become larger, as on a full disk, or is the end of
+// the process there.
+inline void LimitFileSize(rlim_t bytes, bool deadly = false) {
+  signal(SIGXFSZ, deadly ? SIG_DFL : SIG_IGN);
   const rlimit limit = {.rlim_cur = bytes, .rlim_max = bytes};
   setrlimit(RLIMIT_FSIZE, &limit);
 }

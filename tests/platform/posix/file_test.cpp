@@ -5,9 +5,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
+#include <vector>
 
+#include "platform/posix/new_file.h"
+#include "platform/temporary_name.h"
 #include "tests/platform/file_fixture.h"
 #include "tests/platform/posix/child.h"
 
@@ -108,6 +112,38 @@ TEST_F(PosixFile, AFailedWriteLeavesTheOldFileAndNothingElse) {
     EXPECT_EQ(ReplaceInChild([] { LimitFileSize(5000); }, At(name)), FileProblem::kTooLarge);
   }
   EXPECT_EQ(Read(At("file")), "old");
+  EXPECT_EQ(CountFiles(), 1U);
+}
+
+// Killed in the middle of the text. What has a name by then goes at a later save.
+TEST_F(PosixFile, AKilledProgramLeavesNothingForLong) {
+  const auto write_killed = [&](Making making) {
+    return InChild([&] {
+      LimitFileSize(5000, true);
+      return MakeFile({.path = At("file")}, std::string(20000, 'n'), making);
+    });
+  };
+  EXPECT_EQ(write_killed(Making::kUnnamed), -1);
+  EXPECT_EQ(CountFiles(), 0U);
+  EXPECT_EQ(write_killed(Making::kTemporaryName), -1);
+  EXPECT_EQ(CountFiles(), 1U);
+  const std::string living = ".file" + TemporarySuffix(static_cast<uint32_t>(getpid()), 0);
+  WriteText(At(living), "");
+  MakeOld();
+  Write(At("file"), "text", IfExists::kReplace);
+  EXPECT_EQ(folder.Names(), (std::vector<std::string>{living, "file"}));
+}
+
+// On a file system without unnamed files.
+TEST_F(PosixFile, ATemporaryNameDoesTheSame) {
+  const auto make = [&](const std::string& text, IfExists if_exists) {
+    return MakeFile({.path = At("file"), .if_exists = if_exists}, text, Making::kTemporaryName);
+  };
+  EXPECT_EQ(make("first", IfExists::kRefuse), 0);
+  EXPECT_EQ(make("second", IfExists::kRefuse), EEXIST);
+  EXPECT_EQ(Read(At("file")), "first");
+  EXPECT_EQ(make("third", IfExists::kReplace), 0);
+  EXPECT_EQ(Read(At("file")), "third");
   EXPECT_EQ(CountFiles(), 1U);
 }
 
