@@ -240,6 +240,7 @@ const std::atomic<bool>& StopOnSignals() {
   (void)std::signal(SIGTERM, OnStopSignal);
   (void)std::signal(SIGHUP, OnStopSignal);
   (void)std::signal(SIGPIPE, SIG_IGN);  // whoever read our first line need not stay
+  (void)std::signal(SIGXFSZ, SIG_IGN);  // a log that reached a limit does not end the flight
   return g_stop_signal;
 }
 

@@ -1,5 +1,4 @@
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -79,11 +78,10 @@ int RunTraced(Session& session, Console& console, ProgramArguments arguments) {
 }
 
 // A result that did not reach its reader is no success, whatever it said.
-int CheckOutput(const Operation& operation, int status) {
-  // A full disk shows only when the last buffer is written.
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+int CheckOutput(const Operation& operation, int error, int status) {
+  if (error == 0) return status;
   // "skyhaul --settings | head" has read what it wanted: that needs no message.
-  if (errno != EPIPE) ShowMessage(operation, std::strerror(errno), "Writing to standard output");
+  if (error != EPIPE) ShowMessage(operation, std::strerror(error), "Writing to standard output");
   // A failure that has its own status keeps it.
   return status == kExitDone ? kExitFailed : status;
 }
@@ -94,7 +92,7 @@ int main(int argc, char** argv) {
   // First of all, before anything is allocated; and pipes and the terminal's encoding are set
   // before the first text is written.
   EndWhenMemoryIsShort();
-  SurviveBrokenPipes();
+  SurviveFailedWrites();
   WriteUtf8();
   Console console;
   console.terminal = ErrorIsTerminal();
@@ -107,5 +105,5 @@ int main(int argc, char** argv) {
   const int status = RunTraced(session, console, ReadProgramArguments(argc, argv));
   // So that the shell's prompt does not stand behind the last percentage.
   FinishProgressLine(console);
-  return CheckOutput(Operation{.shell = &shell}, status);
+  return CheckOutput(Operation{.shell = &shell}, console.output_error, status);
 }

@@ -66,10 +66,11 @@ int SaveUnderFixedName(const Operation& operation, const IgcSave& save, const st
     case FileProblem::kNone:
       return 0;
     case FileProblem::kOther:
-      return Fail(operation, "File write error", kSaveTitle, result.reason);
+    case FileProblem::kTooLarge:
+      return Fail(operation, "File write error", kSaveTitle, path + ": " + result.reason);
     default:
       return Fail(operation, "File open error, possibly already existing", kSaveTitle,
-                  result.reason);
+                  path + ": " + result.reason);
   }
 }
 
@@ -96,7 +97,8 @@ int SaveUnderFreeNumber(const Operation& operation, const Flight& flight, const 
       case FileProblem::kExists:
         continue;
       case FileProblem::kOther:
-        return Fail(operation, "File write error", kSaveTitle, result.reason);
+      case FileProblem::kTooLarge:
+        return Fail(operation, "File write error", kSaveTitle, path + ": " + result.reason);
       // A folder that refuses one number refuses all of them.
       default:
         return Fail(operation, "File open error", kSaveTitle, path + ": " + result.reason);

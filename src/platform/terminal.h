@@ -7,9 +7,9 @@ namespace skyhaul {
 // True when standard error is a terminal that a line can be rewritten on.
 bool ErrorIsTerminal();
 
-// From now on writing to a pipe that nobody reads any more is an ordinary error and does not end
-// the program.
-void SurviveBrokenPipes();
+// From now on writing to a pipe that nobody reads any more, or beyond the limit for a file's size
+// (ulimit -f), is an ordinary error and does not end the program.
+void SurviveFailedWrites();
 
 // From now on the terminal shows our texts as UTF-8. It gets its own encoding back at the program's
 // end. Does nothing where that is the person's choice.

@@ -22,6 +22,7 @@ struct Console {
   std::mutex mutex;           // guards what follows
   size_t progress_width = 0;  // characters of the progress line that stands there unfinished
   int shown_tenths = -1;      // of the last progress shown as a plain line
+  int output_error = 0;       // errno of the first result that could not be written
 
   std::atomic<bool> interrupted = false;
   bool watching = false;  // only for the thread that waits
@@ -34,8 +35,9 @@ Shell ConsoleShell(Console& console);
 // Ends an unfinished progress line, so that other output starts on a line of its own.
 void FinishProgressLine(Console& console);
 
-// Prints a result to standard output. Here as in all texts above, what an instrument or a file said
-// is shown with '?' for characters that would steer the terminal.
+// Prints a result to standard output, and remembers in output_error why that failed. Here as in all
+// texts above, what an instrument or a file said is shown with '?' for characters that would steer
+// the terminal.
 void PrintResult(Console& console, const std::string& text);
 
 // For RunToEnd(): run the next routine that was handed over, and let an interrupt abort the job

@@ -58,8 +58,9 @@ bool ErrorIsTerminal() {
   return isatty(STDERR_FILENO) != 0 && (term == nullptr || std::strcmp(term, "dumb") != 0);
 }
 
-void SurviveBrokenPipes() {
+void SurviveFailedWrites() {
   signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN);
 }
 
 // The locale of a terminal here is the person's choice.

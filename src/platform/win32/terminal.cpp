@@ -44,7 +44,7 @@ bool ErrorIsTerminal() {
 }
 
 // Writing to a pipe that nobody reads is never more than an error here.
-void SurviveBrokenPipes() {}
+void SurviveFailedWrites() {}
 
 void WriteUtf8() {
   // 0: there is no console, and pipes and files get UTF-8 as it is.
