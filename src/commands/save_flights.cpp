@@ -7,6 +7,7 @@
 #include "commands/target.h"
 #include "files/file_io.h"
 #include "files/igc_files.h"
+#include "platform/file.h"
 #include "platform/path.h"
 
 namespace skyhaul {
@@ -79,6 +80,7 @@ IgcSave MakeIgcSave(const Saving& saving, const Flight& flight, size_t number,
   return save;
 }
 
+// Returns a negative number after a message, else path is the file.
 int SaveAsTrackFile(const Saving& saving, const Flight& flight, size_t number, std::string& path) {
   const FlightTarget& target = saving.request->target;
   const igc::HeaderTexts header = Header(saving);
@@ -92,12 +94,14 @@ int SaveAsTrackFile(const Saving& saving, const Flight& flight, size_t number, s
   contents.header.site = header.site;
   contents.header.competition_class = header.competition_class;
   contents.header.competition_id = header.competition_id;
-  path = WithNameEnd(target.path, NumberText(number) + IncompleteText(flight));
-  return SaveFile(saving.operation, path, target.keyword, contents, target.overwrite);
+  const std::string file = WithNameEnd(target.path, NumberText(number) + IncompleteText(flight));
+  const int saved = SaveFile(saving.operation, file, target.keyword, contents, target.overwrite);
+  if (saved >= 0) path = file;
+  return saved;
 }
 
-// Returns 0 with the part of the flight that is to be written, or -1 after a message when nothing
-// is left of it.
+// Returns 0 with the part of the flight that is to be written, or kNothingToSave after a message
+// when nothing is left of it.
 int CutOut(const Saving& saving, const Flight& flight, Flight& part) {
   part.points = FilterPoints(flight.points, saving.request->target.filter);
   part.missing = flight.missing;
@@ -105,10 +109,11 @@ int CutOut(const Saving& saving, const Flight& flight, Flight& part) {
   ShowMessage(saving.operation,
               "The flight has no positions between the times of FILTER and FILTEREND (UTC)",
               kTitle);
-  return -1;
+  return kNothingToSave;
 }
 
-// Returns a negative number after a message, else path is the file.
+// Returns a negative number after a message, else path is the file; kNothingToSave when no other
+// place would help.
 int SaveOne(const Saving& saving, const Flight& flight, size_t number,
             const std::vector<std::string>& written, std::string& path) {
   const bool igc = IsIgc(saving.request->target);
@@ -120,12 +125,36 @@ int SaveOne(const Saving& saving, const Flight& flight, size_t number,
       ShowStatus(saving.operation,
                  "FILTER and FILTEREND have no effect: the instrument's own record is saved whole");
     } else {
-      if (CutOut(saving, flight, part) != 0) return -1;
+      const int cut = CutOut(saving, flight, part);
+      if (cut != 0) return cut;
       saved = &part;
     }
   }
   if (!igc) return SaveAsTrackFile(saving, *saved, number, path);
   return SaveIgcAuto(saving.operation, *saved, MakeIgcSave(saving, flight, number, written), path);
+}
+
+// Saves the whole flight where there is room for it, after a message that it cannot be saved where
+// it was to go. As IGC whatever was asked for, because that is the instrument's own text or has all
+// that it sent. Then path is the file; a message says which.
+void Rescue(const Saving& saving, const Flight& flight, const std::vector<std::string>& written,
+            std::string& path) {
+  IgcSave save = MakeIgcSave(saving, flight, 1, written);
+  save.is_template = false;
+  save.overwrite = false;
+  save.options.may_be_signed = true;
+  std::string tried;
+  for (const std::string& folder : saving.session->defaults->rescue_folders) {
+    save.path = AsFolder(folder);
+    // Without texts: only the place that takes it is worth one.
+    if (SaveIgcAuto(Operation{}, flight, save, path) >= 0) {
+      return ShowMessage(saving.operation, "The flight has been saved as " + path + " instead",
+                         kTitle);
+    }
+    tried.append("\n").append(folder);
+  }
+  ShowMessage(saving.operation, "The flight cannot be saved in these folders either:" + tried,
+              kTitle);
 }
 
 }  // namespace
@@ -141,10 +170,14 @@ int CheckFlightTarget(const Operation& operation, const FlightTarget& target, si
     return 0;
   }
   if (CheckIgcFolderLength(operation, AsFolder(target.path)) != 0) return -1;
-  // A folder whose name depends on the flight can only be found out afterwards.
-  // "flights/$date" becomes a folder only when the first flight is known.
-  if (target.path.find('$') != std::string::npos) return 0;
-  return CheckFolder(operation, target.path, kTitle);
+  // "flights/$date" becomes a folder only when the first flight is known; "flights" has to be
+  // there.
+  const std::string plain = PlainPart(AsFolder(target.path));
+  if (plain == AsFolder(target.path)) return CheckFolder(operation, target.path, kTitle);
+  // Whether it can be written to is left open: the folder of the day may be there already.
+  if (IsDirectory(plain)) return 0;
+  ShowMessage(operation, "There is no folder " + plain, kTitle);
+  return -1;
 }
 
 int SaveFlights(const Session& session, const DownloadFlightsRequest& request,
@@ -162,11 +195,10 @@ int SaveFlights(const Session& session, const DownloadFlightsRequest& request,
   for (const Flight& flight : flights) {
     std::string path;
     // A number is used up even when its file fails, so that each file keeps its flight's place.
-    if (SaveOne(saving, flight, ++number, written, path) < 0) {
-      result = -1;
-    } else {
-      written.push_back(std::move(path));
-    }
+    const int saved = SaveOne(saving, flight, ++number, written, path);
+    if (saved < 0) result = -1;
+    if (saved < 0 && saved != kNothingToSave) Rescue(saving, flight, written, path);
+    if (!path.empty()) written.push_back(std::move(path));
   }
   return result;
 }

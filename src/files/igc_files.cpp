@@ -49,6 +49,34 @@ const char* IgcText(const Flight& flight, const IgcSave& save, std::string& text
   return igc::Write(*points, save.header, save.options, text) < 0 ? "No positions" : nullptr;
 }
 
+bool HasPlaceholder(const std::string& path) {
+  return igc::ExpandNameTemplate(path, 0) != path;
+}
+
+// "flights/" for "flights/$date/".
+std::string FolderAbove(std::string folder) {
+  while (folder.size() > 1 && NameStart(folder) == folder.size()) folder.pop_back();
+  return FolderOf(folder);
+}
+
+// Makes the last folder of a path and those above it, as far as their names come from a flight. A
+// folder that a person has named in full is never made: it is probably misspelt.
+FileResult MakeFolders(const std::string& folder, uint32_t first_fix_time) {
+  const std::string expanded = igc::ExpandNameTemplate(folder, first_fix_time);
+  if (expanded == folder || IsDirectory(expanded)) return {};
+  const FileResult above = MakeFolders(FolderAbove(folder), first_fix_time);
+  return above.problem == FileProblem::kNone ? MakeFolder(expanded) : above;
+}
+
+int MakeMissingFolders(const Operation& operation, const IgcSave& save, const Flight& flight) {
+  const std::string folder = FolderOf(save.path);
+  const uint32_t start = flight.points.front().time;
+  const FileResult made = MakeFolders(folder, start);
+  if (made.problem == FileProblem::kNone) return 0;
+  return Fail(operation, "Error making folder", kSaveTitle,
+              igc::ExpandNameTemplate(folder, start) + ": " + made.reason);
+}
+
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {
   return std::find(paths.begin(), paths.end(), path) != paths.end();
 }
@@ -123,6 +151,10 @@ int LoadIgcFile(const Operation& operation, const std::string& path, std::string
   return count < 0 ? Fail(operation, message, kReadTitle, path) : count;
 }
 
+std::string PlainPart(const std::string& folder) {
+  return HasPlaceholder(folder) ? PlainPart(FolderAbove(folder)) : folder;
+}
+
 int CheckIgcFolderLength(const Operation& operation, const std::string& folder) {
   // Dates and times always have the same length, and a serial number has at most three characters.
   const std::string longest =
@@ -134,7 +166,10 @@ int CheckIgcFolderLength(const Operation& operation, const std::string& folder) 
 int SaveIgcAuto(const Operation& operation, const Flight& flight, const IgcSave& save,
                 std::string& written) {
   std::string text;
-  if (const char* wrong = IgcText(flight, save, text)) return Fail(operation, wrong, kSaveTitle);
+  if (const char* wrong = IgcText(flight, save, text)) {
+    Fail(operation, wrong, kSaveTitle);
+    return kNothingToSave;
+  }
   std::string path =
       save.is_template ? igc::ExpandNameTemplate(save.path, flight.points.front().time) : save.path;
   // A path that ends in a separator is a folder.
@@ -143,6 +178,7 @@ int SaveIgcAuto(const Operation& operation, const Flight& flight, const IgcSave&
   if (PathLength(path) > kMaxWrittenPath) {
     return Fail(operation, "Too long file name", kSaveTitle, save.path);
   }
+  if (save.is_template && MakeMissingFolders(operation, save, flight) != 0) return -1;
   const int saved = named ? SaveUnderFixedName(operation, save, path, text)
                           : SaveUnderFreeNumber(operation, flight, save, path, text);
   if (saved != 0) return -1;

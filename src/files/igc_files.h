@@ -31,10 +31,17 @@ struct IgcSave {
 // log".
 int CheckIgcFolderLength(const Operation& operation, const std::string& folder);
 
+// The part of a folder's path that is the same for every flight: "flights/" of "flights/$date/".
+std::string PlainPart(const std::string& folder);
+
+// What SaveIgcAuto() returns when the flight itself has nothing to be saved.
+inline constexpr int kNothingToSave = -2;
+
 // Saves a flight under its name, or in its folder under the standard long name with the first free
 // flight number: an instrument's own IGC text unchanged, any other flight written and signed.
-// Returns the number of positions written, with the file's path in written, or -1 after a message
-// titled "Save IGC log".
+// Folders whose names come from $date and $time are made when they are missing, and what is below
+// them. Returns the number of positions written, with the file's path in written, or -1 or
+// kNothingToSave after a message titled "Save IGC log".
 int SaveIgcAuto(const Operation& operation, const Flight& flight, const IgcSave& save,
                 std::string& written);
 

@@ -29,6 +29,9 @@ FileResult WriteWholeFile(const std::string& path, const std::string& text, IfEx
 // devices are never the same: what is read from them and what is written to them is not.
 bool SameFile(const std::string& left, const std::string& right);
 
+// Makes one folder; the folder above it must be there. A folder that exists already is no failure.
+FileResult MakeFolder(const std::string& path);
+
 bool FileExists(const std::string& path);
 bool IsDirectory(const std::string& path);
 // True when files can be created in the folder.

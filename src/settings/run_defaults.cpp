@@ -5,6 +5,7 @@
 
 #include "core/text/letter_case.h"
 #include "core/text/numbers.h"
+#include "platform/user_folders.h"
 #include "settings/store.h"
 #include "settings/table.h"
 
@@ -70,6 +71,8 @@ RunDefaults MakeRunDefaults(const SettingValues& values, const SettingValues& de
   settings.fai_rule = values.use_fai_max_distance_rules != 0;
   settings.loop_gap_m =
       ChooseGap_m(values.loop_flight_gap_m, defaults.loop_flight_gap_m, operation);
+  settings.rescue_folders = {values.igc_dir, HomeFolder(), TemporaryFolder()};
+  std::erase(settings.rescue_folders, "");
   return settings;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "core/operation.h"
 #include "device/job_runner.h"
@@ -21,6 +23,8 @@ struct RunDefaults {
   bool fai_rule = true;             // the greatest distance follows the FAI's rules
   int32_t loop_gap_m = 800;         // how far apart start and finish of a closed course may be
   uint32_t report_interval_s = 10;  // flight time between position reports to a client
+  // Where a received flight goes that cannot be saved where it should: the first that takes it.
+  std::vector<std::string> rescue_folders;
 };
 
 // The defaults that the stored settings give.
@@ -28,7 +32,8 @@ struct RunDefaults {
 // equals its default was never chosen: the instrument is looked for on all ports. "COM7" and
 // "\\.\COM17", in upper or lower case, are the ports of these numbers, 1 to 9999, whatever the
 // system calls them. A gap outside 0 to kMostGap_m metres is replaced by its default, with a
-// status.
+// status. Flights are rescued into the settings' IgcDir, the home folder or that of temporary
+// files.
 RunDefaults MakeRunDefaults(const SettingValues& values, const SettingValues& defaults,
                             const SerialFunctions& serial, const Operation& operation);
 

@@ -139,6 +139,7 @@ TEST_F(DownloadFlightsTest, WhatCannotBeSavedIsReportedBeforeTheDownload) {
     const char* message;
   } cases[] = {
       {{.path = folder.File("none")}, "There is no folder "},
+      {{.path = folder.File("none/$date")}, "There is no folder "},
       {{.path = deep}, "Too long file name"},
       {{.kind = Kind::kFile, .path = folder.File("there.kml")}, "exists already"},
       {{.kind = Kind::kFile, .path = folder.File("a.gpx")}, "Tracks cannot be written as"},
@@ -151,6 +152,48 @@ TEST_F(DownloadFlightsTest, WhatCannotBeSavedIsReportedBeforeTheDownload) {
     EXPECT_TRUE(Said(c.message)) << c.message;
   }
   EXPECT_EQ(bench.opens, 0U);
+}
+
+// A folder of that day is made, with what is below it.
+TEST_F(DownloadFlightsTest, WhatCannotBeSavedWhereItShouldIsRescued) {
+  request.target.path = folder.File("$date/igc");
+  const Texts in_place = {folder.File("20170427/igc/2017-04-27-xxx-123-01.igc")};
+  ASSERT_EQ(Run().written, in_place);
+  // Nothing can be written to a file's place by then, and the first rescue has the day's first
+  // name.
+  WriteText(folder.File("20170428"), "");
+  std::filesystem::create_directory(folder.File("a.kml"));
+  std::filesystem::create_directory(folder.File("kept"));
+  WriteText(folder.File("kept/2017-04-27-xxx-123-01.igc"), "");
+  std::string later = newest;
+  later.replace(later.find("2704"), 2, "28");
+  simulator.flights.push_back(flytec_simulator::FlightFromIgc(later));
+  const TimeFilter part = {.start_s = 12 * 3600 + 12, .stop_s = 12 * 3600 + 20};
+  const struct {
+    std::vector<uint32_t> flights;
+    FlightTarget target;
+    const char* rescued_as;
+    const char* message;
+  } cases[] = {
+      {{3}, {.path = folder.File("$date")}, "2017-04-28-xxx-123-01.igc", "Error making folder\n"},
+      {{1},
+       {.kind = Kind::kFile, .path = folder.File("a.kml"), .overwrite = true, .filter = part},
+       "2017-04-27-xxx-123-02.igc",
+       "File write error\n"},
+  };
+  for (const auto& c : cases) {
+    Choose(c.flights);
+    request.target = c.target;
+    defaults.rescue_folders = {folder.File("none"), folder.File("kept")};
+    const DownloadFlightsResult result = Run();
+    EXPECT_FALSE(result.done);
+    ASSERT_EQ(result.written, Texts{AsFolder(folder.File("kept")) + c.rescued_as});
+    EXPECT_EQ(ReadText(result.written[0]), c.flights[0] == 1 ? newest : later);
+    EXPECT_TRUE(Said(c.message) && Said("saved as " + result.written[0] + " instead"));
+    defaults.rescue_folders.pop_back();
+    EXPECT_TRUE(Run().written.empty());
+    EXPECT_TRUE(Said("cannot be saved in these folders either:\n" + folder.File("none")));
+  }
 }
 
 TEST_F(DownloadFlightsTest, AFailureKeepsTheOldFlightAndWhatArrivedWhole) {

@@ -162,11 +162,12 @@ TEST_F(IgcFilesTest, SavingFailuresLeaveNothing) {
   };
   for (const auto& [flight, path, message] : cases) {
     save.path = path;
-    EXPECT_EQ(SaveIgcAuto(operation, flight, save, written), -1);
+    const int failure = path == folder.File("") ? kNothingToSave : -1;
+    EXPECT_EQ(SaveIgcAuto(operation, flight, save, written), failure);
     EXPECT_EQ(recorder.messages.back().find(message), 0U) << recorder.messages.back();
   }
   save.selection = {0, 2};
-  EXPECT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), -1);
+  EXPECT_EQ(SaveIgcAuto(operation, SomeFlight(), save, written), kNothingToSave);
   EXPECT_EQ(recorder.messages.back(), "Save IGC log: No gaps in selected points allowed");
   EXPECT_TRUE(folder.Names().empty());
   EXPECT_EQ(CheckIgcFolderLength(operation, Deep(117)), 0);

@@ -140,6 +140,12 @@ FileResult WriteWholeFile(const std::string& path, const std::string& text, IfEx
   return error == 0 ? FileResult{} : Failure(error);
 }
 
+FileResult MakeFolder(const std::string& path) {
+  if (mkdir(path.c_str(), 0777) == 0) return {};
+  const int error = errno;
+  return IsDirectory(path) ? FileResult{} : Failure(error);
+}
+
 bool FolderIsWritable(const std::string& path) {
   return IsDirectory(path) && access(path.c_str(), W_OK | X_OK) == 0;
 }

@@ -64,6 +64,11 @@ std::string HomeFolder() {
   return user == nullptr || user->pw_dir == nullptr ? "" : user->pw_dir;
 }
 
+std::string TemporaryFolder() {
+  const std::string folder = AbsoluteVariable("TMPDIR");
+  return folder.empty() ? "/tmp" : folder;
+}
+
 std::string ConfigFolder() {
   std::string folder = AbsoluteVariable("XDG_CONFIG_HOME");
   if (!folder.empty()) return folder;

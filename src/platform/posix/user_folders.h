@@ -3,10 +3,9 @@
 #include <string>
 #include <vector>
 
-namespace skyhaul {
+#include "platform/user_folders.h"
 
-// The user's home folder, from HOME or else the system's list of users; empty when neither knows.
-std::string HomeFolder();
+namespace skyhaul {
 
 // Where programs keep a user's settings: XDG_CONFIG_HOME, else .config in the home folder; empty
 // when there is no home folder.

@@ -278,6 +278,12 @@ FileResult WriteWholeFile(const std::string& path, const std::string& text, IfEx
   return ResultOf(WriteTarget(FindTarget(WidePath(path)), text, if_exists));
 }
 
+FileResult MakeFolder(const std::string& path) {
+  if (CreateDirectoryW(WidePath(path).c_str(), nullptr) != 0) return {};
+  const DWORD error = GetLastError();
+  return IsDirectory(path) ? FileResult{} : ResultOf(error);
+}
+
 // Asks for the right to add a file, which is what saving one needs.
 bool FolderIsWritable(const std::string& path) {
   const std::wstring wide = WidePath(path);
