@@ -53,6 +53,7 @@ PortOpening Open(void* context, const std::string& name) {
   if (SimulatedInstrument* instrument = Answering(bench))
     LoseArrived(instrument->wire, bench.now_ns);
   opening.handle = kBenchHandle;
+  opening.warning = bench.open_warning;
   return opening;
 }
 

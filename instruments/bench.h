@@ -45,6 +45,7 @@ struct Bench {
   bool list_fails = false;
   std::map<std::string, PortProblem> open_problems;  // per port name
   int failing_opens = 0;                             // the first so many opens find no port
+  std::string open_warning;                          // about every port that is opened
   SetupStep setup_failure = SetupStep::kNone;
   bool no_threads = false;
   int missed_texts = 0;  // the client does not take the first so many

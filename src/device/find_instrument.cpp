@@ -40,6 +40,10 @@ int TryCandidate(Job& job, const SerialSettings& settings, IdentifyOnce identify
     return 1;
   }
   ++opened;
+  // Kept for the end: bytes that another program takes are a reason for no answer.
+  if (!problem.warning.empty()) {
+    AddReason(job, reasons, link.port_name + ": " + problem.warning);
+  }
   ShowStatus(job.operation, "Trying " + link.port_name);
   const int identified = identify(job);
   if (identified == 0) return 0;

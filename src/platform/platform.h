@@ -26,6 +26,7 @@ struct PortOpening {
   SerialHandle handle = kNoSerialHandle;
   PortProblem problem = PortProblem::kNone;
   std::string reason;  // one sentence for the person, e.g. who holds the port; empty on success
+  std::string warning = {};  // one sentence for the person about a port that was opened, or empty
 };
 
 // 8 data bits, no parity, one stop bit, DTR and RTS held on. With xon_xoff, XON (0x11) and XOFF

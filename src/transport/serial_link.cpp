@@ -98,6 +98,7 @@ int OpenPort(SerialLink& link, const SerialSettings& settings) {
     if (StopRequested(*link.operation)) return -1;
     const PortOpening opening = Open(link);
     if (link.handle != kNoSerialHandle) {
+      if (!opening.warning.empty()) ShowStatus(*link.operation, opening.warning);
       if (ConfigureOpened(link, settings) == 0) {
         // After an interrupted transfer an instrument goes on with it on the port just opened.
         if (BringToRest(link, kSettle_ms) == 0) return 0;

@@ -39,7 +39,8 @@ struct SerialLink {
 // failure.
 int OpenPort(SerialLink& link, const SerialSettings& settings);
 
-// One attempt to open and configure, without messages. Returns 0 or -1; then problem says why.
+// One attempt to open and configure, without messages. Returns 0, or -1 and problem says why; its
+// warning is about a port that was opened.
 int TryOpenPort(SerialLink& link, const SerialSettings& settings, PortOpening& problem);
 
 // Changes the open port's speed, with the flow control of the link's family, and lets it settle for

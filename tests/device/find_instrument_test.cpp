@@ -44,10 +44,12 @@ TEST_F(FindInstrumentTest, TriesEveryPortAndKeepsTheOneThatAnswers) {
 
 TEST_F(FindInstrumentTest, GivesUpAfterItsRounds) {
   job.link.attempts = 4;
+  bench.open_warning = "shared";
   EXPECT_EQ(Find(), -1);
   EXPECT_EQ(bench.opens, 6U);
   EXPECT_EQ(recorder.messages.back(),
-            "Connecting to GPS on a, b, c: No valid response from GPS\na cannot be opened");
+            "Connecting to GPS on a, b, c: No valid response from GPS\na cannot be opened"
+            "\nb: shared\nc: shared");
   EXPECT_EQ(recorder.statuses[0], "a cannot be opened");
   using Texts = std::vector<std::string>;
   EXPECT_EQ(recorder.progress, (Texts{"Connecting to GPS (4)", "Connecting to GPS (2)"}));

@@ -17,11 +17,13 @@ struct SerialLinkTest : testing::Test, ScriptedBench {
 TEST_F(SerialLinkTest, TriesOnceASecondAndLetsThePortSettle) {
   bench.failing_opens = 2;
   link.attempts = 5;
+  bench.open_warning = "shared";
   const uint64_t start_ns = bench.now_ns;
   ASSERT_EQ(OpenPort(link, kSettings), 0);
   EXPECT_EQ(Elapsed_ms(bench, start_ns), 2200U);
   EXPECT_EQ(recorder.progress,
             (std::vector<std::string>{"Connecting to GPS (5)", "Connecting to GPS (4)"}));
+  EXPECT_EQ(recorder.statuses, (std::vector<std::string>{"no port1", "shared"}));
   EXPECT_EQ(bench.settings.baud, 57600U);
   EXPECT_TRUE(bench.settings.xon_xoff);
   ClosePort(link);

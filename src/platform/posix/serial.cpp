@@ -18,7 +18,9 @@
 
 #include "platform/posix/clock.h"
 #include "platform/posix/descriptor.h"
+#include "platform/posix/lock_file.h"
 #include "platform/posix/port_list.h"
+#include "platform/posix/port_users.h"
 #include "platform/posix/system_reason.h"
 
 namespace skyhaul {
@@ -27,6 +29,7 @@ namespace {
 
 constexpr const char* kSysfsRoot = "/sys";
 constexpr const char* kDevRoot = "/dev";
+constexpr const char* kProcRoot = "/proc";
 
 constexpr cc_t kXonCharacter = 0x11;
 constexpr cc_t kXoffCharacter = 0x13;
@@ -104,22 +107,48 @@ PortOpening RefuseNumber(const std::string& name) {
   return Refuse(PortProblem::kMissing, "There is no port " + number + ": --ports lists the ports");
 }
 
-// The lock keeps out programs that lock too; the exclusive flag keeps out all but the superuser's.
-PortOpening Open(void*, const std::string& name) {
+PortOpening RefuseHeld(const std::string& name, const std::string& holder) {
+  return Refuse(PortProblem::kBusy, "Another program is using " + name + ": " + holder);
+}
+
+// The locks that the kernel keeps: the first keeps out programs that lock too, the second all but
+// the superuser's. The lock file lies between them, because the second outlives us on a port that
+// is refused and that another program has open. Returns why the port is refused.
+PortOpening Claim(int port, const std::string& name, const std::string& lock) {
+  if (flock(port, LOCK_EX | LOCK_NB) != 0) return RefuseForError(name, errno);
+  const std::string holder = TakePortLock(lock, port);
+  if (!holder.empty()) return RefuseHeld(name, holder);
+  if (ioctl(port, TIOCEXCL) == 0) return {};
+  const int error = errno;
+  ReleasePortLock(port);
+  return RefuseForError(name, error);
+}
+
+const PortSharing& SharingOf(const void* context) {
+  static const PortSharing standard;
+  return context == nullptr ? standard : *static_cast<const PortSharing*>(context);
+}
+
+PortOpening Open(void* context, const std::string& name) {
   if (!IsPortName(name)) return RefuseNumber(name);
   struct stat status {};
   // Looked at before it is opened: opening alone has effects on some devices, and waits on a pipe.
   if (stat(name.c_str(), &status) != 0) return RefuseForError(name, errno);
   if (!S_ISCHR(status.st_mode)) return RefuseOther(name);
+  const std::string device = DeviceOfPort(name);
+  const std::string lock = PortLockPath(SharingOf(context), device);
+  const std::string holder = PortLockHolder(lock);
+  if (!holder.empty()) return RefuseHeld(name, holder);
   // Without O_NONBLOCK, opening waits for a carrier that no instrument gives. Without O_NOCTTY, an
   // adapter that is pulled out could end the program with a hang-up signal.
   Descriptor port(open(name.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   if (port.fd < 0) return RefuseForError(name, errno);
   if (isatty(port.fd) == 0) return RefuseOther(name);
-  if (flock(port.fd, LOCK_EX | LOCK_NB) != 0) return RefuseForError(name, errno);
-  if (ioctl(port.fd, TIOCEXCL) != 0) return RefuseForError(name, errno);
-  PortOpening opened;
+  PortOpening opened = Claim(port.fd, name, lock);
+  if (opened.problem != PortProblem::kNone) return opened;
   opened.handle = port.Release();
+  const std::string users = OtherPortUsers(kProcRoot, device);
+  if (!users.empty()) opened.warning = "Other programs have this port open: " + users;
   return opened;
 }
 
@@ -287,12 +316,13 @@ void LetOutputLeave(int fd) {
   }
 }
 
-// Both locks are released before the descriptor is closed: a child process may have a copy of it,
+// All locks are released before the descriptor is closed: a child process may have a copy of it,
 // and a lock lasts as long as any copy.
 void Close(void*, SerialHandle port) {
   const Descriptor owned(static_cast<int>(port));
   LetOutputLeave(owned.fd);
   ioctl(owned.fd, TIOCNXCL);
+  ReleasePortLock(owned.fd);
   flock(owned.fd, LOCK_UN);
 }
 
