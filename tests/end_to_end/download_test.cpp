@@ -107,6 +107,26 @@ TEST_F(DownloadTest, AReaderThatGoesAwayDoesNotCostTheFlight) {
   EXPECT_TRUE(ReadText(Saved()[0]) == flight);
 }
 
+// Between the list and the message another call fails for a reason of its own.
+TEST_F(DownloadTest, SaysWhyAResultCouldNotBePrinted) {
+  StartInstrument(instrument, {"--baud", "0"});
+  std::filesystem::create_symlink("/dev/full", program.folder.File("out"));
+  EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "/GPS=IQCOMPEO", "/COM=" + instrument.port,
+                               "/NOTIFY=/none", "/FLIGHTLIST", "/EXIT"}),
+            1);
+  EXPECT_NE(program.Err().find("Writing to standard output: No space left on device\n"),
+            std::string::npos)
+      << program.Err();
+}
+
+TEST_F(DownloadTest, ALimitOnFileSizesIsAFailureLikeAnyOther) {
+  const std::string target = folder.File("flight.kml");
+  EXPECT_EQ(RunToEnd(program, {"/bin/bash", "-c", "ulimit -f 1; exec \"$0\" \"$@\"",
+                               SKYHAUL_PROGRAM, "--convert", folder.File("flight.igc"), target}),
+            1);
+  EXPECT_EQ(program.Err(), "Writing file: File write error\n" + target + ": File too large\n");
+}
+
 TEST_F(DownloadTest, AMissingFileDoesNotStopTheScores) {
   const std::string file = folder.File("flight.igc");
   EXPECT_EQ(RunToEnd(program, {SKYHAUL_PROGRAM, "--score", folder.File("missing.igc"), file}), 1);

@@ -21,8 +21,10 @@ void RedirectTo(const std::string& path, int descriptor) {
   dup2(file, descriptor);
 }
 
-// The program finds neither the settings nor the passwords of whoever runs the tests.
+// The program finds neither the settings nor the passwords of whoever runs the tests, and leaves
+// nothing in the home folder.
 void HideTheUser(const ScratchFolder& folder) {
+  setenv("HOME", folder.path.c_str(), 1);
   setenv("XDG_CONFIG_HOME", folder.File("config").c_str(), 1);
   setenv("XDG_CONFIG_DIRS", folder.File("system").c_str(), 1);
   setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + folder.File("none")).c_str(), 1);
