@@ -80,7 +80,7 @@ void Fuzz(std::string_view text) {
   for (const CtrRecord& airspace : file.airspaces) {
     Require(!airspace.segments.empty() || !airspace.damage.empty());
     Require(airspace.segments.empty() || looks_like);
-    Require(airspace.remark.empty() && airspace.number == 0);
+    Require(airspace.remark.empty() && !airspace.warning_m);
     std::ranges::for_each(airspace.segments, RequireGoodSegment);
   }
   if (count > 0) RequireWrittenBack(file);

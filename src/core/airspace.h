@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -61,9 +62,10 @@ struct AirspaceSegment {
 
 // An airspace, which instruments call a CTR.
 struct CtrRecord {
-  std::string name;            // up to 50 characters go to an instrument's record, 17 over the wire
-  std::string remark;          // likewise
-  uint32_t number = 0;         // four digits that travel with the name
+  std::string name;    // up to 50 characters go to an instrument's record, 17 over the wire
+  std::string remark;  // likewise
+  // How far before it an instrument warns, 0..9999; empty: not given, so its default holds.
+  std::optional<uint32_t> warning_m;
   std::string airspace_class;  // as the file writes it: "A", "R", "CTR", ...
   AirspaceLimit floor;
   AirspaceLimit ceiling;

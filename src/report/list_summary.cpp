@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/airspace_text.h"
 #include "core/text/numbers.h"
 #include "core/units.h"
 #include "report/line.h"
@@ -50,11 +51,13 @@ std::string Classes(const ListSummary& summary) {
   return text;
 }
 
-// Newer files have the class of the airspace's rules and its type apart, where older ones have one
-// word for both: "D" and "CTR" are one more kind beside "CTR".
-std::string ClassOf(const CtrRecord& airspace) {
-  if (airspace.type.empty() || airspace.type == "NONE") return airspace.airspace_class;
-  return airspace.airspace_class + ' ' + airspace.type;
+// "500 m 1, 2000 m 12"; empty for files, whose airspaces have none.
+std::string WarningLine(const ListSummary& summary) {
+  std::string text;
+  for (const auto& [warning_m, count] : summary.warnings) {
+    text += (text.empty() ? "" : ", ") + std::to_string(warning_m) + " m " + std::to_string(count);
+  }
+  return text.empty() ? "" : Line("Warnings at", text);
 }
 
 std::string DamageLines(const ListSummary& summary) {
@@ -87,6 +90,7 @@ nlohmann::ordered_json AirspaceJson(const CtrRecord& airspace) {
     const std::string& text = airspace.*optional.field;
     if (!text.empty()) json[optional.key] = text;
   }
+  if (airspace.warning_m) json["warning_m"] = *airspace.warning_m;
   return json;
 }
 
@@ -116,7 +120,8 @@ ListSummary SummariseAirspaces(const std::string& file, std::span<const CtrRecor
       .file = file, .kind = ListSummary::Kind::kAirspaces, .count = airspaces.size()};
   bool first = true;
   for (const CtrRecord& airspace : airspaces) {
-    ++summary.classes[ClassOf(airspace)];
+    ++summary.classes[ClassAndType(airspace)];
+    if (airspace.warning_m) ++summary.warnings[*airspace.warning_m];
     for (const AirspacePosition& position : Positions(airspace)) {
       Include(summary, position.lat, position.lon, first);
       first = false;
@@ -138,7 +143,7 @@ std::string SummaryText(const ListSummary& summary) {
             Line("Longitude", Range(summary.west, summary.east));
   }
   if (summary.kind == ListSummary::Kind::kAirspaces)
-    return text + Line("Classes", Classes(summary)) + DamageLines(summary);
+    return text + Line("Classes", Classes(summary)) + WarningLine(summary) + DamageLines(summary);
   return text + Line("Altitude", FixedText(summary.lowest_m, 0) + " to " +
                                      FixedText(summary.highest_m, 0) + " m");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <nlohmann/json_fwd.hpp>
 #include <span>
@@ -26,6 +27,7 @@ struct ListSummary {
   double lowest_m = 0;  // of waypoints
   double highest_m = 0;
   std::map<std::string, size_t> classes;  // how many airspaces of each class and type: "C CTR"
+  std::map<uint32_t, size_t> warnings;    // and of each warning distance in metres that is given
   std::vector<CtrRecord> airspaces;       // without their outlines
 };
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cmath>
 
+#include "core/airspace_text.h"
 #include "core/count_message.h"
 #include "core/time_scale.h"
 #include "core/units.h"
@@ -22,6 +23,33 @@ TEST(CountMessage, FillsTemplatesInOrderAndRepeatsTheFourthNumber) {
 }
 
 // The last second of the scale, on which 2100 is a leap year.
+TEST(ClassAndLimits, FitAPilotsScreen) {
+  using enum LimitReference;
+  const AirspaceLimit none;
+  const AirspaceLimit ground = {kSurface};
+  const AirspaceLimit level = {kFlightLevel, LimitUnit::kFeet, 65};
+  const AirspaceLimit above = {kGround, LimitUnit::kFeet, 2500};
+  const AirspaceLimit metres = {kGround, LimitUnit::kMetres, 300};
+  const AirspaceLimit sea = {kSea, LimitUnit::kFeet, 13500};
+  const std::tuple<const char*, AirspaceLimit, AirspaceLimit, const char*> cases[] = {
+      {"C", ground, level, "C GND-FL65"},
+      {"D", above, level, "D 2500ftAGL-FL65"},
+      {"CTR", above, sea, "CTR 2500G-13500"},
+      {"R", above, sea, "R 2500ftG-13500ft"},
+      {"Q", metres, {kUnlimited}, "Q 300mAGL-UNL"},
+      {"RESTRICTED", ground, {kSea, LimitUnit::kMetres, 900}, "RESTRICT GND-900m"},
+      {"W", {kNotGiven, LimitUnit::kFeet, 0, "Ask on 122.8"}, level, "W ?-FL65"},
+      {"", ground, level, "GND-FL65"},
+      {"UNCLASSIFIED CLASS", none, none, "UNCLASSIFIED CLAS"},
+      {"D", {kSea, LimitUnit::kMetres, 1e9}, {kSea, LimitUnit::kMetres, 1e9}, "D"},
+      {"", none, none, ""},
+  };
+  for (const auto& [name, floor, ceiling, text] : cases) {
+    EXPECT_EQ(ClassAndLimits({.airspace_class = name, .floor = floor, .ceiling = ceiling}, 17),
+              text);
+  }
+}
+
 TEST(TimeScale, EndsIn2126) {
   const CalendarTime last = {
       .year = 2126, .month = 2, .day = 5, .hour = 6, .minute = 28, .second = 15};

@@ -32,7 +32,8 @@ TEST(ListSummary, SaysWhereAndWhat) {
             "Latitude        -3.00000 to 46.50000\nLongitude       -7.00000 to 8.25000\n"
             "Altitude        482 to 1200 m\n");
   const AirspacePosition place = {.lat = degrees(47), .lon = degrees(11)};
-  const CtrRecord circle = {.airspace_class = "D",
+  const CtrRecord circle = {.warning_m = 2000,
+                            .airspace_class = "D",
                             .segments = {{.type = SegmentType::kCircle, .point = place}}};
   CtrRecord zone = circle;
   zone.name = "Zone";
@@ -43,10 +44,12 @@ TEST(ListSummary, SaysWhereAndWhat) {
   EXPECT_EQ(SummaryText(summary),
             "File            a.txt\nHolds           3 airspaces\n"
             "Latitude        47.00000 to 47.00000\nLongitude       11.00000 to 11.00000\n"
-            "Classes         D 2, D CTR 1\nDamaged         Zone: Line 3: gone\n");
-  EXPECT_EQ(SummaryJson(summary)["airspaces"].dump(),
-            R"([{"name":"","class":"D"},{"name":"","class":"D"},)"
-            R"({"name":"Zone","class":"D","type":"CTR","damage":"Line 3: gone"}])");
+            "Classes         D 2, D CTR 1\nWarnings at     2000 m 3\nDamaged         Zone: Line 3: "
+            "gone\n");
+  EXPECT_EQ(
+      SummaryJson(summary)["airspaces"].dump(),
+      R"([{"name":"","class":"D","warning_m":2000},{"name":"","class":"D","warning_m":2000},)"
+      R"({"name":"Zone","class":"D","type":"CTR","damage":"Line 3: gone","warning_m":2000}])");
 }
 
 TEST(SettingsText, NothingThatSteersATerminalIsShown) {

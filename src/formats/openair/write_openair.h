@@ -20,7 +20,7 @@ namespace skyhaul::openair {
 //                         nautical miles, others to 2 micrometres
 //   bearings              likewise in degrees, when within 0 to 360
 //   direction             the same; of points and circles none is written
-//   remark, number        lost
+//   remark, warning       lost
 //   damage                lost: leave damaged airspaces out
 //   selected              lost: reads as true
 //   without an outline    the airspace is lost: readers leave it out

@@ -4,7 +4,10 @@
 #include <utility>
 
 #include "analysis/airspace_outline.h"
+#include "core/airspace_text.h"
+#include "core/count_message.h"
 #include "core/text/digits.h"
+#include "core/text/printable.h"
 #include "core/units.h"
 #include "protocols/flytec/field_text.h"
 #include "protocols/sentence/checksum.h"
@@ -16,12 +19,10 @@ namespace {
 
 constexpr uint32_t kAfterLine_ms = 100;
 constexpr uint32_t kAfterArcLine_ms = 200;
-// The total and the number of a sentence have three digits on the wire.
-constexpr size_t kMostLines = 999;
 // Five digits of whole metres: from what rounds to 1 to what is still 99999.
 constexpr double kSmallestRadius_m = 0.5;
 constexpr double kLargestRadius_m = 99999.0;
-constexpr uint32_t kLargestNumber = 9999;
+constexpr uint32_t kLargestWarning_m = 9999;
 
 // The sentences being made, and what numbers them.
 struct Lines {
@@ -40,8 +41,9 @@ bool IsArc(const AirspaceSegment& segment) {
   return segment.type != SegmentType::kPoint && !IsCircle(segment);
 }
 
-size_t LineCount(const CtrRecord& record) {
-  size_t count = 2;  // name and remark
+// The sentences of an outline.
+size_t ElementCount(const CtrRecord& record) {
+  size_t count = 0;
   for (const AirspaceSegment& segment : record.segments) count += IsArc(segment) ? 3 : 1;
   return count;
 }
@@ -58,30 +60,44 @@ std::string Position(const AirspacePosition& position) {
          FormatLongitude(SemicirclesToRadians(position.lon), kMilliminutesPerRadian);
 }
 
-void AddArc(Lines& lines, const AirspaceSegment& segment) {
-  // The instrument knows an arc by its ends. An outline may have bearings and a radius instead, so
-  // the ends are computed on the ellipsoid.
+// The instrument knows an arc by its ends. An outline may have bearings and a radius instead, so
+// the ends are computed on the ellipsoid.
+AirspaceSegment SegmentAsSent(const AirspaceSegment& segment) {
+  if (segment.type == SegmentType::kPoint) return {.point = segment.point};
+  if (IsCircle(segment)) {
+    return {.type = SegmentType::kCircle,
+            .point = segment.point,
+            .radius_m = static_cast<double>(RoundHalfAwayFromZero(segment.radius_m))};
+  }
   const bool by_bearings = segment.type == SegmentType::kArcByBearings;
   const auto [start, end] = by_bearings ? EndsOfArc(segment) : ArcEnds{segment.start, segment.end};
-  const std::string direction = segment.direction == kCounterClockwise ? ",-" : ",+";
+  return {.type = SegmentType::kArcByPoints,
+          .point = segment.point,
+          .start = start,
+          .end = end,
+          .direction = segment.direction == kCounterClockwise ? kCounterClockwise : kClockwise};
+}
+
+void AddArc(Lines& lines, const AirspaceSegment& segment) {
+  const std::string direction = {',', segment.direction};
   // $PBRCTRW,007,004,X,4700.000,N,01100.000,W       centre
   // $PBRCTRW,007,005,T,4706.000,N,01100.000,W,-     start and direction
   // $PBRCTRW,007,006,Z,4700.000,N,01106.000,W,-     end
   AddLine(lines, "X," + Position(segment.point), kAfterArcLine_ms);
-  AddLine(lines, "T," + Position(start) + direction, kAfterArcLine_ms);
-  AddLine(lines, "Z," + Position(end) + direction, kAfterArcLine_ms);
+  AddLine(lines, "T," + Position(segment.start) + direction, kAfterArcLine_ms);
+  AddLine(lines, "Z," + Position(segment.end) + direction, kAfterArcLine_ms);
 }
 
 void AddCircle(Lines& lines, const AirspaceSegment& segment) {
   // $PBRCTRW,007,003,C,4730.000,S,01100.000,E,01235
-  const auto radius_m = static_cast<uint32_t>(RoundHalfAwayFromZero(segment.radius_m));
+  const auto radius_m = static_cast<uint32_t>(segment.radius_m);
   AddLine(lines, "C," + Position(segment.point) + "," + PaddedNumber(radius_m, 5), kAfterLine_ms);
 }
 
 void AddSegment(Lines& lines, const AirspaceSegment& segment) {
-  if (IsCircle(segment)) {
+  if (segment.type == SegmentType::kCircle) {
     AddCircle(lines, segment);
-  } else if (IsArc(segment)) {
+  } else if (segment.type == SegmentType::kArcByPoints) {
     AddArc(lines, segment);
   } else {
     AddLine(lines, "P," + Position(segment.point), kAfterLine_ms);
@@ -106,21 +122,40 @@ std::string SegmentObstacle(const AirspaceSegment& segment) {
 std::string CtrObstacle(const CtrRecord& record) {
   std::string obstacle;
   if (record.segments.empty()) obstacle = "has no outline";
-  if (LineCount(record) > kMostLines) obstacle = "has more points than the instrument can be told";
-  if (record.number > kLargestNumber) obstacle = "has a number of more than four digits";
+  if (const size_t count = ElementCount(record); count > kCtrElements) {
+    obstacle = FormatCountMessage("has % points, but the instrument takes %",
+                                  static_cast<uint32_t>(count), kCtrElements);
+  }
+  if (record.warning_m > kLargestWarning_m) {
+    obstacle = "has a warning distance of more than four digits";
+  }
   for (const AirspaceSegment& segment : record.segments) {
     if (obstacle.empty()) obstacle = SegmentObstacle(segment);
   }
   return obstacle.empty() ? "" : "CTR " + record.name + " " + obstacle;
 }
 
+CtrRecord CtrAsSent(const CtrRecord& record, const std::string& name) {
+  // The pilot sees the remark, so what matters most stands there.
+  const std::string remark =
+      OneLine(record.remark).empty() ? ClassAndLimits(record, kNameWidth) : record.remark;
+  CtrRecord sent = {.name = TextOfField(name, kNameWidth),
+                    .remark = TextOfField(FieldText(remark), kNameWidth),
+                    .warning_m = record.warning_m.value_or(kDefaultWarning_m)};
+  for (const AirspaceSegment& segment : record.segments) {
+    sent.segments.push_back(SegmentAsSent(segment));
+  }
+  return sent;
+}
+
 std::vector<CtrLine> CtrLines(const CtrRecord& record, const std::string& name) {
+  const CtrRecord sent = CtrAsSent(record, name);
   Lines lines;
-  lines.total = LineCount(record);
+  lines.total = 2 + ElementCount(sent);  // name and remark come first
   // $PBRCTRW,007,000,A                ,3440
-  AddLine(lines, name + "," + PaddedNumber(record.number, 4), kAfterLine_ms);
-  AddLine(lines, FieldText(record.remark), kAfterLine_ms);
-  for (const AirspaceSegment& segment : record.segments) AddSegment(lines, segment);
+  AddLine(lines, name + "," + PaddedNumber(*sent.warning_m, 4), kAfterLine_ms);
+  AddLine(lines, FieldText(sent.remark), kAfterLine_ms);
+  for (const AirspaceSegment& segment : sent.segments) AddSegment(lines, segment);
   return std::move(lines.made);
 }
 

@@ -15,7 +15,7 @@ namespace {
 constexpr size_t kMostCtrs = 10'000;  // the instruments hold 500
 constexpr size_t kLongestText = 50;
 constexpr uint32_t kLeastTotal = 3;  // name, remark and one piece of the outline
-constexpr uint32_t kLargestNumber = 9999;
+constexpr uint32_t kLargestWarning_m = 9999;
 constexpr uint32_t kLargestRadius_m = 99999;
 constexpr double kRadiansPerMinute = 0.0002908882086657;  // pi / 10800
 
@@ -140,16 +140,19 @@ int TakePiece(CtrReceiver& receiver, std::string_view rest) {
   return TakeArcPiece(receiver, type[0], position, rest);
 }
 
-// $PBRCTR,007,000,Kreisbogen       ,3440   total, number of the sentence, name, number
+// $PBRCTR,007,000,Kreisbogen       ,3440   total, number of the sentence, name, warning in m
 int OpenCtr(CtrReceiver& receiver, uint32_t total, uint32_t index, std::string_view rest) {
   if (total < kLeastTotal) return -kCtrTotalTooSmall;
   if (index != 0) return -kCtrNotAtStart;
   CtrRecord record;
   std::string_view name;
-  if (!SplitField(rest, name)) return -kCtrNumberMissing;
-  if (ParseUintField(rest, record.number) != 0 || record.number > kLargestNumber) {
-    return -kCtrBadNumber;
+  uint32_t warning_m = 0;
+  if (!SplitField(rest, name)) return -kCtrWarningMissing;
+  if (ParseUintField(rest, warning_m) != 0 || warning_m > kLargestWarning_m) {
+    return -kCtrBadWarning;
   }
+  // An empty field is no distance of 0.
+  if (!rest.empty()) record.warning_m = warning_m;
   if (receiver.airspaces.size() == kMostCtrs) return -kCtrMemory;
   record.name = TextOfField(name, kLongestText);
   receiver.airspaces.push_back(record);

@@ -20,10 +20,10 @@ enum CtrError : int {
   kCtrBadIndex = 7,
   kCtrTotalTooSmall = 8,  // below 3
   kCtrNotAtStart = 9,     // the first sentence of a CTR is not number 0
-  kCtrNumberMissing = 10,
-  kCtrBadNumber = 11,  // not a number of at most four digits
-  kCtrMemory = 12,     // more CTRs than any instrument holds
-  kCtrNoRemark = 13,   // the second sentence is not number 1
+  kCtrWarningMissing = 10,
+  kCtrBadWarning = 11,  // not a number of at most four digits
+  kCtrMemory = 12,      // more CTRs than any instrument holds
+  kCtrNoRemark = 13,    // the second sentence is not number 1
   kCtrOutOfSequence = 14,
   kCtrTypeMissing = 15,
   kCtrBadType = 16,  // none of P, X, C, T and Z

@@ -89,8 +89,8 @@ TEST(CtrSentence, EachFaultHasItsNumber) {
       {{}, {"$PBRCTR,3,-,A,1"}, kCtrBadIndex},
       {{}, {"$PBRCTR,2,0,A,1"}, kCtrTotalTooSmall},
       {{}, {"$PBRCTR,3,1,A,1"}, kCtrNotAtStart},
-      {{}, {"$PBRCTR,3,0,A"}, kCtrNumberMissing},
-      {{}, {"$PBRCTR,3,0,A,1x", "$PBRCTR,3,0,A,10000"}, kCtrBadNumber},
+      {{}, {"$PBRCTR,3,0,A"}, kCtrWarningMissing},
+      {{}, {"$PBRCTR,3,0,A,1x", "$PBRCTR,3,0,A,10000"}, kCtrBadWarning},
       {{open}, {open, at + "R"}, kCtrNoRemark},
       {{open}, {"$PBRANS,1"}, kCtrUnknownSentence},
       {{open}, {"$PBRCTR,6,1,R"}, kCtrTotalChanged},
@@ -147,6 +147,7 @@ TEST(CtrLines, AnArcByBearingsGetsItsEndsOnTheGroundAndARadiusIsRounded) {
                    {.type = SegmentType::kCircle, .point = At(47.5, 11), .radius_m = 1234.6}}};
   const std::vector<CtrLine> lines = CtrLines(record, FieldText("A"));
   ASSERT_EQ(lines.size(), 6U);
+  EXPECT_EQ(lines[0].sentence, Sentence("PBRCTRW,006,000,A                ,2000"));
   EXPECT_EQ(lines[1].sentence, Sentence("PBRCTRW,006,001,Remark Kreisbogen"));
   // GeographicLib's geodesics end at 60 26.9261 N 10 E and at 59 59.8177 N 9 6.2398 E.
   EXPECT_EQ(lines[3].sentence, Sentence("PBRCTRW,006,003,T,6026.926,N,01000.000,E,+"));
@@ -157,9 +158,9 @@ TEST(CtrLines, AnArcByBearingsGetsItsEndsOnTheGroundAndARadiusIsRounded) {
 TEST(CtrLines, WhatCannotBeSentIsNamedBeforehand) {
   using Change = void (*)(CtrRecord&);
   const std::pair<Change, const char*> cases[] = {
-      {[](CtrRecord& r) { r.segments.assign(997, {}); }, ""},
-      {[](CtrRecord& r) { r.segments.assign(998, {}); },
-       "has more points than the instrument can be told"},
+      {[](CtrRecord& r) { r.segments.assign(100, {}); }, ""},
+      {[](CtrRecord& r) { r.segments.assign(34, {.type = SegmentType::kArcByPoints}); },
+       "has 102 points, but the instrument takes 100"},
       {[](CtrRecord& r) { r.segments[1].radius_m = 99999; }, ""},
       {[](CtrRecord& r) { r.segments[1].radius_m = 99999.1; }, kRadius},
       {[](CtrRecord& r) { r.segments[1].radius_m = 0.5; }, ""},  // sent as 1 m
@@ -169,8 +170,9 @@ TEST(CtrLines, WhatCannotBeSentIsNamedBeforehand) {
          r.segments[2] = {.type = SegmentType::kArcByBearings, .end_bearing_deg = INFINITY};
        },
        "has an arc without bearings"},
-      {[](CtrRecord& r) { r.number = 9999; }, ""},
-      {[](CtrRecord& r) { r.number = 10000; }, "has a number of more than four digits"},
+      {[](CtrRecord& r) { r.warning_m = 9999; }, ""},
+      {[](CtrRecord& r) { r.warning_m = 10000; },
+       "has a warning distance of more than four digits"},
   };
   for (const auto& [change, obstacle] : cases) {
     CtrRecord record = Mixed("A");
@@ -182,7 +184,7 @@ TEST(CtrLines, WhatCannotBeSentIsNamedBeforehand) {
   EXPECT_LT(WriteCtrJob(b.job), 0);
   EXPECT_EQ(b.recorder.messages,
             (Texts{"CTR upload: CTR A has no outline", "CTR upload: CTR B has no outline"}));
-  EXPECT_EQ(b.bench.written, "") << "nothing is left to send";
+  EXPECT_EQ(b.bench.written, "");
 }
 
 TEST(ReadCtrs, ASilentInstrumentIsWaitedForUntilTheAbort) {
