@@ -18,7 +18,9 @@ void TakeWaypoints(Session& session, const DownloadWaypointsRequest& request, Jo
   const Operation operation = {.shell = session.shell};
   // An empty file would look like a list to the next program, and replace a good one.
   if (job.data.waypoints.empty()) {
-    ShowMessage(operation, "The instrument holds no waypoints", "Read GPS waypoints");
+    ShowMessage(operation,
+                "The instrument sent no waypoints: its memory is empty, or it did not answer",
+                "Read GPS waypoints");
     return;
   }
   FileContents contents;
@@ -49,12 +51,14 @@ void Upload(Session& session, const UploadRequest& request, uint32_t access_type
             size_t total, std::function<void(UploadResult)> end) {
   JobRequest job = MakeJobRequest(session, request.instrument, access_type);
   job.data = std::move(data);
+  job.verify = request.verify;
   RunInstrumentJob(session, std::move(job), [total, end = std::move(end)](JobEnd ended) {
     // An instrument may refuse single records in a job that succeeds. Part of a list is not done.
     end({.done = ended.result >= 0 && ended.data.sent == total,
          .identity = std::move(ended.identity),
          .sent = ended.data.sent,
-         .total = total});
+         .total = total,
+         .verified = ended.data.verified});
   });
 }
 
@@ -108,6 +112,9 @@ void UploadAirspaces(Session& session, const UploadRequest& request,
                       SoundAirspaces(Operation{.shell = session.shell}, *airspaces, "Write CTR")};
   // Each one has been named, and the port need not be opened for nothing.
   if (data.airspaces.empty()) return end({});
+  if (request.warning_m) {
+    for (CtrRecord& airspace : data.airspaces) airspace.warning_m = request.warning_m;
+  }
   // Damaged ones count in the total, so an upload without them is not done.
   Upload(session, request, kUploadCtr, std::move(data), airspaces->size(), std::move(end));
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,14 +32,18 @@ void DownloadWaypoints(Session& session, DownloadWaypointsRequest request,
 
 struct UploadRequest {
   InstrumentRequest instrument;
-  std::string path;  // opened first; empty: the document's list as it is
+  std::string path;    // opened first; empty: the document's list as it is
+  bool verify = true;  // the instrument's list is read back
+  // For every airspace sent, 0..9999; empty: each has its own, or the instrument family's default.
+  std::optional<uint32_t> warning_m;
 };
 
 struct UploadResult {
-  bool done = false;  // all records were sent
+  bool done = false;  // all records were sent, and verified where that was asked for
   InstrumentIdentity identity;
   size_t sent = 0;
   size_t total = 0;
+  std::optional<size_t> verified;  // of those sent; empty: the list was not read back
 };
 
 // Send the document's waypoints or airspaces to an instrument. `end` is called once, as

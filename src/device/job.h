@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -40,7 +41,8 @@ struct JobData {
   std::vector<WaypointRecord> waypoints;
   std::vector<FileWaypoint> waypoints_to_send;  // nothing cut: the driver knows its widths
   std::vector<CtrRecord> airspaces;
-  uint32_t sent = 0;  // records of an upload that have gone to the instrument
+  uint32_t sent = 0;                 // records of an upload that have gone to the instrument
+  std::optional<uint32_t> verified;  // of them, those that its list shows as sent; empty: not read
 };
 
 // Which flights of the instrument's list a job fetches.
@@ -76,6 +78,7 @@ struct Job {
   uint32_t protocol_type = 0;  // the place in the job table
   int32_t parameter = 0;       // meaning per family
   bool join_tracks = false;    // several tracks become one log, which must not overlap or have gaps
+  bool verify = true;          // an upload is read back from the instrument
   FlightChoice choice;
   PositionReports reports;
 

@@ -106,6 +106,7 @@ std::unique_ptr<RunningJob> MakeJob(const ProtocolJobs& protocol, JobRequest& re
   job.protocol_type = request.protocol_type;
   job.parameter = request.parameter;
   job.join_tracks = request.join_tracks;
+  job.verify = request.verify;
   job.choice = std::move(request.choice);
   job.reports = std::move(request.reports);
   job.data = std::move(request.data);

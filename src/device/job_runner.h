@@ -20,6 +20,7 @@ struct JobRequest {
   uint32_t protocol_type = 0;  // the place in the job table
   int32_t parameter = 0;
   bool join_tracks = false;
+  bool verify = true;
   FlightChoice choice;
   PortChoice port;
   uint32_t attempts = kDefaultAttempts;

@@ -8,9 +8,11 @@ namespace {
 class PlacesTest : public SessionBench {
  protected:
   // Writes a file and uploads it, its kind told by its extension.
-  UploadResult Upload(const std::string& name, const std::string& text) {
+  UploadResult Upload(const std::string& name, const std::string& text,
+                      UploadRequest request = {}) {
     WriteText(folder.File(name), text);
-    const UploadRequest request = {.instrument = flytec, .path = folder.File(name)};
+    request.instrument = flytec;
+    request.path = folder.File(name);
     return RunToEnd<UploadResult>([&](auto end) {
       name.ends_with(".txt") ? UploadAirspaces(session, request, end)
                              : UploadWaypoints(session, request, end);
@@ -40,6 +42,7 @@ TEST_F(PlacesTest, WaypointsGoUpAndComeDownAgain) {
   UploadResult sent = Upload("a.cup", kCup);
   EXPECT_TRUE(sent.done);
   EXPECT_EQ(sent.sent, 2U);
+  EXPECT_EQ(sent.verified, 2U);
   EXPECT_EQ(document.lists.waypoints->size(), 2U);
   EXPECT_FALSE(Said("characters")) << "both names went whole, but a change was reported";
 
@@ -54,7 +57,9 @@ TEST_F(PlacesTest, WaypointsGoUpAndComeDownAgain) {
   EXPECT_TRUE(Said("exists already"));
   simulator.waypoints.clear();
   EXPECT_FALSE(Download("c.wpt").done);
-  EXPECT_EQ(recorder.messages.back(), "Read GPS waypoints: The instrument holds no waypoints");
+  EXPECT_EQ(recorder.messages.back(),
+            "Read GPS waypoints: The instrument sent no waypoints: its memory is empty, or it did "
+            "not answer");
   EXPECT_EQ(document.lists.waypoints->size(), 2U);
 
   // Without a path the document's own list goes.
@@ -102,8 +107,14 @@ TEST_F(PlacesTest, DamagedAirspacesStayBehind) {
 
 TEST_F(PlacesTest, AirspaceIsSentUnlessTheInstrumentRefuses) {
   EXPECT_TRUE(Upload("a.txt", kAirspaces).done);
-  EXPECT_EQ(simulator.airspaces.size(), 2U);
+  ASSERT_EQ(simulator.airspaces.size(), 2U);
+  EXPECT_EQ(simulator.airspaces[0].remark, "D GND-FL125      ");
+  EXPECT_EQ(simulator.airspaces[0].number, "2000");
   EXPECT_TRUE(Said("CTR transfer ok"));
+  EXPECT_EQ(Upload("a.txt", kAirspaces, {.verify = false, .warning_m = 500}).verified,
+            std::nullopt);
+  EXPECT_EQ(simulator.airspaces[1].number, "0500");
+  EXPECT_EQ(document.lists.airspaces->at(0).warning_m, std::nullopt) << "of this upload only";
   simulator.refusal = flytec_simulator::Refusal::kMemory;
   EXPECT_FALSE(Upload("a.txt", kAirspaces).done);
   EXPECT_TRUE(Said("No further memory"));

@@ -60,7 +60,7 @@ TEST_F(ConversationsTest, ComeOutAsTheyShould) {
       {"whole_flight", Command::kDownload, "24 fixes"},
       {"stalled_flight", Command::kDownload, "10 fixes, incomplete"},
       {"late_identification", Command::kDownload, "24 fixes"},
-      {"waypoint_upload", Command::kUpload, "3 of 3 waypoints"},
+      {"waypoint_upload", Command::kUpload, "3 of 3 waypoints, 3 verified"},
   };
   WriteText(folder.File("up.cup"),
             "name,code,country,lat,lon,elev,style,rwdir,rwlen,freq,desc\n"
@@ -75,7 +75,8 @@ TEST_F(ConversationsTest, ComeOutAsTheyShould) {
     const auto sent = RunToEnd<UploadResult>([&](auto end) {
       UploadWaypoints(session, {.instrument = flytec, .path = folder.File("up.cup")}, end);
     });
-    EXPECT_EQ(std::to_string(sent.sent) + " of " + std::to_string(sent.total) + " waypoints",
+    EXPECT_EQ(std::to_string(sent.sent) + " of " + std::to_string(sent.total) + " waypoints, " +
+                  std::to_string(sent.verified.value_or(0)) + " verified",
               c.outcome);
   }
 }

@@ -52,6 +52,7 @@ inline constexpr uint32_t kMaxPort = 9999;
 inline constexpr uint32_t kMaxTrackNumber = 255;
 inline constexpr size_t kMaxTracks = 20;
 inline constexpr uint32_t kMaxTimeoutSeconds = 86400;
+inline constexpr uint32_t kMaxWarning_m = 9999;
 
 // What the command line asked for, for the whole run. present tells a run with a command line from
 // one without.
@@ -94,6 +95,7 @@ struct CommandLineBlock {
   std::optional<uint32_t> session;
   std::vector<uint32_t> tracks;  // list numbers 1..kMaxTrackNumber, ascending; empty: none selected
   std::optional<uint32_t> send_log_s;  // flight time between position reports, 0: none
+  std::optional<uint32_t> warning_m;   // of airspaces, 0..kMaxWarning_m
   std::optional<uint32_t> timeout_s;   // 0..kMaxTimeoutSeconds
 
   bool no_split = false;

@@ -17,6 +17,9 @@ constexpr CommandSet kNoCommand = 0;
 constexpr CommandSet kTrackDownloads =
     Commands(Command::kTrackLogToKml, Command::kTrackLogToOzi, Command::kTrackLogToIgc);
 
+constexpr CommandSet kUploads = Commands(
+    Command::kUploadWaypoints, Command::kUploadWaypointsSecondForm, Command::kUploadAirspace);
+
 constexpr std::string_view kMissingLogFile = "Missing log file name";
 constexpr std::string_view kMissingWaypointFile = "Missing wpt file name";
 
@@ -161,7 +164,7 @@ constexpr Keyword kKeywords[] = {
          "the name of the track log file", kNoCommand),
     Flag("OVERWRITE", &Block::overwrite, "replace files that exist already"),
     Flag("NOSPLIT", &Block::no_split, "keep the downloaded flights in one file", kTrackDownloads),
-    Flag("NOCHECK", &Block::no_check, "leave out the checks of the track log", kNoCommand),
+    Flag("NOCHECK", &Block::no_check, "do not read an upload back to verify it", kUploads),
     Flag("NOLOOPOPT", &Block::no_loop_optimisation, "leave out the optimisation of loops",
          kNoCommand),
 

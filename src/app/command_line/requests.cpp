@@ -51,7 +51,10 @@ DownloadWaypointsRequest MakeDownloadWaypointsRequest(const CommandLineBlock& bl
 }
 
 UploadRequest MakeUploadRequest(const CommandLineBlock& block) {
-  return {.instrument = MakeInstrumentRequest(block), .path = block.file};
+  return {.instrument = MakeInstrumentRequest(block),
+          .path = block.file,
+          .verify = !block.no_check,
+          .warning_m = block.warning_m};
 }
 
 ConvertFileRequest MakeConvertWaypointsRequest(const CommandLineBlock& block) {

@@ -73,12 +73,19 @@ int RunDownloadWaypoints(const Batch& batch) {
   return Finish(batch, result.done, result.written);
 }
 
+// What is known of those that were sent.
+std::string VerifiedText(const UploadResult& result) {
+  if (result.sent == 0) return "";
+  return result.verified ? ", " + std::to_string(*result.verified) + " verified" : ", not verified";
+}
+
 // Both kinds of upload; the run is only done when all records have gone.
 int FinishUpload(const Batch& batch, const UploadResult& result, const char* what) {
   // With nothing to send no job was started, and the reason has been shown.
   if (result.total > 0) {
     Print(batch, IdentityText(result.identity) + std::to_string(result.sent) + " of " +
-                     std::to_string(result.total) + ' ' + what + " sent\n");
+                     std::to_string(result.total) + ' ' + what + " sent" + VerifiedText(result) +
+                     '\n');
   }
   return Finish(batch, result.done);
 }

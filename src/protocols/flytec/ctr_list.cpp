@@ -14,18 +14,8 @@ namespace skyhaul::flytec {
 
 namespace {
 
-// The list ends with a sentence of its own, not with a silence: an instrument may think for any
-// time between two airspaces.
-constexpr uint32_t kNoLimit_ms = UINT32_MAX;  // 49 days
-constexpr const char* kTitle = "Read CTR list";
-
-int Fail(const Job& job, const std::string& text) {
-  ShowMessage(job.operation, text, kTitle);
-  return -1;
-}
-
-int FailWithNumber(const Job& job, const char* text, int error) {
-  return Fail(job, FormatCountMessage(text, static_cast<uint32_t>(-error)));
+std::string Numbered(const char* text, int error) {
+  return FormatCountMessage(text, static_cast<uint32_t>(-error));
 }
 
 void ShowOpened(const Job& job, const CtrReceiver& receiver) {
@@ -34,9 +24,9 @@ void ShowOpened(const Job& job, const CtrReceiver& receiver) {
   ShowProgress(job.operation, FormatCountMessage("CTR %", count));
 }
 
-// Collects CTRs until the instrument closes the list. Returns 0 or a negative number after its
-// message.
-int ReceiveCtrs(Job& job, CtrReceiver& receiver) {
+// Collects CTRs until the instrument closes the list. Returns as ReadCtrList() does.
+int ReceiveCtrs(Job& job, uint32_t longest_silence_ms, CtrReceiver& receiver,
+                std::string& problem) {
   SentenceRecogniser recogniser;
   int framing = 0;
   int content = 1;
@@ -49,27 +39,45 @@ int ReceiveCtrs(Job& job, CtrReceiver& receiver) {
     return content == 1 ? Feed::kMore : Feed::kDone;
   };
   const int result =
-      ReadWithDeadline(job.link, {.timeout_ms = kNoLimit_ms, .since_last_byte = true}, feed);
-  if (result == kPortFailed) return Fail(job, "E701 COM port read error");
+      ReadWithDeadline(job.link, {.timeout_ms = longest_silence_ms, .since_last_byte = true}, feed);
+  if (result == kPortFailed) problem = "E701 COM port read error";
+  if (result == kTimedOut) problem = "The instrument did not close the list";
   if (result != 0) return result;
   // The frame first: what a broken frame holds says nothing.
-  if (framing < 0) return FailWithNumber(job, "E703 Format error %", framing);
-  if (content < 0) return FailWithNumber(job, "E702 Format error %", content);
-  return 0;
+  if (framing < 0) {
+    problem = Numbered("E703 Format error %", framing);
+  } else if (content < 0) {
+    problem = Numbered("E702 Format error %", content);
+  }
+  return problem.empty() ? 0 : kTimedOut;
 }
 
 int ReadCtrs(Job& job) {
-  if (WriteSentence(job.link, kRequestCtrList) != 0) return Fail(job, "E700 COM port write error");
-  CtrReceiver receiver;
-  const int received = ReceiveCtrs(job, receiver);
-  if (received != 0) return received;
-  const auto count = static_cast<uint32_t>(receiver.airspaces.size());
-  job.data.airspaces = std::move(receiver.airspaces);
+  std::vector<CtrRecord> airspaces;
+  std::string problem;
+  const int read = ReadCtrList(job, kNoLimit_ms, airspaces, problem);
+  if (!problem.empty()) ShowMessage(job.operation, problem, "Read CTR list");
+  if (read != 0) return read;
+  const auto count = static_cast<uint32_t>(airspaces.size());
+  job.data.airspaces = std::move(airspaces);
   ShowStatus(job.operation, FormatCountMessage("% CTR(s) received", count));
   return static_cast<int>(count);
 }
 
 }  // namespace
+
+int ReadCtrList(Job& job, uint32_t longest_silence_ms, std::vector<CtrRecord>& airspaces,
+                std::string& problem) {
+  if (WriteSentence(job.link, kRequestCtrList) != 0) {
+    problem = "E700 COM port write error";
+    return kPortFailed;
+  }
+  CtrReceiver receiver;
+  const int received = ReceiveCtrs(job, longest_silence_ms, receiver, problem);
+  // What came before a fault is no list.
+  if (received == 0) airspaces = std::move(receiver.airspaces);
+  return received;
+}
 
 int ReadCtrJob(Job& job) {
   ProductData product;

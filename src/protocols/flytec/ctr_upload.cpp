@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/count_message.h"
 #include "protocols/flytec/ctr_lines.h"
+#include "protocols/flytec/ctr_list.h"
 #include "protocols/flytec/field_text.h"
 #include "protocols/flytec/product_data.h"
+#include "protocols/flytec/read_back.h"
 #include "protocols/sentence/recogniser.h"
 #include "protocols/sentence/write_sentence.h"
 
@@ -18,6 +21,9 @@ namespace {
 // The instrument checks and stores a whole airspace before it answers.
 constexpr uint32_t kAnswer_ms = 20000;
 constexpr uint32_t kBeforeNextCtr_ms = 300;
+constexpr uint32_t kBeforeList_ms = 1000;
+// The list itself has no limit; a person who only waits for its verdict needs one.
+constexpr uint32_t kListSilence_ms = 20000;
 constexpr const char* kTitle = "CTR upload";
 constexpr const char* kAnswerTitle = "CTR upload acknowledge status";
 
@@ -104,7 +110,7 @@ int SendCtr(Job& job, const CtrRecord& record, const std::string& field, CtrProg
     ShowStatus(job.operation, SegmentsSent(progress));
     return answered;
   }
-  job.data.sent = ++progress.taken;
+  ++progress.taken;
   ShowUploadProgress(job, "CTR %/% taken: ", progress.taken, progress, record.name);
   Pause(job.link, kBeforeNextCtr_ms);
   return 0;
@@ -122,7 +128,14 @@ std::vector<const CtrRecord*> Sendable(const Job& job) {
   return records;
 }
 
-std::vector<std::string> FieldsOf(const Job& job, const std::vector<const CtrRecord*>& records) {
+// One airspace on its way to the instrument.
+struct Outgoing {
+  const CtrRecord* record = nullptr;
+  std::string field;  // its name
+};
+
+// Says how many names are not sent as they are.
+std::vector<Outgoing> Named(const Job& job, const std::vector<const CtrRecord*>& records) {
   std::vector<std::string> names;
   for (const CtrRecord* record : records) names.push_back(record->name);
   uint32_t changed = 0;
@@ -131,17 +144,56 @@ std::vector<std::string> FieldsOf(const Job& job, const std::vector<const CtrRec
     ShowStatus(job.operation,
                FormatCountMessage("% names were changed to fit % characters", changed, kNameWidth));
   }
-  return fields;
+  std::vector<Outgoing> outgoing;
+  for (size_t i = 0; i < records.size(); ++i) {
+    outgoing.push_back({.record = records[i], .field = std::move(fields[i])});
+  }
+  return outgoing;
 }
 
-int SendAll(Job& job, const std::vector<const CtrRecord*>& records) {
-  const std::vector<std::string> fields = FieldsOf(job, records);
-  CtrProgress progress{.total = static_cast<uint32_t>(records.size())};
-  for (size_t i = 0; i < records.size(); ++i) {
-    const int sent = SendCtr(job, *records[i], fields[i], progress);
+int SendAll(Job& job, const std::vector<Outgoing>& airspaces) {
+  CtrProgress progress{.total = static_cast<uint32_t>(airspaces.size())};
+  for (const Outgoing& outgoing : airspaces) {
+    const int sent = SendCtr(job, *outgoing.record, outgoing.field, progress);
     if (sent != 0) return sent;
+    job.data.sent = progress.taken;
   }
   return static_cast<int>(progress.taken);
+}
+
+int SendAgain(Job& job, const std::vector<Outgoing>& airspaces, const std::vector<size_t>& which) {
+  CtrProgress progress{.total = static_cast<uint32_t>(which.size())};
+  for (const size_t i : which) {
+    const int sent = SendCtr(job, *airspaces[i].record, airspaces[i].field, progress);
+    if (sent != 0) return sent;
+  }
+  return 0;
+}
+
+int ReadBackCtrs(Job& job, const std::vector<Outgoing>& airspaces, ReadBack& back) {
+  if (const int rested = BringToRest(job.link, kBeforeList_ms); rested != 0) return rested;
+  std::vector<CtrRecord> held;
+  const int read = ReadCtrList(job, kListSilence_ms, held, back.problem);
+  if (read != 0) return read;
+  back.held = held.size();
+  for (size_t i = 0; i < airspaces.size(); ++i) {
+    const CtrRecord sent = CtrAsSent(*airspaces[i].record, airspaces[i].field);
+    const auto same = [&](const CtrRecord& record) { return SameCtr(sent, record); };
+    if (std::none_of(held.begin(), held.end(), same)) back.wrong.push_back(i);
+  }
+  return 0;
+}
+
+int Verify(Job& job, const std::vector<Outgoing>& airspaces) {
+  return VerifyUpload(
+      job, {.records = "airspaces",
+            .title = kTitle,
+            .sent = airspaces.size(),
+            .room = kCtrRoom,
+            .read = [&](ReadBack& back) { return ReadBackCtrs(job, airspaces, back); },
+            .send_again =
+                [&](const std::vector<size_t>& which) { return SendAgain(job, airspaces, which); },
+            .name = [&](size_t i) { return airspaces[i].record->name; }});
 }
 
 }  // namespace
@@ -167,9 +219,21 @@ int WriteCtrJob(Job& job) {
   const std::vector<const CtrRecord*> records = Sendable(job);
   // Each obstacle has had its message.
   if (records.empty()) return -1;
+  if (records.size() > kCtrRoom) {
+    ShowMessage(job.operation,
+                FormatCountMessage("% airspaces, but the instrument holds %: nothing was sent",
+                                   static_cast<uint32_t>(records.size()), kCtrRoom),
+                kTitle);
+    return -1;
+  }
   ProductData product;
   const int identified = ReadProductData(job, product);
-  return identified != 0 ? identified : SendAll(job, records);
+  if (identified != 0) return identified;
+  const std::vector<Outgoing> airspaces = Named(job, records);
+  const int sent = SendAll(job, airspaces);
+  if (sent < 0 || !job.verify) return sent;
+  const int verified = Verify(job, airspaces);
+  return verified != 0 ? verified : sent;
 }
 
 }  // namespace skyhaul::flytec

@@ -184,6 +184,10 @@ TEST(CtrLines, WhatCannotBeSentIsNamedBeforehand) {
   EXPECT_LT(WriteCtrJob(b.job), 0);
   EXPECT_EQ(b.recorder.messages,
             (Texts{"CTR upload: CTR A has no outline", "CTR upload: CTR B has no outline"}));
+  b.job.data.airspaces.assign(501, Mixed("A"));
+  EXPECT_LT(WriteCtrJob(b.job), 0);
+  EXPECT_EQ(b.recorder.messages.back(),
+            "CTR upload: 501 airspaces, but the instrument holds 500: nothing was sent");
   EXPECT_EQ(b.bench.written, "");
 }
 
@@ -195,12 +199,59 @@ TEST(ReadCtrs, ASilentInstrumentIsWaitedForUntilTheAbort) {
   EXPECT_GE(Elapsed_ms(b.bench, 0), 900'000U);
 }
 
+// The instrument's list, sentences with their checksums.
+std::string List(const CtrRecord& record) {
+  std::string text;
+  for (const CtrLine& line : CtrLines(record, FieldText(record.name))) {
+    const std::string body = line.sentence.substr(8, line.sentence.find('*') - 8);
+    text += Sentence("PBRCTR" + body);
+  }
+  return text + kListEnd;
+}
+
+TEST(WriteCtrs, WhatTheListShowsOtherwiseIsSentOnceMoreAndThenNamed) {
+  using Change = void (*)(CtrRecord&);
+  const std::pair<Change, bool> cases[] = {
+      {[](CtrRecord& r) { r.segments[0].point.lat += 199; }, true},  // a thousandth of a minute
+      {[](CtrRecord& r) { r.segments[0].point.lon += 398; }, false},
+      {[](CtrRecord& r) { r.segments[1].radius_m -= 1; }, true},
+      {[](CtrRecord& r) { r.segments[1].radius_m -= 2; }, false},
+      {[](CtrRecord& r) { r.segments[2].start.lat += 398; }, false},
+      {[](CtrRecord& r) { r.segments[2].end.lon -= 398; }, false},
+      {[](CtrRecord& r) { r.segments[2].direction = kClockwise; }, false},
+      {[](CtrRecord& r) { std::swap(r.segments[0], r.segments[1]); }, false},
+      {[](CtrRecord& r) { r.segments.pop_back(); }, false},
+      {[](CtrRecord& r) { r.warning_m = 3441; }, false},
+      {[](CtrRecord& r) { r.remark = "Remark"; }, false},
+      {[](CtrRecord& r) { r.name = "B"; }, false},
+  };
+  for (const auto& [change, same] : cases) {
+    const std::string last = Upload(kMixed.back());
+    CtrRecord held = Mixed("A");
+    change(held);
+    FlytecBench b;
+    b.job.data.airspaces = {Mixed("A")};
+    b.script.answers[last.substr(0, last.find('*'))] = {kListEnd};
+    b.script.answers["$PBRCTR,"] = {List(held)};
+    SCOPED_TRACE(b.script.answers["$PBRCTR,"][0]);
+    EXPECT_EQ(WriteCtrJob(b.job), same ? 1 : -1);
+    // The identification, the sentences of the upload and the list, those twice where they differ.
+    EXPECT_EQ(b.script.requests.size(), same ? 9U : 17U);
+    const char* const text =
+        "CTR upload: 1 of 1 airspaces are missing or different in the instrument: A";
+    EXPECT_EQ(b.recorder.messages, same ? Texts{} : Texts{text});
+    EXPECT_EQ(b.job.data.verified, same ? 1U : 0U);
+    EXPECT_EQ(b.job.data.sent, 1U);
+  }
+}
+
 struct TwoCtrs : FlytecBench {
   explicit TwoCtrs(const Texts& answers = {kListEnd}) {
     const std::string last = Upload(kMixed.back());
     script.answers[last.substr(0, last.find('*'))] = answers;
     job.data.airspaces = {Mixed("A"), Mixed("Not this one"), Mixed("B")};
     job.data.airspaces[1].selected = false;
+    job.verify = false;
   }
 };
 

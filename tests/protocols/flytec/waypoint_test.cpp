@@ -123,6 +123,7 @@ Texts Sent(FlytecBench& b) {
 
 TEST(WriteWaypoints, OneNameOf17CharactersAndAPositionGoOverTheWire) {
   FlytecBench b;
+  b.job.verify = false;
   b.job.data.waypoints_to_send = {
       Waypoint("URT062", "Urthaler Hof", 47.7260667, 11.3595167, 619.5),
       Waypoint("N", "North Pole", 90, 0, 0),
@@ -153,6 +154,70 @@ TEST(WriteWaypoints, OneNameOf17CharactersAndAPositionGoOverTheWire) {
   EXPECT_EQ(b.recorder.percents.back(), 55);
   // 200 opening, 1000 after identification and 300 after each waypoint.
   EXPECT_NEAR(b.Waited_ms(), 2700, 60);
+}
+
+TEST(WriteWaypoints, TheListShowsWhatArrived) {
+  const std::string broken = "$PBRWPS,47x";
+  const auto urthal = [](const char* name, const char* minutes, const char* altitude) {
+    return Sentence(std::string("PBRWPS,4743.") + minutes + ",N,01121.571,E,URT062," + name + "," +
+                    altitude);
+  };
+  const std::string hof = urthal("Urthaler Hof     ", "564", "0620");
+  const std::string alm = urthal("Urthaler Alm     ", "564", "0620");
+  const std::string rounded = urthal("Urthaler Alm     ", "565", "0619");
+  const std::string full = [&] {
+    std::string text = hof;
+    for (int n = 0; n < 199; ++n) text += WaypointLine(n);
+    return text;
+  }();
+  const std::string unread =
+      "2 waypoints sent, but the instrument's list could not be read back to verify them\n";
+  const std::string wrong =
+      "1 of 2 waypoints are missing or different in the instrument: Urthaler Alm";
+  // The lists in turn, how many waypoints are sent in all, and the message.
+  const std::tuple<Texts, size_t, std::string> cases[] = {
+      {{alm + hof}, 2, ""},
+      {{hof + rounded}, 2, ""},
+      {{broken, hof + alm}, 2, ""},
+      {{"", hof + alm}, 2, ""},
+      {{hof, broken, hof + alm}, 3, ""},
+      {{hof + urthal("Urthaler Alm     ", "566", "0620"), hof + alm}, 3, ""},
+      {{hof + urthal("Urthaler Alm     ", "564", "0618")}, 3, wrong},
+      {{full}, 3, wrong + "\nIt is full: it holds 200 waypoints"},
+      {{broken}, 2, unread + "E302 Format error 2"},
+      {{hof, broken}, 3, unread + "E302 Format error 2"},
+      {{""}, 4, unread + "No waypoint came"},
+  };
+  for (const auto& [lists, sent, message] : cases) {
+    FlytecBench b;
+    b.job.data.waypoints_to_send = {Waypoint("", "Urthaler Hof", 47.7260667, 11.3595167, 620),
+                                    Waypoint("", "Urthaler Alm", 47.7260667, 11.3595167, 620)};
+    b.script.answers["$PBRWPS,"] = lists;
+    SCOPED_TRACE(lists.front() + message);
+    EXPECT_EQ(WriteWaypointsJob(b.job), message.empty() ? 2 : -1);
+    EXPECT_EQ(Sent(b).size(), sent);
+    EXPECT_EQ(b.recorder.messages,
+              message.empty() ? Texts{} : Texts{"Write GPS waypoints: " + message});
+    EXPECT_EQ(b.recorder.statuses.back() == "2 of 2 verified", message.empty());
+    EXPECT_EQ(b.job.data.verified.has_value(), !message.starts_with(unread));
+    EXPECT_EQ(b.job.data.sent, 2U);
+  }
+}
+
+TEST(WriteWaypoints, OnlyTheFirstNamesAreToldAndTooManyAreNotSent) {
+  FlytecBench b;
+  for (const char* name : {"A", "B", "C", "D", "E", "F", "G"}) {
+    b.job.data.waypoints_to_send.push_back(Waypoint(name, "", 0, 0, 0));
+  }
+  b.script.answers["$PBRWPS,"] = {WaypointLine()};
+  EXPECT_LT(WriteWaypointsJob(b.job), 0);
+  EXPECT_TRUE(b.recorder.messages.back().ends_with(": A, B, C, D, E and 2 more"));
+  b.bench.written.clear();
+  b.job.data.waypoints_to_send.resize(201);
+  EXPECT_LT(WriteWaypointsJob(b.job), 0);
+  EXPECT_EQ(b.recorder.messages.back(),
+            "Write GPS waypoints: 201 waypoints, but the instrument holds 200: nothing was sent");
+  EXPECT_EQ(b.bench.written, "");
 }
 
 TEST(NameFields, NamesAreMadeDifferentAndTheChangesCounted) {
