@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "app/command_line/from_arguments.h"
 #include "app/command_line/keywords.h"
 #include "app/command_line/long_options.h"
 #include "protocols/families.h"
@@ -21,6 +22,9 @@ constexpr std::string_view kSynopsis =
     "       skyhaul --OPTION [FILE...]\n"
     "\n"
     "Opens a file, runs one command on an instrument, or looks at flight files.\n";
+
+constexpr std::string_view kWarningHelp =
+    "how far before the airspaces of /WR_CTR the instrument warns, 0 to 9999; 2000 when not given";
 
 constexpr std::string_view kSwitchNotes =
     "A value with blanks is quoted: '/PILOT=First Last'. Case does not matter in\n"
@@ -122,6 +126,7 @@ std::string HelpText() {
   AppendKeywords(out, true);
   out += "\nSwitches that say how:\n";
   AppendKeywords(out, false);
+  AppendEntry(out, std::string(kWarningOption) + " METRES", kWarningHelp);
   out += '\n';
   out += kSwitchNotes;
   AppendGpsTypes(out, "\nInstruments for /GPS=TYPE:\n", true);

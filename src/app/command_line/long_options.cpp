@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "app/command_line/from_arguments.h"
+
 namespace skyhaul {
 
 namespace {
@@ -141,7 +143,9 @@ int TakeTraceOption(std::vector<std::string>& arguments, std::string& file, std:
 }
 
 bool HasLongOptions(std::span<const std::string> arguments) {
-  return !arguments.empty() && arguments.front().starts_with("--");
+  // This one goes with switches, and may stand before them.
+  return !arguments.empty() && arguments.front().starts_with("--") &&
+         arguments.front() != kWarningOption;
 }
 
 int ParseLongOptions(std::span<const std::string> arguments, LongOptions& options,

@@ -141,7 +141,8 @@ inline constexpr std::string_view kTraceOption = "--trace";
 // that says what is wrong.
 int TakeTraceOption(std::vector<std::string>& arguments, std::string& file, std::string& message);
 
-// True when the program was called with long options: the first argument begins with two dashes.
+// True when the program was called with long options: the first argument begins with two dashes,
+// and is not the one that goes with switches alone.
 bool HasLongOptions(std::span<const std::string> arguments);
 
 // Parses long options and files, in any order. After "--" every argument is a file. Returns 0, or

@@ -5,6 +5,7 @@
 #include "app/command_line/characters.h"
 #include "app/command_line/checks.h"
 #include "app/command_line/tokeniser.h"
+#include "app/command_line/value_text.h"
 
 namespace skyhaul {
 
@@ -42,6 +43,17 @@ int CheckLengths(std::string_view text, std::string& message) {
   return -1;
 }
 
+// Returns what is wrong with the value of --warning, or with the command that it stands beside;
+// empty when nothing is.
+std::string TakeWarning(const std::string& value, CommandLineBlock& block) {
+  block.warning_m = NumberFromText(value);
+  if (!block.warning_m || *block.warning_m > kMaxWarning_m) {
+    return "\"--warning\" needs a number of metres from 0 to 9999";
+  }
+  // Where it would be passed over nobody may trust it to have worked.
+  return block.command == Command::kUploadAirspace ? "" : "\"--warning\" goes with /WR_CTR only";
+}
+
 // What becomes of a value or a file name that is too long.
 enum class TooLong { kCut, kRefuse };
 
@@ -77,6 +89,11 @@ int ParseCommandLine(const std::string& text, const CommandLineHost& host, Comma
 int ParseArguments(const ArgumentText& arguments, const CommandLineHost& host,
                    CommandLineBlock& block, std::string& message) {
   if (Parse(arguments.text, TooLong::kRefuse, host, block, message) != 0) return -1;
+  if (arguments.warning) message = TakeWarning(*arguments.warning, block);
+  if (!message.empty()) {
+    block = {};
+    return -1;
+  }
   if (arguments.files.empty()) return 0;
   // A block has one place for a file, and it would hold only the last.
   if (arguments.files.size() > 1 || block.command == Command::kOpenFile) {

@@ -19,10 +19,10 @@ inline constexpr char kCommandLineTitle[] = "Parsing command line";
 int ParseCommandLine(const std::string& text, const CommandLineHost& host, CommandLineBlock& block,
                      std::string& message);
 
-// Parses what a shell's arguments came to: their switches, and at most one file to open, which no
-// command may stand beside. Values that the text form would cut are refused. The file's name is
-// kept whole: it is known to exist, so no limit of the text form applies. Returns as
-// ParseCommandLine.
+// Parses what a shell's arguments came to: their switches, with --warning if /WR_CTR is among them,
+// and at most one file to open, which no command may stand beside. Values that the text form would
+// cut are refused. The file's name is kept whole: it is known to exist, so no limit of the text
+// form applies. Returns as ParseCommandLine.
 int ParseArguments(const ArgumentText& arguments, const CommandLineHost& host,
                    CommandLineBlock& block, std::string& message);
 

@@ -37,9 +37,9 @@ struct AirspaceFile {
 // which is never read, a V X= or V D= that a later line needs, an unknown line with a position) and
 // a second AN behind an outline damage their airspace: CtrRecord::damage holds the first such note.
 // A limit that is not understood keeps its text and gets a note too. An airspace without any
-// outline line is left out. The remark stays empty and the warning distance not given. TO and TC begin
-// terrain, which is skipped up to the next AC. Returns the number of airspaces, or -1 when there
-// are none with a message that names the line; then the file is empty.
+// outline line is left out. The remark stays empty and the warning distance not given. TO and TC
+// begin terrain, which is skipped up to the next AC. Returns the number of airspaces, or -1 when
+// there are none with a message that names the line; then the file is empty.
 int Read(std::string_view text, AirspaceFile& file, std::string& message);
 
 // Whether the text has an AC line and some outline after it.

@@ -124,6 +124,11 @@ TEST(ParseArguments, OneFileToOpenAndNoCommandBesideItAndNothingIsCut) {
       {{{}, "/LOGFILE=" + std::string(1041, '\x80')}, too_long, ""},
       {{{}, longest}, "", longest.c_str()},
       {{{}, longest + "x"}, "The name of the file to open is longer than 260 characters", ""},
+      {{{}, "/WR_CTR=a /GPS=IQCOMPEO", "9999"}, "", "a"},
+      {{{}, "/WR_CTR=a", "10000"}, "\"--warning\" needs a number of metres from 0 to 9999", ""},
+      {{{}, "/WR_CTR=a", ""}, "\"--warning\" needs a number of metres from 0 to 9999", ""},
+      {{{}, "/WR_WPT=a", "5"}, "\"--warning\" goes with /WR_CTR only", ""},
+      {{{"a.txt"}, "", "5"}, "\"--warning\" goes with /WR_CTR only", ""},
       {{{"a.igc"}, "/IGC_LOG=x /GPS=IQCOMPEO"}, "A file to open does not go with a command", ""},
   };
   for (const auto& c : cases) {
