@@ -11,12 +11,13 @@ namespace skyhaul::igc {
 //
 // The columns of a B record, counted from 0:
 //
-//   0  B           7  ddmmmmm   latitude    14 N/S     24  validity (A or V, not looked at)
+//   0  B           7  ddmmmmm   latitude    14 N/S     24  validity: A is 3D, V is 2D or none
 //   1  hhmmss     15  dddmmmmm  longitude   23 E/W     25  ppppp pressure altitude, m
 //                                                      30  ggggg GPS altitude, m
 inline constexpr size_t kTimeColumn = 1;
 inline constexpr size_t kLatitudeColumn = 7;
 inline constexpr size_t kLongitudeColumn = 15;
+inline constexpr size_t kValidityColumn = 24;
 inline constexpr size_t kPressureAltitudeColumn = 25;
 inline constexpr size_t kGpsAltitudeColumn = 30;
 inline constexpr size_t kBRecordLength = 35;
