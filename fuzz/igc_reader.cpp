@@ -1,10 +1,11 @@
-// Any bytes as an IGC file and as the lines of an instrument: both readers must survive them and
+// Any bytes as an IGC file and as the lines of an instrument: all readers must survive them and
 // keep what they promise.
 
 #include "core/units.h"
 #include "formats/igc/decode_line.h"
 #include "formats/igc/header.h"
 #include "formats/igc/read_igc.h"
+#include "formats/igc/read_track.h"
 #include "formats/igc/security_record.h"
 #include "formats/igc/write_igc.h"
 #include "fuzz/frame.h"
@@ -76,6 +77,21 @@ void RequireWrittenBack(const std::vector<TrackPoint>& points, std::string_view 
   }
 }
 
+// What is left of a damaged file is what the strict reader reads of it.
+void RequireMended(std::string_view text) {
+  igc::LenientFile file;
+  const std::string reason = igc::ReadLenient(text, file);
+  Require(reason.empty() != file.flights.empty());
+  for (const igc::MendedFlight& flight : file.flights) {
+    RequireGoodFlight(flight.points);
+    std::vector<TrackPoint> again;
+    std::string message;
+    Require(igc::Read(flight.text, again, message) > 0 && again == flight.points);
+    Require(flight.sources.size() == flight.points.size());
+    for (const igc::FixSource& source : flight.sources) Require(source.line != 0);
+  }
+}
+
 }  // namespace
 
 void Fuzz(std::string_view text) {
@@ -86,6 +102,10 @@ void Fuzz(std::string_view text) {
   RequireAllOrNothing(count, points.size(), message);
   RequireGoodFlight(points);
   if (count > 0) RequireWrittenBack(points, text.substr(0, 200));
+  RequireMended(text);
+  igc::Track track;
+  const int read = igc::ReadTrack(text, {}, track, message);
+  Require(read <= 0 || track.reading.strict_message.empty() == (count > 0));
 
   const igc::Header header = igc::ReadHeader(text);
   Require(header.pilot.find_first_of(std::string_view("\r\n\0\x1b", 4)) == std::string::npos);

@@ -1,6 +1,7 @@
 #include "commands/convert_file.h"
 
 #include "commands/now.h"
+#include "commands/read_options.h"
 #include "commands/sound_airspaces.h"
 #include "files/file_io.h"
 #include "platform/file.h"
@@ -24,13 +25,10 @@ ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& 
     return {};
   }
   FileContents contents;
-  if (LoadFile(operation, request.from, contents) < 0) return {};
+  const igc::ReadOptions options = ReadOptionsOf(session, request.strict);
+  if (LoadFile(operation, request.from, options, contents) < 0) return {};
   // The kind is known only once the file has been read, because its text is recognised too.
-  if (request.only.value_or(contents.kind) != contents.kind) {
-    ShowMessage(operation, request.from + " holds something else: " + KindText(contents.kind),
-                "Reading file");
-    return {};
-  }
+  if (CheckKind(operation, request.from, contents, request.only) != 0) return {};
   // Damaged airspaces are left out, and a file without any would look like one of a country that
   // has none.
   const size_t read = contents.airspaces.size();

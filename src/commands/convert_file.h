@@ -14,6 +14,7 @@ struct ConvertFileRequest {
   std::string keyword;  // the format to write; empty: the one of the extension of `to`
   bool overwrite = false;
   std::optional<FileKind> only;  // a file of another kind is refused; empty: any
+  bool strict = false;           // a damaged flight is refused, not repaired
 };
 
 struct ConvertFileResult {

@@ -2,27 +2,33 @@
 
 #include <utility>
 
+#include "commands/read_options.h"
 #include "files/file_io.h"
 
 namespace skyhaul {
 
 namespace {
 
+FileSummary SummariseTrack(const std::string& path, const FileContents& contents) {
+  FlightSummary summary = SummariseFlight(path, contents.text, contents.points);
+  // Of a repaired file the header is that of the repaired text.
+  summary.header = contents.header;
+  summary.reading = contents.reading;
+  return summary;
+}
+
 // Reads a file and sums it up. Returns 0, or -1 after a message.
 int Load(const Session& session, const OpenFileRequest& request, FileContents& contents,
          FileSummary& summary) {
   const Operation operation = {.shell = session.shell};
   // The contents live outside the document until all of it is read, so a bad file changes nothing.
-  if (LoadFileToOpen(operation, request.path, contents) < 0) return -1;
-  if (request.only.value_or(contents.kind) != contents.kind) {
-    ShowMessage(operation, request.path + " holds something else: " + KindText(contents.kind),
-                "Reading file");
-    return -1;
-  }
+  const igc::ReadOptions options = ReadOptionsOf(session, request.strict);
+  if (LoadFileToOpen(operation, request.path, options, contents) < 0) return -1;
+  if (CheckKind(operation, request.path, contents, request.only) != 0) return -1;
   switch (contents.kind) {
     // Needs the text beside the points: header and signature are not in the fixes.
     case FileKind::kTrack:
-      summary = SummariseFlight(request.path, contents.text, contents.points);
+      summary = SummariseTrack(request.path, contents);
       break;
     case FileKind::kWaypoints:
       summary = SummariseWaypoints(request.path, contents.waypoints);
@@ -66,10 +72,11 @@ OpenFileResult OpenFile(Session& session, const OpenFileRequest& request) {
   return result;
 }
 
-std::optional<FileSummary> SummariseFile(const Session& session, const std::string& path) {
+std::optional<FileSummary> SummariseFile(const Session& session, const std::string& path,
+                                         bool strict) {
   FileContents contents;
   FileSummary summary;
-  if (Load(session, {.path = path}, contents, summary) != 0) return std::nullopt;
+  if (Load(session, {.path = path, .strict = strict}, contents, summary) != 0) return std::nullopt;
   return summary;
 }
 

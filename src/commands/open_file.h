@@ -13,6 +13,7 @@ namespace skyhaul {
 struct OpenFileRequest {
   std::string path;
   std::optional<FileKind> only;  // a file of another kind is refused; empty: any
+  bool strict = false;           // a damaged flight is refused, not repaired
 };
 
 struct OpenFileResult {
@@ -25,7 +26,9 @@ struct OpenFileResult {
 // leaves the document as it is, after a message.
 OpenFileResult OpenFile(Session& session, const OpenFileRequest& request);
 
-// Sums a file up without touching the document. Empty after a message when it cannot be read.
-std::optional<FileSummary> SummariseFile(const Session& session, const std::string& path);
+// Sums a file up without touching the document. Empty after a message when it cannot be read;
+// strict as in OpenFileRequest.
+std::optional<FileSummary> SummariseFile(const Session& session, const std::string& path,
+                                         bool strict = false);
 
 }  // namespace skyhaul

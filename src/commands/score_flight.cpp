@@ -4,6 +4,7 @@
 
 #include "analysis/optimise.h"
 #include "analysis/optimise_exact.h"
+#include "commands/read_options.h"
 #include "files/igc_files.h"
 
 namespace skyhaul {
@@ -27,9 +28,11 @@ std::shared_ptr<const Flight> FlightToScore(const Session& session,
     return session.document->lists.flight;
   }
   auto flight = std::make_shared<Flight>();
-  std::string text;
+  FileContents contents;
+  const igc::ReadOptions options = ReadOptionsOf(session, request.strict);
   // Not into the document: a score changes nothing that a person works on.
-  if (LoadIgcFile(operation, request.path, text, flight->points) < 0) return nullptr;
+  if (LoadIgcFile(operation, request.path, options, contents) < 0) return nullptr;
+  flight->points = std::move(contents.points);
   return flight;
 }
 

@@ -15,6 +15,7 @@ struct ScoreFlightRequest {
   std::string path;              // empty: the document's flight
   std::optional<int32_t> gap_m;  // 0: no closed tasks; empty: what the settings say
   std::optional<bool> fai_rule;  // the same
+  bool strict = false;           // a damaged file is refused, not repaired
   bool exact = false;            // search every fix, for a minute at most
 };
 

@@ -45,8 +45,9 @@ size_t Count(const FileContents& contents) {
 
 }  // namespace
 
-int LoadFile(const Operation& operation, const std::string& path, FileContents& contents) {
-  contents = {};
+int LoadFile(const Operation& operation, const std::string& path, const igc::ReadOptions& options,
+             FileContents& contents) {
+  contents = {.options = options};
   std::string text;
   const FileResult read = ReadWholeFile(path, text);
   if (read.problem != FileProblem::kNone) {
@@ -85,14 +86,17 @@ int SaveFile(const Operation& operation, const std::string& path, std::string_vi
   }
 }
 
-int LoadFileToOpen(const Operation& operation, const std::string& path, FileContents& contents) {
-  if (!EqualIgnoringCase(Extension(path), ".igc")) return LoadFile(operation, path, contents);
-  contents = {};
-  contents.kind = FileKind::kTrack;
-  const int count = LoadIgcFile(operation, path, contents.text, contents.points);
-  // The header is lenient and refuses nothing, so it does not depend on the count.
-  contents.header = igc::ReadHeader(contents.text);
-  return count;
+int LoadFileToOpen(const Operation& operation, const std::string& path,
+                   const igc::ReadOptions& options, FileContents& contents) {
+  return EqualIgnoringCase(Extension(path), ".igc")
+             ? LoadIgcFile(operation, path, options, contents)
+             : LoadFile(operation, path, options, contents);
+}
+
+int CheckKind(const Operation& operation, const std::string& path, const FileContents& contents,
+              std::optional<FileKind> only) {
+  if (only.value_or(contents.kind) == contents.kind) return 0;
+  return Fail(operation, path + " holds something else: " + KindText(contents.kind), kReadTitle);
 }
 
 }  // namespace skyhaul

@@ -15,7 +15,7 @@
 #include "formats/formatgeo/write_formatgeo.h"
 #include "formats/gpx/read_gpx.h"
 #include "formats/gpx/write_gpx.h"
-#include "formats/igc/read_igc.h"
+#include "formats/igc/read_lenient.h"
 #include "formats/igc/write_igc.h"
 #include "formats/kml/kml_track.h"
 #include "formats/openair/read_openair.h"
@@ -55,17 +55,6 @@ int ReadAirspaces(std::string_view text, FileContents& contents, std::string& me
 
 std::string WriteAirspaces(const FileContents& contents) {
   return openair::Write(contents.airspaces);
-}
-
-bool LooksLikeIgc(std::string_view text) {
-  // Any text may begin with an A: a fix and a date must follow.
-  return text.starts_with('A') && text.find("\nB") != text.npos && text.find("HFDTE") != text.npos;
-}
-
-int ReadIgcTrack(std::string_view text, FileContents& contents, std::string& message) {
-  const int count = igc::Read(text, contents.points, message);
-  contents.header = igc::ReadHeader(text);
-  return count;
 }
 
 // A converted track is not what a recorder signed, so it gets no security record, and the recorder
@@ -169,7 +158,7 @@ constexpr FileFormat kFormats[] = {
      .name = "IGC file",
      .extension = ".igc",
      .kind = FileKind::kTrack,
-     .looks_like = LooksLikeIgc,
+     .looks_like = igc::LooksLike,
      .read = ReadIgcTrack,
      .write = WriteIgcTrack},
     {.keyword = "kml",
@@ -253,6 +242,16 @@ std::string Refusal(const std::string& path, std::string_view extension, std::st
 }
 
 }  // namespace
+
+int ReadIgcTrack(std::string_view text, FileContents& contents, std::string& message) {
+  igc::Track track;
+  const int count = igc::ReadTrack(text, contents.options, track, message);
+  contents.points = std::move(track.points);
+  contents.header = std::move(track.header);
+  contents.reading = std::move(track.reading);
+  contents.notes = igc::ReadingNotes(contents.reading);
+  return count;
+}
 
 std::string Extension(const std::string& path) {
   const size_t name = NameStart(path);

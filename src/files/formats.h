@@ -9,6 +9,7 @@
 #include "core/time_scale.h"
 #include "core/track_point.h"
 #include "formats/igc/header.h"
+#include "formats/igc/read_track.h"
 #include "formats/waypoints/waypoint_list.h"
 
 namespace skyhaul {
@@ -18,6 +19,8 @@ enum class FileKind { kWaypoints, kAirspace, kTrack };
 // What a file holds: which list counts depends on the kind.
 struct FileContents {
   FileKind kind = FileKind::kWaypoints;
+  igc::ReadOptions options;  // how tracks are to be read
+  igc::Reading reading;      // how a track was read
   std::vector<FileWaypoint> waypoints;
   std::vector<CtrRecord> airspaces;
   std::vector<TrackPoint> points;
@@ -39,6 +42,10 @@ struct FileFormat {
   int (*read)(std::string_view text, FileContents& contents, std::string& message) = nullptr;
   std::string (*write)(const FileContents& contents) = nullptr;  // null: cannot be written
 };
+
+// Reads the track of an IGC file for every use of it but downloads and checks. Returns the number
+// of fixes, or -1 with a message.
+int ReadIgcTrack(std::string_view text, FileContents& contents, std::string& message);
 
 // The extension of a path with its dot, as it stands there; empty when it has none.
 std::string Extension(const std::string& path);

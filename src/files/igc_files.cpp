@@ -4,7 +4,6 @@
 
 #include "files/formats.h"
 #include "formats/igc/names.h"
-#include "formats/igc/read_igc.h"
 #include "platform/file.h"
 #include "platform/path.h"
 
@@ -137,18 +136,23 @@ int SaveUnderFreeNumber(const Operation& operation, const Flight& flight, const 
 
 }  // namespace
 
-int LoadIgcFile(const Operation& operation, const std::string& path, std::string& text,
-                std::vector<TrackPoint>& points) {
-  points.clear();
+int LoadIgcFile(const Operation& operation, const std::string& path,
+                const igc::ReadOptions& options, FileContents& contents) {
+  contents = {.kind = FileKind::kTrack, .options = options};
   if (PathLength(path) > kMaxReadPath) return Fail(operation, "File name too long", kReadTitle);
-  const FileResult read = ReadWholeFile(path, text);
+  const FileResult read = ReadWholeFile(path, contents.text);
   if (read.problem != FileProblem::kNone) {
     return Fail(operation, ReadFailure(read.problem), kReadTitle, path + ": " + read.reason);
   }
-  if (text.empty()) return Fail(operation, "File is empty", kReadTitle, path);
+  if (contents.text.empty()) return Fail(operation, "File is empty", kReadTitle, path);
   std::string message;
-  const int count = igc::Read(text, points, message);
-  return count < 0 ? Fail(operation, message, kReadTitle, path) : count;
+  const int count = ReadIgcTrack(contents.text, contents, message);
+  if (count < 0) return Fail(operation, message, kReadTitle, path);
+  // The first note names the file, because many are looked at in one run.
+  for (const std::string& note : contents.notes) {
+    ShowStatus(operation, &note == &contents.notes.front() ? path + ": " + note : note);
+  }
+  return count;
 }
 
 std::string PlainPart(const std::string& folder) {

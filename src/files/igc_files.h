@@ -6,14 +6,16 @@
 
 #include "core/flight.h"
 #include "core/operation.h"
+#include "files/formats.h"
 #include "formats/igc/write_igc.h"
 
 namespace skyhaul {
 
-// Reads an IGC file into points. Returns their number, or -1 after a message titled "Reading IGC
-// log file"; then points is empty. text is the whole file.
-int LoadIgcFile(const Operation& operation, const std::string& path, std::string& text,
-                std::vector<TrackPoint>& points);
+// Reads an IGC file with ReadIgcTrack(); what was repaired or left out is told as statuses. Returns
+// the number of fixes, or -1 after a message titled "Reading IGC log file"; then there are no
+// points.
+int LoadIgcFile(const Operation& operation, const std::string& path,
+                const igc::ReadOptions& options, FileContents& contents);
 
 struct IgcSave {
   std::string path;          // a folder's gets the standard file name

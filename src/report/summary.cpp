@@ -22,6 +22,7 @@ std::string Instrument(const igc::Header& header) {
   // The type line of the header says the maker and model; the A record only has a code and a
   // number.
   if (!header.recorder.empty()) return header.recorder;
+  if (header.manufacturer.empty()) return "";
   // "XSH ABC (remark)" when the record has a remark, else "XSH ABC".
   const std::string code = header.manufacturer + " " + header.serial;
   return header.remark.empty() ? code : code + " (" + header.remark + ")";
@@ -43,6 +44,31 @@ const char* SecurityWord(igc::SecurityCheck check) {
       break;
   }
   return "none";
+}
+
+// Only what is out of the ordinary has a line.
+std::string ReadingText(const igc::Reading& reading) {
+  std::string text;
+  if (!reading.strict_message.empty()) {
+    text += Line("Repaired", reading.strict_message + "; " +
+                                 igc::LeftOutText(igc::LinesLeftOut(reading.repairs)));
+  }
+  if (reading.flights > 1) {
+    text += Line("Flights", std::to_string(reading.flights) + " in the file, this is the first");
+  }
+  if (reading.left_out.count > 0)
+    text += Line("Left out", igc::UnknownPlacesText(reading.left_out));
+  return text;
+}
+
+nlohmann::ordered_json RepairsJson(const igc::Repairs& repairs) {
+  nlohmann::ordered_json json = nlohmann::ordered_json::array();
+  for (const igc::Repair& repair : repairs) {
+    json.push_back({{"kind", igc::RepairKey(repair.kind)},
+                    {"lines", repair.count},
+                    {"first_line", repair.first_line}});
+  }
+  return json;
 }
 
 }  // namespace
@@ -83,7 +109,7 @@ std::string SummaryText(const FlightSummary& summary) {
          Line(last, DurationText(summary.landing_time % kSecondsPerDay) + " UTC") +
          Line("Duration", DurationText(Duration_s(summary))) +
          Line("Fixes", std::to_string(summary.fixes)) + Line("Highest point", highest) +
-         Line("Security", igc::SecurityCheckText(summary.security));
+         Line("Security", igc::SecurityCheckText(summary.security)) + ReadingText(summary.reading);
 }
 
 nlohmann::ordered_json SummaryJson(const FlightSummary& summary) {
@@ -101,7 +127,12 @@ nlohmann::ordered_json SummaryJson(const FlightSummary& summary) {
           {"fixes", summary.fixes},
           {"highest_gps_m", summary.highest_gps_m},
           {"highest_pressure_m", summary.highest_pressure_m},
-          {"security", SecurityWord(summary.security)}};
+          {"security", SecurityWord(summary.security)},
+          {"strict_message", summary.reading.strict_message},
+          {"repairs", RepairsJson(summary.reading.repairs)},
+          {"flights_in_file", summary.reading.flights},
+          {"fixes_left_out", summary.reading.left_out.count},
+          {"first_left_out_line", summary.reading.left_out.first_line}};
 }
 
 }  // namespace skyhaul

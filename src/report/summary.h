@@ -8,6 +8,7 @@
 
 #include "core/track_point.h"
 #include "formats/igc/header.h"
+#include "formats/igc/read_track.h"
 #include "formats/igc/security_record.h"
 
 namespace skyhaul {
@@ -23,6 +24,7 @@ struct FlightSummary {
   int32_t highest_gps_m = 0;
   int32_t highest_pressure_m = 0;
   igc::SecurityCheck security = igc::SecurityCheck::kNoRecord;
+  igc::Reading reading;  // what was repaired and left out; SummariseFlight() does not know it
 };
 
 // points must not be empty; text is the file they were read from.

@@ -68,6 +68,7 @@ RunDefaults MakeRunDefaults(const SettingValues& values, const SettingValues& de
                          .site = given(&SettingValues::igc_site),
                          .competition_id = given(&SettingValues::igc_contest_id)};
   settings.igc_enl = values.igc_add_enl != 0;
+  settings.log_filter = values.log_filter != 0;
   settings.fai_rule = values.use_fai_max_distance_rules != 0;
   settings.loop_gap_m =
       ChooseGap_m(values.loop_flight_gap_m, defaults.loop_flight_gap_m, operation);

@@ -20,6 +20,7 @@ struct RunDefaults {
   PortChoice port = {.automatic = true, .configured = {}};
   igc::HeaderTexts igc_header;
   bool igc_enl = false;             // write each fix's extra value into IGC files
+  bool log_filter = true;           // leave fixes without a position out of files that are read
   bool fai_rule = true;             // the greatest distance follows the FAI's rules
   int32_t loop_gap_m = 800;         // how far apart start and finish of a closed course may be
   uint32_t report_interval_s = 10;  // flight time between position reports to a client

@@ -4,6 +4,7 @@
 #include "commands/convert_file.h"
 #include "commands/list_ports.h"
 #include "commands/open_file.h"
+#include "commands/repair_file.h"
 #include "commands/score_flight.h"
 #include "tests/commands/session_bench.h"
 
@@ -113,6 +114,72 @@ TEST_F(FileCommandsTest, ScoresAFileOrTheDocumentsFlight) {
               of_file.score.result.tasks[0].distance_m, 0.01);
   operation.aborted = true;
   EXPECT_FALSE(ScoreFlight(session, {.path = flight}, operation).done);
+}
+
+TEST_F(FileCommandsTest, DamagedFlightsAreReadUnlessStrictlyAsked) {
+  const Operation operation;
+  WriteText(flight, "\n" + IgcOfHour("12"));
+  const OpenFileResult opened = OpenFile(session, {.path = flight});
+  ASSERT_TRUE(opened.done);
+  EXPECT_EQ(std::get<FlightSummary>(opened.summary).header.pilot, "JIMI HENDRIX");
+  EXPECT_NE(SummaryText(opened.summary).find("Repaired        Missing A-record; 1 line left out"),
+            std::string::npos);
+  EXPECT_EQ(recorder.statuses,
+            (Texts{flight + ": Missing A-record; the file was read with repairs:",
+                   "Line 1: in front of the A record; left out"}));
+  EXPECT_TRUE(ScoreFlight(session, {.path = flight}, operation).done);
+  EXPECT_TRUE(ConvertFile(session, {.from = flight, .to = folder.File("b.kml")}).done);
+
+  EXPECT_FALSE(OpenFile(session, {.path = flight, .strict = true}).done);
+  EXPECT_EQ(SummariseFile(session, flight, true), std::nullopt);
+  EXPECT_FALSE(ScoreFlight(session, {.path = flight, .strict = true}, operation).done);
+  EXPECT_FALSE(
+      ConvertFile(session, {.from = flight, .to = folder.File("c.kml"), .strict = true}).done);
+  for (const std::string& message : recorder.messages) {
+    EXPECT_NE(message.find(": Missing A-record\n" + flight), std::string::npos) << message;
+  }
+}
+
+TEST_F(FileCommandsTest, FixesWithoutAPositionAreLeftOutAsTheSettingSays) {
+  const std::string nowhere = "B1201000000000N00000000EV0062000000\r\n";
+  WriteText(flight, IgcOfHour("12") + nowhere);
+  EXPECT_EQ(OpenFile(session, {.path = flight}).summary.index(), 0U);
+  EXPECT_EQ(FlightPoints(), 30U);
+  EXPECT_TRUE(Said("Left out: 1 fix without a position, on line 35"));
+  defaults.log_filter = false;
+  EXPECT_TRUE(OpenFile(session, {.path = flight}).done);
+  EXPECT_EQ(FlightPoints(), 31U);
+  defaults.log_filter = true;
+  WriteText(flight, "AXXX\nHFDTE140526\n" + nowhere);
+  EXPECT_FALSE(OpenFile(session, {.path = flight}).done);
+  EXPECT_TRUE(Said("No positions: all 1 fixes are marked V and have none"));
+}
+
+TEST_F(FileCommandsTest, RepairsKeepTheLinesAndNeverTheOriginalsPlace) {
+  const std::string out = folder.File("out.igc");
+  EXPECT_FALSE(RepairFile(session, {.from = flight, .to = out}).needed);
+  EXPECT_EQ(folder.Names().size(), 2U);
+  const std::string first = IgcOfHour("12");
+  const std::string good = first.substr(0, first.find("G0123"));
+  const std::string damaged = good + "B12010047\r\nG0123456789ABCDEF\r\n" + IgcOfHour("14");
+  WriteText(flight, damaged);
+  const RepairFileResult result = RepairFile(session, {.from = flight, .to = out});
+  ASSERT_TRUE(result.done && result.needed);
+  EXPECT_EQ(result.lines_left_out, 1U);
+  EXPECT_EQ(result.fixes, 60U);
+  EXPECT_EQ(result.written, (Texts{out, folder.File("out-2.igc")}));
+  EXPECT_EQ(ReadText(out),
+            good + "LXSH Repaired by Skyhaul 0.10, not original: 1 line left out\r\n");
+  EXPECT_TRUE(Said("Line 34: a fix that cannot be read; left out"));
+
+  EXPECT_FALSE(RepairFile(session, {.from = flight, .to = out}).done);
+  EXPECT_TRUE(Said("exists already"));
+  EXPECT_TRUE(RepairFile(session, {.from = flight, .to = out, .overwrite = true}).done);
+  EXPECT_FALSE(RepairFile(session, {.from = flight, .to = flight, .overwrite = true}).done);
+  EXPECT_EQ(ReadText(flight), damaged);
+  WriteText(flight, "AXXX\n" + good.substr(good.find('B')));
+  EXPECT_FALSE(RepairFile(session, {.from = flight, .to = out, .overwrite = true}).done);
+  EXPECT_TRUE(Said("It cannot be repaired: no date that can be read"));
 }
 
 TEST_F(FileCommandsTest, ChecksSignaturesAndListsPorts) {

@@ -60,9 +60,8 @@ TEST_F(IgcFilesTest, ReadingFailuresAreTold) {
   WriteText(folder.File("empty.igc"), "");
   WriteText(folder.File("broken.igc"), minimal + "B120001474356xN01121571EA0062000640\r\n");
   std::filesystem::create_directory(folder.path / "folder.igc");
-  std::string text;
-  std::vector<TrackPoint> points;
-  ASSERT_EQ(LoadIgcFile(operation, folder.File("good.igc"), text, points), 1);
+  FileContents contents;
+  ASSERT_EQ(LoadIgcFile(operation, folder.File("good.igc"), {}, contents), 1);
 
   const std::pair<std::string, std::string> cases[] = {
       {folder.File("empty"), "File is empty"},
@@ -73,10 +72,10 @@ TEST_F(IgcFilesTest, ReadingFailuresAreTold) {
       {Deep(126) + "x", "File name too long"},
   };
   for (const auto& [base, message] : cases) {
-    EXPECT_EQ(LoadIgcFile(operation, base + ".igc", text, points), -1) << message;
+    EXPECT_EQ(LoadIgcFile(operation, base + ".igc", {}, contents), -1) << message;
     const std::string expected = "Reading IGC log file: " + message;
     EXPECT_EQ(recorder.messages.back().substr(0, expected.size()), expected);
-    EXPECT_TRUE(points.empty());
+    EXPECT_TRUE(contents.points.empty());
   }
 }
 
@@ -97,10 +96,9 @@ TEST_F(IgcFilesTest, OtherLogsAreWrittenAndSigned) {
   EXPECT_EQ(folder.Names(), Texts{"2026-05-14-xsh-000-01.igc"});
   const std::string text = ReadText(written);
   EXPECT_EQ(igc::CheckSecurityRecord(text), igc::SecurityCheck::kPassed);
-  std::vector<TrackPoint> points;
-  std::string again;
-  EXPECT_EQ(LoadIgcFile(operation, written, again, points), 3);
-  EXPECT_EQ(points, SomeFlight().points);
+  FileContents again;
+  EXPECT_EQ(LoadIgcFile(operation, written, {}, again), 3);
+  EXPECT_EQ(again.points, SomeFlight().points);
 }
 
 TEST_F(IgcFilesTest, FreeNumbersEndAt35AndNothingIsOverwritten) {

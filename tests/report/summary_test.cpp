@@ -74,5 +74,22 @@ TEST(Summary, IsTextForPeopleAndJsonForMachines) {
   EXPECT_EQ(nlohmann::json::parse(SummariesJson({}), nullptr, false).size(), 0U);
 }
 
+TEST(Summary, TellsWhatWasRepaired) {
+  FlightSummary summary = {.file = "a.igc"};
+  summary.reading = {.strict_message = "Format error on line 4",
+                     .repairs = {{igc::RepairKind::kBadFix, 2, 4}},
+                     .flights = 2,
+                     .left_out = {.count = 3, .first_line = 7}};
+  const std::string text = SummaryText(summary);
+  EXPECT_EQ(text.substr(text.find("Repaired")),
+            "Repaired        Format error on line 4; 2 lines left out\n"
+            "Flights         2 in the file, this is the first\n"
+            "Left out        3 fixes without a position, the first on line 7\n");
+  const auto json =
+      nlohmann::json::parse(SummariesJson(std::vector<FileSummary>{summary}), nullptr, false)[0];
+  EXPECT_EQ(json["repairs"].dump(), R"([{"first_line":4,"kind":"bad_fix","lines":2}])");
+  EXPECT_EQ(json["fixes_left_out"], 3);
+}
+
 }  // namespace
 }  // namespace skyhaul

@@ -45,6 +45,7 @@ TEST(RunSettings, NothingStoredIsNothingSaid) {
             "");
   EXPECT_FALSE(settings.igc_enl);
   EXPECT_TRUE(settings.fai_rule);
+  EXPECT_TRUE(settings.log_filter);
   values.igc_contest_id = "42";
   settings = MakeRunDefaults(values, defaults, {}, {});
   EXPECT_EQ(header.competition_id, "42");

@@ -22,6 +22,7 @@ enum class LongCommand {
   kCheck,
   kScore,
   kConvert,
+  kRepair,
   kSettings,
   kSet
 };
@@ -29,7 +30,7 @@ enum class LongCommand {
 inline constexpr size_t kAnyNumberOfFiles = std::numeric_limits<size_t>::max();
 
 // Options that say how, beside the one that says what to do.
-enum class SideOption : uint32_t { kJson, kGap, kFaiRule, kExact, kFormat, kOverwrite };
+enum class SideOption : uint32_t { kJson, kGap, kFaiRule, kExact, kFormat, kOverwrite, kStrict };
 
 struct SideOptionName {
   SideOption option;
@@ -43,6 +44,7 @@ inline constexpr SideOptionName kSideOptions[] = {
     {.option = SideOption::kExact, .name = "--exact"},
     {.option = SideOption::kFormat, .name = "--format", .takes_value = true},
     {.option = SideOption::kOverwrite, .name = "--overwrite"},
+    {.option = SideOption::kStrict, .name = "--strict"},
 };
 inline constexpr size_t kSideOptionCount = std::size(kSideOptions);
 
@@ -74,11 +76,12 @@ inline constexpr LongOption kLongOptions[] = {
     {.command = LongCommand::kPorts, .name = "--ports", .help = "list the serial ports"},
     {.command = LongCommand::kInfo,
      .name = "--info",
-     .argument_help = "FILE... [--json]",
-     .help = "sum up flight, waypoint and airspace files",
+     .argument_help = "FILE... [--strict] [--json]",
+     .help = "sum up flight, waypoint and airspace files; damaged flights are repaired for it "
+             "unless --strict is given",
      .min_files = 1,
      .max_files = kAnyNumberOfFiles,
-     .sides = Sides(SideOption::kJson)},
+     .sides = Sides(SideOption::kJson, SideOption::kStrict)},
     {.command = LongCommand::kCheck,
      .name = "--check",
      .argument_help = "FILE...",
@@ -87,20 +90,28 @@ inline constexpr LongOption kLongOptions[] = {
      .max_files = kAnyNumberOfFiles},
     {.command = LongCommand::kScore,
      .name = "--score",
-     .argument_help = "FILE... [--gap METRES] [--fai-rule on|off] [--exact] [--json]",
+     .argument_help = "FILE... [--gap M] [--fai-rule on|off] [--exact] [--strict] [--json]",
      .help = "print the greatest distances, out-and-return and triangles of flights; without --gap "
              "(0: no closed tasks) and --fai-rule the settings hold, at first 800 m and on",
      .min_files = 1,
      .max_files = kAnyNumberOfFiles,
-     .sides = Sides(SideOption::kJson, SideOption::kGap, SideOption::kFaiRule, SideOption::kExact)},
+     .sides = Sides(SideOption::kJson, SideOption::kGap, SideOption::kFaiRule, SideOption::kExact,
+                    SideOption::kStrict)},
     {.command = LongCommand::kConvert,
      .name = "--convert",
-     .argument_help = "IN OUT [--format NAME] [--overwrite]",
+     .argument_help = "IN OUT [--format NAME] [--overwrite] [--strict]",
      .help = "convert a waypoint, airspace or track file into another format; without a name the "
              "extension of OUT tells which",
      .min_files = 2,
      .max_files = 2,
-     .sides = Sides(SideOption::kFormat, SideOption::kOverwrite)},
+     .sides = Sides(SideOption::kFormat, SideOption::kOverwrite, SideOption::kStrict)},
+    {.command = LongCommand::kRepair,
+     .name = "--repair",
+     .argument_help = "FILE OUT [--overwrite]",
+     .help = "write the good lines of a damaged IGC file, and say what was left out",
+     .min_files = 2,
+     .max_files = 2,
+     .sides = Sides(SideOption::kOverwrite)},
     {.command = LongCommand::kSettings,
      .name = "--settings",
      .argument_help = "[--json]",

@@ -12,9 +12,11 @@
 #include "commands/convert_file.h"
 #include "commands/list_ports.h"
 #include "commands/open_file.h"
+#include "commands/repair_file.h"
 #include "commands/score_flight.h"
 #include "core/text/digits.h"
 #include "core/version.h"
+#include "formats/igc/repairs.h"
 #include "platform/terminal.h"
 #include "report/file_summary.h"
 #include "report/score.h"
@@ -49,7 +51,7 @@ int PrintInfo(const Session& session, Console& console, const LongOptions& optio
   const bool json = IsGiven(options, SideOption::kJson);
   std::vector<FileSummary> summaries;
   for (const std::string& file : options.files) {
-    auto summary = SummariseFile(session, file);
+    auto summary = SummariseFile(session, file, IsGiven(options, SideOption::kStrict));
     // One file that cannot be read does not keep the others from being shown; the status tells.
     if (!summary.has_value()) continue;
     // Each at once, so that a slow or bad file further on takes nothing away.
@@ -98,6 +100,7 @@ int TakeScoreOptions(const Session& session, const LongOptions& options,
     }
   }
   request.exact = IsGiven(options, SideOption::kExact);
+  request.strict = IsGiven(options, SideOption::kStrict);
   if (message.empty()) return 0;
   ShowMessage(Operation{.shell = session.shell}, message, "Parsing command line");
   return -1;
@@ -135,13 +138,33 @@ int PrintConversion(const Session& session, Console& console, const LongOptions&
   const ConvertFileRequest request = {.from = options.files[0],
                                       .to = options.files[1],
                                       .keyword = ValueOf(options, SideOption::kFormat),
-                                      .overwrite = IsGiven(options, SideOption::kOverwrite)};
+                                      .overwrite = IsGiven(options, SideOption::kOverwrite),
+                                      .strict = IsGiven(options, SideOption::kStrict)};
   const ConvertFileResult result = ConvertFile(session, request);
   // Records may have been left out, which has been said: the file is there all the same.
   if (result.records > 0) {
     PrintResult(console,
                 std::to_string(result.records) + " records written to " + request.to + '\n');
   }
+  return result.done ? kExitDone : kExitFailed;
+}
+
+// "2 lines left out, 345 fixes written to a.igc"
+int PrintRepair(const Session& session, Console& console, const LongOptions& options) {
+  const RepairFileResult result =
+      RepairFile(session, {.from = options.files[0],
+                           .to = options.files[1],
+                           .overwrite = IsGiven(options, SideOption::kOverwrite)});
+  std::string text;
+  if (!result.needed) text = options.files[0] + " needs no repair; nothing was written\n";
+  // Printed after a failure too: the first of several flights may have been written.
+  if (!result.written.empty()) {
+    text = igc::LeftOutText(result.lines_left_out) + ", " + std::to_string(result.fixes) +
+           " fixes written to";
+    for (const std::string& path : result.written) text.append(" ").append(path);
+    text += '\n';
+  }
+  PrintResult(console, text);
   return result.done ? kExitDone : kExitFailed;
 }
 
@@ -164,6 +187,8 @@ int RunLongCommand(Session& session, Console& console, const LongOptions& option
       return PrintScores(session, console, options);
     case LongCommand::kConvert:
       return PrintConversion(session, console, options);
+    case LongCommand::kRepair:
+      return PrintRepair(session, console, options);
     case LongCommand::kSettings:
       return PrintSettings(session, console, IsGiven(options, SideOption::kJson));
     case LongCommand::kSet:

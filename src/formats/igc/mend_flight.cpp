@@ -65,6 +65,8 @@ void TakeARecord(Draft& draft, const FileLine& line) {
   // What stands before an A record without a date is a mail's heading or the like.
   NoteRepair(draft.repairs, RepairKind::kBeforeStart, draft.kept.front().number, draft.kept.size());
   draft.kept.clear();
+  draft.has_i_record = false;
+  draft.fraction = {};
 }
 
 void TakeDate(Draft& draft, const FileLine& line) {

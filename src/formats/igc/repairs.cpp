@@ -78,6 +78,10 @@ size_t LinesLeftOut(const Repairs& repairs) {
   return lines;
 }
 
+std::string LeftOutText(size_t lines) {
+  return std::to_string(lines) + (lines == 1 ? " line left out" : " lines left out");
+}
+
 std::string RepairText(const Repair& repair) {
   const std::string line = std::to_string(repair.first_line);
   const std::string text(RowOf(repair.kind).text);

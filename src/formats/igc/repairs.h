@@ -48,6 +48,9 @@ void MergeRepairs(Repairs& repairs, const Repairs& more);
 // How many lines of the file were left out.
 size_t LinesLeftOut(const Repairs& repairs);
 
+// "1 line left out", "3 lines left out".
+std::string LeftOutText(size_t lines);
+
 // "Line 12: a fix that cannot be read; left out", or "3 lines, the first is line 12: ...".
 std::string RepairText(const Repair& repair);
 

@@ -78,27 +78,30 @@ Place SomeFix(const std::string& text, std::mt19937& random) {
   return {line, text.find_first_of("\r\n", line) - line};
 }
 
-std::string FlipBit(std::string text, std::mt19937& random) {
+std::string FlipBit(const std::string& original, std::mt19937& random) {
+  std::string text = original;
   const Place fix = SomeFix(text, random);
   char& byte = text[fix.line + random() % fix.length];
   byte = static_cast<char>(byte ^ (1 << random() % 8));
   return text;
 }
 
-std::string LoseByte(std::string text, std::mt19937& random) {
+std::string LoseByte(const std::string& original, std::mt19937& random) {
+  std::string text = original;
   const Place fix = SomeFix(text, random);
   return text.erase(fix.line + random() % fix.length, 1);
 }
 
-std::string CutOff(std::string text, std::mt19937& random) {
+std::string CutOff(const std::string& text, std::mt19937& random) {
   return text.substr(0, text.size() / 2 + random() % (text.size() / 2));
 }
 
-std::string AddMark(std::string text, std::mt19937& /*random*/) {
+std::string AddMark(const std::string& text, std::mt19937& /*random*/) {
   return "\xEF\xBB\xBF" + text;
 }
 
-std::string UseCr(std::string text, std::mt19937& /*random*/) {
+std::string UseCr(const std::string& original, std::mt19937& /*random*/) {
+  std::string text = original;
   std::erase(text, '\r');
   std::ranges::replace(text, '\n', '\r');
   return text;

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "commands/session.h"
+
+namespace skyhaul {
+
+struct RepairFileRequest {
+  std::string from;
+  std::string to;
+  bool overwrite = false;
+};
+
+struct RepairFileResult {
+  bool done = false;
+  bool needed = true;                // false: the strict reader takes the file; nothing was written
+  size_t lines_left_out = 0;         // of the file, without security records
+  size_t fixes = 0;                  // written, in all flights
+  std::vector<std::string> written;  // one path for each flight: "a.igc", "a-2.igc"
+};
+
+// Writes what is good of a damaged IGC file: its own lines, never positions made anew. Damaged
+// lines are left out and told as statuses; so are security records, and a log record says that the
+// result is not the recorder's. Only what the strict reader takes is written, and never onto the
+// file itself. Failures have been said.
+RepairFileResult RepairFile(const Session& session, const RepairFileRequest& request);
+
+}  // namespace skyhaul
