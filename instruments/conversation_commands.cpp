@@ -19,8 +19,9 @@ constexpr std::string_view kAnonymise = "anonymise";
 
 constexpr std::string_view kUsage =
     "\n"
-    "Conversations, as --log and the program's own --trace write them:\n"
-    "  replay            play the instrument's part of FILE back behind a pseudo-terminal. What\n"
+    "Conversations:\n"
+    "  replay            play the instrument's part of FILE back behind a pseudo-terminal. FILE\n"
+    "                    is what --log writes, or the program's own --trace. What\n"
     "                    the host sends otherwise than in FILE is told; it is answered only when\n"
     "                    it stands further on in FILE\n"
     "  --at-once         without the pauses of FILE\n"
