@@ -24,6 +24,10 @@ void ShowOpened(const Job& job, const CtrReceiver& receiver) {
   ShowProgress(job.operation, FormatCountMessage("CTR %", count));
 }
 
+bool IsOfList(std::string_view sentence) {
+  return sentence.starts_with("$PBRCTR,") || sentence.starts_with("$PBRANS,");
+}
+
 // Collects CTRs until the instrument closes the list. Returns as ReadCtrList() does.
 int ReceiveCtrs(Job& job, uint32_t longest_silence_ms, CtrReceiver& receiver,
                 std::string& problem) {
@@ -34,6 +38,8 @@ int ReceiveCtrs(Job& job, uint32_t longest_silence_ms, CtrReceiver& receiver,
     framing = FeedSentenceByte(recogniser, byte);
     if (framing != 0) return framing < 0 ? Feed::kDone : Feed::kMore;
     const size_t before = receiver.airspaces.size();
+    // An answer to an earlier request may come late.
+    if (before == 0 && !IsOfList(recogniser.text)) return Feed::kMore;
     content = TakeCtrSentence(receiver, recogniser.text);
     if (receiver.airspaces.size() > before) ShowOpened(job, receiver);
     return content == 1 ? Feed::kMore : Feed::kDone;

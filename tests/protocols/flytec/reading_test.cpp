@@ -33,11 +33,15 @@ TEST(Reading, AListEndsWithItsSilenceOrItsLastLine) {
        {"3 tracks in track list found"},
        1000},
       {kCtrs,
-       kOneCtr + kOneCtr + kListEnd,
+       Sentence("PBRSNP,6030,P,01001,3.30") + kOneCtr + kOneCtr + kListEnd,
        "$PBRCTR,*29",
        {"Receiving CTR list", "Receiving CTR list", "2 CTR(s) received"},
        0},
-      {kWaypoints, WaypointLine(), "$PBRWPS,*38", {"1 waypoints received"}, 1000},
+      {kWaypoints,
+       Sentence("PBRTL,1,0") + WaypointLine(),
+       "$PBRWPS,*38",
+       {"1 waypoints received"},
+       1000},
   };
   for (const auto& [reading, answer, request, statuses, silence_ms] : cases) {
     FlytecBench b;
