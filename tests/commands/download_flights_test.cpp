@@ -157,7 +157,7 @@ TEST_F(DownloadFlightsTest, WhatCannotBeSavedIsReportedBeforeTheDownload) {
 // A folder of that day is made, with what is below it.
 TEST_F(DownloadFlightsTest, WhatCannotBeSavedWhereItShouldIsRescued) {
   request.target.path = folder.File("$date/igc");
-  const Texts in_place = {folder.File("20170427/igc/2017-04-27-xxx-123-01.igc")};
+  const Texts in_place = {AsFolder(folder.File("20170427/igc")) + "2017-04-27-xxx-123-01.igc"};
   ASSERT_EQ(Run().written, in_place);
   // Nothing can be written to a file's place by then, and the first rescue has the day's first
   // name.
