@@ -70,13 +70,18 @@ int DownloadChosen(Job& job, const ProductData& product) {
   return downloaded == 0 && !job.data.list_is_whole ? kIncomplete : downloaded;
 }
 
-// Nobody has chosen this flight by name, so its date is told before it is saved.
+// Nobody has chosen this flight by name, so its date is told before it is saved. No list says how
+// long it should be, so the person is told what is not known of it.
 int DownloadSelected(Job& job) {
   const int downloaded = FetchTrack(job, {.request = kRequestCurrentIgc});
   if (job.data.flights.empty()) return downloaded;
-  const CalendarTime start = CalendarFromTime(job.data.flights[0].points.front().time);
+  const std::vector<TrackPoint>& points = job.data.flights[0].points;
+  const uint32_t first = points.front().time;
+  const CalendarTime start = CalendarFromTime(first);
   ShowStatus(job.operation, "The flight selected on the instrument is of " + DateText(start) + ' ' +
-                                TimeText(start) + " UTC");
+                                TimeText(start) + " UTC and " +
+                                DurationText(std::max(points.back().time, first) - first) +
+                                " long; there is no list to compare it with");
   return downloaded;
 }
 
