@@ -124,7 +124,8 @@ void PrintResult(Console& console, const std::string& text) {
   // Under the same lock as messages, so that a progress line is ended before a result on the same
   // terminal.
   errno = 0;
-  const bool written = std::fputs(PrintableLines(text).c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+  const bool written =
+      std::fputs(PrintableLines(text).c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
   // Kept at once: whatever the program does next may leave an error of its own in errno.
   if (!written && console.output_error == 0) console.output_error = errno == 0 ? EIO : errno;
 }
