@@ -25,7 +25,7 @@ void Fuzz(std::string_view text) {
   Require(fault == TrackFault::kNone || fault == TrackFault::kTextMemory ||
           fault == TrackFault::kPositionMemory);
   Require((receiver.damaged_lines == 0) == (receiver.fault == TrackFault::kNone));
-  (void)WhatIsMissing({.receiver = &receiver});
+  (void)Judge({.receiver = &receiver});
 }
 
 }  // namespace skyhaul

@@ -23,7 +23,7 @@ enum class FaultKind {
   kOverrun,  // dropped, and the system counts it
   kStop,     // an XOFF that nobody sent comes before the byte
   kUnplug,
-  kFailWrite,
+  kFailWrite,  // and all behind it
   kAbort,
 };
 

@@ -29,17 +29,24 @@ void AddReason(Job& job, std::vector<std::string>& reasons, const std::string& r
   ShowStatus(job.operation, reason);
 }
 
+// One round over the ports.
+struct Round {
+  int opened = 0;
+  bool noisy = false;  // something on one of them does not stop sending
+};
+
 // Returns 0 when found, 1 to go on, -1 when the search is over. Counts the ports that could be
 // opened and collects why others could not.
-int TryCandidate(Job& job, const SerialSettings& settings, IdentifyOnce identify, int& opened,
+int TryCandidate(Job& job, const SerialSettings& settings, IdentifyOnce identify, Round& round,
                  std::vector<std::string>& reasons) {
   SerialLink& link = job.link;
   PortOpening problem;
   if (TryOpenPort(link, settings, problem) != 0) {
+    round.noisy = round.noisy || problem.problem == PortProblem::kNoisy;
     AddReason(job, reasons, problem.reason);
     return 1;
   }
-  ++opened;
+  ++round.opened;
   // Kept for the end: bytes that another program takes are a reason for no answer.
   if (!problem.warning.empty()) {
     AddReason(job, reasons, link.port_name + ": " + problem.warning);
@@ -57,23 +64,28 @@ int TryCandidate(Job& job, const SerialSettings& settings, IdentifyOnce identify
 int FindInstrument(Job& job, const SerialSettings& settings, IdentifyOnce identify) {
   SerialLink& link = job.link;
   std::vector<std::string> reasons;
-  int opened = 0;
-  for (uint32_t left = link.attempts; left > 0; left -= std::min(left, kAttemptsPerRound)) {
+  Round round;
+  const uint64_t start_ms = internal::Tick_ms(link);
+  for (uint32_t left = link.attempts; left > 0;) {
     ShowProgress(job.operation, FormatCountMessage("Connecting to GPS (%)", left));
-    opened = 0;  // the message is about the last round
+    round = {};  // the message is about the last round
     for (const std::string& candidate : link.candidates) {
       if (StopRequested(job.operation)) return -1;
       link.port_name = candidate;
-      const int tried = TryCandidate(job, settings, identify, opened, reasons);
+      const int tried = TryCandidate(job, settings, identify, round, reasons);
       if (tried <= 0) return tried;
     }
     // Asking takes its time by itself; a round without a port would pass at once.
-    if (opened == 0) Pause(link, kRoundWithoutPort_ms);
+    if (round.opened == 0) Pause(link, kRoundWithoutPort_ms);
+    // What does not stop sending may be the instrument, with the rest of an earlier transfer.
+    // Rounds that wait for it do not count.
+    const bool waiting = round.noisy && internal::Tick_ms(link) - start_ms < kLongestRest_ms;
+    if (!waiting) left -= std::min(left, kAttemptsPerRound);
   }
   // The last wait may have been cut short by an abort, which has no message.
   if (StopRequested(job.operation)) return -1;
-  std::string text = opened > 0 ? "No valid response from GPS"
-                                : "Could not open serial port (sure it's the right one ?)";
+  std::string text = round.opened > 0 ? "No valid response from GPS"
+                                      : "Could not open serial port (sure it's the right one ?)";
   for (const std::string& reason : reasons) text += "\n" + reason;
   ShowMessage(job.operation, text, "Connecting to GPS on " + JoinedNames(link));
   return -1;

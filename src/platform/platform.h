@@ -20,7 +20,8 @@ inline constexpr uint32_t kReadWait_ms = 50;  // how long a read waits
 inline constexpr size_t kMaxPorts = 50;
 
 // Why a port could not be opened.
-enum class PortProblem { kNone, kMissing, kBusy, kDenied, kOther };
+// kNoisy: it opened, and what is on it does not stop sending.
+enum class PortProblem { kNone, kMissing, kBusy, kDenied, kNoisy, kOther };
 
 struct PortOpening {
   SerialHandle handle = kNoSerialHandle;

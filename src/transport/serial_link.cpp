@@ -55,9 +55,11 @@ int ConfigureOpened(SerialLink& link, const SerialSettings& settings) {
 int Rest(SerialLink& link, uint32_t pause_ms, uint32_t longest_ms) {
   FreeOutput(link);
   link.pending.clear();
+  link.thrown_away = 0;
   const uint64_t start_ms = internal::Tick_ms(link);
   uint64_t last_byte_ms = start_ms;
-  bool told = false;
+  // A port that is only tried may have anything on it.
+  bool told = longest_ms < kLongestRest_ms;
   for (;;) {
     if (StopRequested(*link.operation)) return kAborted;
     const uint64_t now_ms = internal::Tick_ms(link);
@@ -72,6 +74,9 @@ int Rest(SerialLink& link, uint32_t pause_ms, uint32_t longest_ms) {
     const int received = internal::Receive(link, kMaxChunk);
     if (received < 0) return 0;
     if (received > 0) last_byte_ms = internal::Tick_ms(link);
+    link.thrown_away += static_cast<size_t>(
+        std::count_if(link.pending.begin(), link.pending.end(),
+                      [](uint8_t byte) { return byte != kXon && byte != kXoff; }));
     link.pending.clear();
   }
 }
@@ -129,9 +134,14 @@ int TryOpenPort(SerialLink& link, const SerialSettings& settings, PortOpening& p
   problem = Open(link);
   if (link.handle == kNoSerialHandle) return -1;
   if (ConfigureOpened(link, settings) == 0) {
-    if (Rest(link, kSettle_ms, kRestOfTrial_ms) == 0) return 0;
+    const int rested = Rest(link, kSettle_ms, kRestOfTrial_ms);
+    if (rested == 0) return 0;
     ClosePort(link);
-    problem = {.problem = PortProblem::kBusy, .reason = link.port_name + " does not fall silent"};
+    problem = {};
+    if (rested == kNotAtRest) {
+      problem = {.problem = PortProblem::kNoisy,
+                 .reason = link.port_name + " does not fall silent"};
+    }
     return -1;
   }
   // Which step failed is left out: with many ports to try, the port's name matters.

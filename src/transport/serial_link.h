@@ -32,6 +32,7 @@ struct SerialLink {
   SerialHandle handle = kNoSerialHandle;
   bool xon_xoff = false;         // the family's flow control, for a change of speed
   std::vector<uint8_t> pending;  // received beyond the end of the last answer
+  size_t thrown_away = 0;        // bytes that came in the last rest, without flow control
 };
 
 // Opens and configures the link's port in one attempt a second, with "Connecting to GPS (%)"

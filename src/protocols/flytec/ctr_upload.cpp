@@ -61,7 +61,7 @@ int SendLines(Job& job, const std::vector<CtrLine>& lines, CtrProgress& progress
       ShowStatus(job.operation, SegmentsSent(progress));
       return kAborted;
     }
-    if (WriteSentence(job.link, lines[i].sentence) != 0) return FailWrite(job, i, progress);
+    if (WriteWhenTaken(job.link, lines[i].sentence) != 0) return FailWrite(job, i, progress);
     Pause(job.link, lines[i].pause_ms);
     if (!lines[i].ends_segment) continue;
     ++progress.segments;

@@ -53,13 +53,17 @@ std::string NameOf(const Wanted& wanted) {
 struct Reception {
   TrackReceiver receiver;
   int result = 0;
-  std::string missing = "nothing received";  // empty: the flight is whole
+  Verdict verdict = {.missing = "nothing received"};
 };
 
+bool IsWhole(const Reception& reception) {
+  return reception.verdict.missing.empty();
+}
+
 // Receives until the instrument is silent. Returns 0 then, or a negative number after a message.
-int ReceiveTrack(Job& job, TrackReceiver& receiver, uint32_t duration_s) {
+int ReceiveTrack(Job& job, TrackReceiver& receiver, uint32_t duration_s,
+                 uint32_t& last_report_time) {
   TrackFault fault = TrackFault::kNone;
-  uint32_t last_report_time = 0;
   const auto feed = [&](uint8_t byte) {
     const size_t before = receiver.decoder.points.size();
     fault = FeedTrackByte(receiver, byte);
@@ -83,7 +87,8 @@ int ReceiveTrack(Job& job, TrackReceiver& receiver, uint32_t duration_s) {
   return result == kTimedOut ? 0 : result;
 }
 
-Reception RequestTrack(Job& job, const Wanted& wanted, uint32_t pause_ms) {
+Reception RequestTrack(Job& job, const Wanted& wanted, uint32_t pause_ms,
+                       uint32_t& last_report_time) {
   Reception reception;
   ShowStatus(job.operation, FormatCountMessage("Requesting track log %", wanted.index + 1));
   reception.result = BringToRest(job.link, pause_ms);
@@ -93,23 +98,38 @@ Reception RequestTrack(Job& job, const Wanted& wanted, uint32_t pause_ms) {
     return reception;
   }
   const uint32_t losses = Losses(job.link);
-  reception.result = ReceiveTrack(job, reception.receiver,
-                                  wanted.listed == nullptr ? 0 : wanted.listed->duration_s);
+  reception.result =
+      ReceiveTrack(job, reception.receiver,
+                   wanted.listed == nullptr ? 0 : wanted.listed->duration_s, last_report_time);
+  // Whoever aborts a transfer wants nothing of it.
+  if (reception.result == kAborted) reception.receiver = {};
   const bool port_failed = reception.result == kPortFailed;
-  reception.missing = WhatIsMissing({.receiver = &reception.receiver,
-                                     .listed = wanted.listed,
-                                     .losses = port_failed ? 0 : Losses(job.link) - losses,
-                                     .port_failed = port_failed});
+  reception.verdict = Judge({.receiver = &reception.receiver,
+                             .listed = wanted.listed,
+                             .list = job.data.track_list,
+                             .losses = port_failed ? 0 : Losses(job.link) - losses,
+                             .port_failed = port_failed});
   return reception;
+}
+
+// A flight that comes twice in the same way from its A record to its security record is all that
+// the instrument has. Its list counts otherwise.
+void AcceptLength(const Job& job, const Wanted& wanted, const Reception& first, Reception& second) {
+  if (!second.verdict.only_shorter || first.receiver.text != second.receiver.text) return;
+  ShowStatus(job.operation, NameOf(wanted) + " is shorter than the list says, twice alike: " +
+                                second.verdict.missing);
+  second.verdict = {};
 }
 
 // A flight that is not whole is requested once more, and the better of the two is kept.
 Reception RequestTwice(Job& job, const Wanted& wanted) {
-  Reception first = RequestTrack(job, wanted, kBeforeRequest_ms);
-  if (first.result != 0 || first.missing.empty()) return first;
+  uint32_t last_report_time = 0;  // a client is not told of the same positions twice
+  Reception first = RequestTrack(job, wanted, kBeforeRequest_ms, last_report_time);
+  if (first.result != 0 || IsWhole(first)) return first;
   ShowStatus(job.operation, NameOf(wanted) + " did not arrive whole, requesting it once more");
-  Reception second = RequestTrack(job, wanted, kBeforeSecond_ms);
-  const bool better = second.missing.empty() ||
+  Reception second = RequestTrack(job, wanted, kBeforeSecond_ms, last_report_time);
+  AcceptLength(job, wanted, first, second);
+  const bool better = IsWhole(second) ||
                       second.receiver.decoder.points.size() > first.receiver.decoder.points.size();
   if (better) return second;
   // How the second went still decides whether the job can go on.
@@ -125,13 +145,13 @@ void Deliver(Job& job, const Wanted& wanted, Reception& reception) {
                                                  .text = std::move(reception.receiver.text),
                                                  .manufacturer = std::move(decoder.manufacturer),
                                                  .serial = std::move(decoder.serial)},
-                              .missing = std::move(reception.missing),
+                              .missing = std::move(reception.verdict.missing),
                               .index = wanted.index});
 }
 
 void ShowIncomplete(const Job& job, const Wanted& wanted, const Reception& reception) {
   const TrackReceiver& receiver = reception.receiver;
-  const std::string incomplete = NameOf(wanted) + " is incomplete: " + reception.missing;
+  const std::string incomplete = NameOf(wanted) + " is incomplete: " + reception.verdict.missing;
   // What ended the job has had its message.
   if (reception.result != 0) return ShowStatus(job.operation, incomplete);
   std::string text = TrackFaultMessage(receiver.fault, receiver.detail);
@@ -146,11 +166,10 @@ void ShowIncomplete(const Job& job, const Wanted& wanted, const Reception& recep
 int FetchTrack(Job& job, const Wanted& wanted) {
   Reception reception = RequestTwice(job, wanted);
   const int result = reception.result;
-  // Whoever aborts wants nothing of it. A cable that fails is another matter.
-  if (result == kAborted) return result;
-  const bool whole = reception.missing.empty();
-  if (!whole) ShowIncomplete(job, wanted, reception);
-  if (!reception.receiver.decoder.points.empty()) Deliver(job, wanted, reception);
+  const bool whole = IsWhole(reception);
+  const bool empty = reception.receiver.decoder.points.empty();
+  if (!whole && (result == 0 || !empty)) ShowIncomplete(job, wanted, reception);
+  if (!empty) Deliver(job, wanted, reception);
   if (result != 0) return result;
   return whole ? 0 : kIncomplete;
 }

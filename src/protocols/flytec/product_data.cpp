@@ -20,6 +20,7 @@ constexpr uint32_t kAnswer_ms = 2000;
 // The instrument needs a second before it takes the next command.
 constexpr uint32_t kBeforeNextCommand_ms = 1000;
 constexpr uint32_t kAttemptsPerRequest = 2;  // a request takes two of the one-second attempts
+constexpr int kMostIdentifications = 3;
 constexpr size_t kLongestLine = 80;
 constexpr size_t kFields = 5;
 constexpr const char* kTitle = "Get GPS product data";
@@ -42,6 +43,8 @@ std::string Normalised(std::string_view text, size_t longest) {
 
 // bent: the answer contradicts its own checksum.
 int AskOnce(Job& job, ProductData& data, bool& bent) {
+  // The answer to the attempt before may have lost its XON.
+  FreeOutput(job.link);
   if (WriteSentence(job.link, kRequestProductData) != 0) return kWriteFailed;
   LineCollector collector;
   collector.limit = kLongestLine;
@@ -71,6 +74,11 @@ void ShowFailure(const Job& job, int failure) {
   }
 }
 
+int Fail(const Job& job) {
+  ShowMessage(job.operation, "No valid response from GPS", kTitle);
+  return -1;
+}
+
 int AskWithAttempts(Job& job, ProductData& data, bool& bent) {
   const uint32_t attempts = job.link.attempts;
   // An odd number of attempts ends with a whole request.
@@ -82,16 +90,21 @@ int AskWithAttempts(Job& job, ProductData& data, bool& bent) {
     ShowFailure(job, result);
     return result;
   }
-  ShowMessage(job.operation, "No valid response from GPS", kTitle);
-  return -1;
+  return Fail(job);
 }
 
-// A byte that changed on the way may stand in the name, which decides what can be fetched, so such
-// an answer is asked for once more. No more than that: an instrument may have a sum of its own.
+// A byte that changed on the way may stand in the name, which decides what can be fetched, so an
+// answer that contradicts its checksum is asked for again. One that comes twice alike is right: an
+// instrument may have a sum of its own.
 int Identify(Job& job, ProductData& data) {
+  ProductData before;
   bool bent = false;
-  const int result = AskWithAttempts(job, data, bent);
-  return result == 0 && bent ? AskWithAttempts(job, data, bent) : result;
+  for (int asked = 1; asked <= kMostIdentifications; ++asked) {
+    const int result = AskWithAttempts(job, data, bent);
+    if (result != 0 || !bent || (asked > 1 && data == before)) return result;
+    before = data;
+  }
+  return Fail(job);
 }
 
 int AskOnCandidate(Job& job) {

@@ -13,6 +13,8 @@ struct ProductData {
   std::string pilot_name;     // up to 40
   std::string serial_number;  // up to 7
   std::string software;       // up to 6, without the sentence's checksum
+
+  friend bool operator==(const ProductData&, const ProductData&) = default;
 };
 
 // Reads one collected line. Returns 0, or -1 when it is not a product data line. The texts lose

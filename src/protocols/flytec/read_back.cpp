@@ -18,7 +18,9 @@ std::string Sent(const ReadBackTerms& terms) {
 }
 
 // After an abort, or a failure that has had its message.
-int EndUnverified(const Job& job, const ReadBackTerms& terms, int result) {
+int EndUnverified(Job& job, const ReadBackTerms& terms, int result) {
+  // What an earlier list said may have changed since.
+  job.data.verified.reset();
   ShowStatus(job.operation, Sent(terms) + ", not verified");
   return result;
 }
@@ -78,13 +80,15 @@ int VerifyUpload(Job& job, const ReadBackTerms& terms) {
       may_ask_again = false;
       continue;
     }
-    if (read < 0) return FailToRead(job, terms, back);
+    // An empty list, after asking twice, is not worth sending all of it again.
+    if (read < 0 || !back.problem.empty()) return FailToRead(job, terms, back);
     job.data.verified = static_cast<uint32_t>(terms.sent - back.wrong.size());
     if (back.wrong.empty()) return Verified(job, terms);
-    if (!may_send_again) {
-      return back.problem.empty() ? FailToVerify(job, terms, back) : FailToRead(job, terms, back);
-    }
+    if (!may_send_again) return FailToVerify(job, terms, back);
     may_send_again = false;
+    ShowStatus(job.operation, FormatCountMessage("% of % did not arrive, sending them once more",
+                                                 static_cast<uint32_t>(back.wrong.size()),
+                                                 static_cast<uint32_t>(terms.sent)));
     const int sent = terms.send_again(back.wrong);
     if (sent != 0) return EndUnverified(job, terms, sent);
   }

@@ -30,11 +30,10 @@ struct Reading {
   std::vector<TrackListEntry> slots = std::vector<TrackListEntry>(kSlots);
   std::set<uint32_t> indices;  // received, those without a slot too
   uint32_t announced = 0;
-  bool begun = false;           // a line of the list has come in this reading
-  bool bent = false;            // a line contradicted its checksum
-  bool sums_differ = false;     // every line does: the instrument has a sum of its own
-  const char* fault = nullptr;  // of a line that could not be read
-  bool again = false;           // the second reading
+  bool begun = false;        // a line of the list has come in this reading
+  bool bent = false;         // a line contradicted its checksum
+  bool sums_differ = false;  // every line does: the instrument has a sum of its own
+  bool again = false;        // the second reading
 };
 
 // Returns a message when the line ends the reading.
@@ -50,9 +49,9 @@ const char* TakeLine(Reading& reading, std::string_view line) {
   }
   TrackListEntry entry;
   uint32_t announced = 0;
-  reading.fault = ParseTrackListLine(line, entry, announced);
+  const char* fault = ParseTrackListLine(line, entry, announced);
   // A byte that was lost may have taken the checksum with it, so the first time counts as bent too.
-  if (reading.fault != nullptr) return reading.again ? reading.fault : nullptr;
+  if (fault != nullptr) return reading.again ? fault : nullptr;
   reading.announced = std::max(reading.announced, announced);
   reading.indices.insert(entry.index);
   // By index and not in the order of arrival: a line that comes twice counts once, the last one.

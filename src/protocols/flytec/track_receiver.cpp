@@ -18,9 +18,19 @@ void Damage(TrackReceiver& receiver, TrackFault fault, int detail) {
   receiver.fault_line = receiver.lines + 1;
 }
 
+void WatchForAnother(TrackReceiver& receiver) {
+  const bool begins = receiver.line.starts_with('A');
+  if (begins && receiver.begun) receiver.holds_another = true;
+  if (receiver.line.starts_with('B') && receiver.decoder.g_records > 0) {
+    receiver.holds_another = true;
+  }
+  receiver.begun = receiver.begun || begins;
+}
+
 void EndLine(TrackReceiver& receiver) {
   // A line without a byte, as between two CR LF, is none.
   if (!receiver.line.empty() && !receiver.line_damaged) {
+    WatchForAnother(receiver);
     const int result = igc::DecodeLine(receiver.decoder, receiver.line);
     if (result < 0) Damage(receiver, TrackFault::kFormat, -result);
   }

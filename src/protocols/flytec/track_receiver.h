@@ -29,13 +29,18 @@ struct TrackReceiver {
   igc::Decoder decoder;
   uint32_t lines = 0;  // complete ones
 
+  // A second A record, or a fix behind the security record: a late answer and the one to a second
+  // request are both in the text.
+  bool holds_another = false;
+
   // The lines that could not be read. They are in the text, and no position comes from them.
   TrackFault fault = TrackFault::kNone;  // of the first one
   int detail = 0;
   uint32_t fault_line = 0;  // from 1
   uint32_t damaged_lines = 0;
 
-  std::string line;  // the line being received
+  std::string line;    // the line being received
+  bool begun = false;  // an A record has come
   bool line_damaged = false;
   bool after_cr = false;
   bool passing_over = false;  // a sentence that is no part of the flight

@@ -1,6 +1,7 @@
 #include "protocols/flytec/waypoint_list.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "protocols/flytec/product_data.h"
 #include "protocols/flytec/requests.h"
 #include "protocols/flytec/waypoint_recogniser.h"
+#include "protocols/sentence/checksum.h"
 #include "protocols/sentence/write_sentence.h"
 
 namespace skyhaul::flytec {
@@ -18,7 +20,7 @@ namespace {
 constexpr uint32_t kSilence_ms = 1000;
 // The instruments hold 200. One that sends more than this will not stop by itself.
 constexpr size_t kMostWaypoints = 10'000;
-constexpr uint32_t kBeforeAskingAgain_ms = 1000;
+constexpr uint32_t kAfterList_ms = 2000;
 constexpr int kTimesAsked = 2;
 
 uint32_t Now(const Job& job) {
@@ -26,13 +28,42 @@ uint32_t Now(const Job& job) {
   return TimeFromUnix(clock.unix_time_s(clock.context));
 }
 
-// Collects waypoints until the instrument is silent. Returns as ReadWaypointList() does.
-int ReceiveWaypoints(Job& job, std::vector<WaypointRecord>& waypoints, std::string& problem) {
+// What comes between the waypoints: a late answer to another request, or a waypoint whose prefix
+// was damaged on the way. The recogniser passes over both.
+struct Between {
+  std::string line;
+  bool damage = false;
+};
+
+void EndBetween(Between& between) {
+  // $PBRSNP,6030,ANNA MUSTER      ,01001,3.30*0E
+  const std::string_view line = between.line;
+  const bool sentence = line.starts_with('$') && line.find('*') != line.npos;
+  if (!line.empty() && (!sentence || ContradictsChecksum(line))) between.damage = true;
+  between.line.clear();
+}
+
+void WatchBetween(Between& between, WaypointState state, uint8_t byte) {
+  if (state != WaypointState::kStart && state != WaypointState::kPrefix) {
+    between.line.clear();
+  } else if (byte == '\n') {
+    EndBetween(between);
+  } else if (byte != '\r') {
+    between.line += static_cast<char>(byte);
+  }
+}
+
+// Collects waypoints until the instrument is silent. Returns as ReadWaypointList() does; damage
+// says that more was sent than came.
+int ReceiveWaypoints(Job& job, std::vector<WaypointRecord>& waypoints, std::string& problem,
+                     bool& damage) {
+  Between between;
   WaypointRecogniser recogniser;
   const uint32_t time = Now(job);
   int error = 0;
   const auto feed = [&](uint8_t byte) {
     error = FeedWaypointByte(recogniser, byte);
+    if (error != 0) WatchBetween(between, recogniser.state, byte);
     // The wrong waypoint ends the list: a part of it would look like the whole.
     if (error < 0 || waypoints.size() == kMostWaypoints) return Feed::kDone;
     if (error > 0) return Feed::kMore;
@@ -44,6 +75,8 @@ int ReceiveWaypoints(Job& job, std::vector<WaypointRecord>& waypoints, std::stri
   };
   const int result =
       ReadWithDeadline(job.link, {.timeout_ms = kSilence_ms, .since_last_byte = true}, feed);
+  EndBetween(between);
+  damage = between.damage;
   if (result == kAborted) return kAborted;
   if (result == kPortFailed) {
     problem = "E301 COM port read error";
@@ -82,10 +115,17 @@ int ReadWaypointList(Job& job, std::vector<WaypointRecord>& waypoints, std::stri
       problem = "E304 COM port write error";
       return kPortFailed;
     }
-    const int received = ReceiveWaypoints(job, waypoints, problem);
-    if (received != 0 || !waypoints.empty() || asked == kTimesAsked) return received;
-    const int rested = BringToRest(job.link, kBeforeAskingAgain_ms);
+    bool damage = false;
+    const int received = ReceiveWaypoints(job, waypoints, problem, damage);
+    if (received != 0) return received;
+    // The list announces no number, and it ends with a silence. What still comes is the rest of it.
+    const int rested = BringToRest(job.link, kAfterList_ms);
     if (rested != 0) return rested;
+    damage = damage || job.link.thrown_away > 0;
+    if (!waypoints.empty() && !damage) return 0;
+    if (asked < kTimesAsked) continue;
+    if (damage) problem = "The waypoint list did not arrive whole";
+    return damage ? kTimedOut : 0;
   }
 }
 

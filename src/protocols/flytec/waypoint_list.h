@@ -7,10 +7,12 @@
 
 namespace skyhaul::flytec {
 
-// Asks for the instrument's waypoints, once more after nothing but silence: an empty memory is
-// silent too. Each waypoint has the time of the request as its time stamp. The link must be at
-// rest. Returns 0, also for an empty list; kTimedOut when a list was broken, kPortFailed, kAborted
-// or kNotAtRest. A problem is the message to be shown; empty when there is none or it was shown.
+// Asks for the instrument's waypoints, once more after nothing but silence (an empty memory is
+// silent too) and after a list that had damage between its
+// waypoints or went on when its silence had ended it. Each waypoint has the time of the request as
+// its time stamp. The link must be at rest. Returns 0, also for an empty list; kTimedOut when a
+// list was broken, kPortFailed, kAborted or kNotAtRest. A problem is the message to be shown; empty
+// when there is none or it was shown.
 int ReadWaypointList(Job& job, std::vector<WaypointRecord>& waypoints, std::string& problem);
 
 // Job procedure: reads the instrument's waypoints into job.data.waypoints, as

@@ -88,7 +88,7 @@ void NameThem(const Job& job, std::vector<Outgoing>& waypoints) {
 int SendWaypoint(Job& job, const Outgoing& outgoing) {
   // The status that counts the waypoints sent is shown by the caller instead of that of an abort.
   if (job.operation.aborted) return kAborted;
-  if (WriteSentence(job.link, WaypointSentence(*outgoing.waypoint, outgoing.name)) != 0) {
+  if (WriteWhenTaken(job.link, WaypointSentence(*outgoing.waypoint, outgoing.name)) != 0) {
     ShowMessage(job.operation, "COM port write error", kTitle);
     return -1;
   }

@@ -1,6 +1,7 @@
 #include "protocols/flytec/whole_flight.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "core/count_message.h"
@@ -30,11 +31,22 @@ uint32_t Flown_s(const igc::Decoder& decoder) {
   return last->time - std::min(decoder.start_time, last->time);
 }
 
-// An instrument may list its local time, which is off by whole quarter hours.
-bool StartsAsListed(uint32_t start, uint32_t listed) {
-  const uint32_t off_s = start > listed ? start - listed : listed - start;
-  if (off_s <= kStartOff_s) return true;
+uint32_t Apart_s(uint32_t a, uint32_t b) {
+  return a > b ? a - b : b - a;
+}
+
+bool StartsAt(const TrackListEntry& entry, uint32_t start) {
+  return Apart_s(start, entry.start_time) <= kStartOff_s;
+}
+
+bool StartsAsListed(const Transfer& transfer, uint32_t start) {
+  if (StartsAt(*transfer.listed, start)) return true;
+  // Late answers to an earlier request bring another flight of the same list.
+  const auto starts_then = [&](const TrackListEntry& entry) { return StartsAt(entry, start); };
+  if (std::any_of(transfer.list.begin(), transfer.list.end(), starts_then)) return false;
+  // An instrument may list its local time, which is off by whole quarter hours.
   constexpr uint32_t kClock_s = 60;
+  const uint32_t off_s = Apart_s(start, transfer.listed->start_time);
   const uint32_t beside_s = (off_s + kClock_s) % kQuarterHour_s;
   return off_s <= kFarthestZone_s + kClock_s && beside_s <= 2 * kClock_s;
 }
@@ -55,6 +67,7 @@ void FindWrongLines(const TrackReceiver& receiver, std::vector<std::string>& wro
   const bool cut = !receiver.text.empty() && !receiver.text.ends_with('\n');
   if (cut) wrong.push_back(FormatCountMessage("line % is cut", receiver.lines + 1));
   if (!receiver.text.starts_with('A')) wrong.emplace_back("its beginning is missing");
+  if (receiver.holds_another) wrong.emplace_back("another flight is in it");
   if (receiver.decoder.g_records == 0) wrong.emplace_back("its security record is missing");
 }
 
@@ -65,22 +78,23 @@ bool IsShorterThanListed(const Transfer& transfer) {
 
 }  // namespace
 
-std::string WhatIsMissing(const Transfer& transfer) {
+Verdict Judge(const Transfer& transfer) {
   const TrackReceiver& receiver = *transfer.receiver;
   std::vector<std::string> wrong;
   if (receiver.decoder.points.empty()) wrong.emplace_back("no position in it");
   FindWrongLines(receiver, wrong);
   if (transfer.listed != nullptr && !receiver.decoder.points.empty() &&
-      !StartsAsListed(receiver.decoder.start_time, transfer.listed->start_time)) {
+      !StartsAsListed(transfer, receiver.decoder.start_time)) {
     wrong.push_back("it starts at " + StartText(receiver.decoder.start_time) +
                     " and the list says " + StartText(transfer.listed->start_time));
   }
   if (transfer.losses > 0) wrong.emplace_back("bytes were lost on the way");
   if (transfer.port_failed) wrong.emplace_back("the port failed");
-  if (wrong.empty() && !IsShorterThanListed(transfer)) return "";
+  const bool shorter = IsShorterThanListed(transfer);
+  if (wrong.empty() && !shorter) return {};
   std::string text = ReceivedText(transfer);
   for (const std::string& one : wrong) text.append(", ").append(one);
-  return text;
+  return {.missing = std::move(text), .only_shorter = wrong.empty()};
 }
 
 }  // namespace skyhaul::flytec

@@ -41,7 +41,7 @@ TEST(Reading, AListEndsWithItsSilenceOrItsLastLine) {
        Sentence("PBRTL,1,0") + WaypointLine(),
        "$PBRWPS,*38",
        {"1 waypoints received"},
-       1000},
+       3000},
   };
   for (const auto& [reading, answer, request, statuses, silence_ms] : cases) {
     FlytecBench b;

@@ -101,7 +101,8 @@ struct Conversation : JobBench {
 };
 
 // What every run must hold, held against the one without a fault.
-void ExpectSound(const Transfer& transfer, const Conversation& run, const Conversation& whole) {
+void ExpectSound(const Transfer& transfer, const Conversation& run, const Conversation& whole,
+                 const Fault& fault = {}) {
   const JobData& data = run.job.data;
   EXPECT_LE(run.elapsed_ms, kLongestRun_ms);
   EXPECT_TRUE(Within(PlacesRead(data), PlacesRead(whole.job.data)));
@@ -116,8 +117,8 @@ void ExpectSound(const Transfer& transfer, const Conversation& run, const Conver
     // Everything within it and as much: the same.
     EXPECT_EQ(run.simulator.waypoints.size(), whole.simulator.waypoints.size());
     EXPECT_EQ(run.simulator.airspaces.size(), whole.simulator.airspaces.size());
-    // A list of waypoints may end early, because a silence ends it.
-    EXPECT_TRUE(transfer.procedure == ReadWaypointsJob ||
+    // Waypoints later than all silences and rests are not missed: their list announces no number.
+    EXPECT_TRUE((transfer.procedure == ReadWaypointsJob && fault.delay_ms > 3000) ||
                 PlacesRead(data) == PlacesRead(whole.job.data));
     return;
   }
@@ -142,7 +143,7 @@ class Sweep : public testing::TestWithParam<Transfer> {
                    (fault.towards_instrument ? " to" : " from") + " the instrument at " +
                    std::to_string(fault.at) + " mask " + std::to_string(fault.flip_mask));
       const Conversation run(transfer, fault);
-      ExpectSound(transfer, run, whole);
+      ExpectSound(transfer, run, whole, fault);
       check(fault, run);
     }
   }
@@ -179,15 +180,17 @@ TEST_P(Sweep, ChangedBytesAreNeitherDeliveredNorKept) {
     ForEach(there, to_instrument, [&](const Fault&, const Conversation& run) {
       // The waypoint that was lost is sent again.
       EXPECT_TRUE(run.result >= 0 || transfer.procedure != WriteWaypointsJob);
-      if (run.result < 0 || transfer.procedure == ReadWaypointsJob) return;
+      if (run.result < 0) return;
       EXPECT_EQ(run.result, transfer.result);
     });
   }
 }
 
-// A list of waypoints may end early, because a silence ends it.
 TEST_P(Sweep, LateBytesAreNotTakenForOthers) {
-  ForEach({.kind = FaultKind::kDelay}, from_instrument);
+  for (const uint32_t late_ms : {10U, 1500U, 2500U, 21'000U}) {
+    ForEach({.kind = FaultKind::kDelay, .delay_ms = late_ms}, from_instrument);
+  }
+  ForEach({.kind = FaultKind::kStop}, from_instrument);
 }
 
 TEST_P(Sweep, UnpluggingAndFailedWritesAreReportedAtOnce) {
@@ -198,7 +201,8 @@ TEST_P(Sweep, UnpluggingAndFailedWritesAreReportedAtOnce) {
                            transfer.procedure == WriteCtrJob && last;
     EXPECT_EQ(run.recorder.messages.size(), unnoticed ? 0U : 1U);
     EXPECT_TRUE(run.result < 0 || unnoticed);
-    EXPECT_LE(run.elapsed_ms, whole.elapsed_ms + (transfer.writes ? 100 : 0));
+    // A line of an upload is written again for 3 s, in case an XOFF holds it up.
+    EXPECT_LE(run.elapsed_ms, whole.elapsed_ms + (transfer.writes ? 3200 : 0));
   };
   ForEach({.kind = FaultKind::kUnplug}, from_instrument, check);
   ForEach({.kind = FaultKind::kUnplug, .towards_instrument = true}, to_instrument, check);

@@ -143,15 +143,30 @@ TEST(TrackLogJob, AFlightIsWholeOrRequestedOnceMoreOrNamed) {
        "E207 Too long sentence\n"},
       {{with(b9, "AX\r\n")},
        with(b9, "AX\r\n"),
-       "00:05:49 of 00:06:40 received, line 12 is damaged",
+       "00:05:49 of 00:06:40 received, line 12 is damaged, another flight is in it",
        "E206 Format error 1\n"},
       {{Igc(kNoon + 20, 350)},
        Igc(kNoon + 20, 350),
        "00:05:49 of 00:06:40 received, it starts at 2017-04-27 12:20:00 and the list says "
        "2017-04-27 12:30:00",
        ""},
-      // Local time in the list, and a flight that is longer than listed.
+      // Local time in the list, and a flight that is longer than listed; but not another flight.
       {{Igc(kNoon - 90, 900)}, Igc(kNoon - 90, 900), "", ""},
+      {{Igc(kNoon, 900)},
+       Igc(kNoon, 900),
+       "00:14:59 of 00:06:40 received, it starts at 2017-04-27 12:00:00 and the list says "
+       "2017-04-27 12:30:00",
+       ""},
+      {{whole + whole},
+       whole + whole,
+       "00:05:49 of 00:06:40 received, another flight is in it",
+       ""},
+      // Shorter than listed twice alike is whole, and otherwise not.
+      {{Igc(kNoon + 30, 100)}, Igc(kNoon + 30, 100), "", ""},
+      {{Igc(kNoon + 30, 100), Igc(kNoon + 30, 99)},
+       Igc(kNoon + 30, 100),
+       "00:01:39 of 00:06:40 received",
+       ""},
       {{"AXSH000\r\nG00\r\n"},
        "",
        "00:00:00 of 00:06:40 received, no position in it",

@@ -186,7 +186,7 @@ TEST(WriteWaypoints, TheListShowsWhatArrived) {
       {{full}, 3, wrong + "\nIt is full: it holds 200 waypoints"},
       {{broken}, 2, unread + "E302 Format error 2"},
       {{hof, broken}, 3, unread + "E302 Format error 2"},
-      {{""}, 4, unread + "No waypoint came"},
+      {{""}, 2, unread + "No waypoint came"},
   };
   for (const auto& [lists, sent, message] : cases) {
     FlytecBench b;
