@@ -56,19 +56,30 @@ std::string IncompleteText(const Flight& flight) {
   return flight.missing.empty() ? "" : "-incomplete";
 }
 
+// The path of the n-th flight of a target that names a file.
+std::string FilePath(const FlightTarget& target, const Flight& flight, size_t number) {
+  const std::string end = NumberText(number) + IncompleteText(flight);
+  std::string path = WithNameEnd(target.path, end);
+  // One tries again with a flight that did not arrive whole, and what came before is kept.
+  for (int again = 2; !flight.missing.empty() && !target.overwrite && FileExists(path); ++again) {
+    path = WithNameEnd(target.path, end + "-" + std::to_string(again));
+  }
+  return path;
+}
+
 IgcSave MakeIgcSave(const Saving& saving, const Flight& flight, size_t number,
                     const std::vector<std::string>& written) {
   const FlightTarget& target = saving.request->target;
   IgcSave save;
-  save.path = target.kind == FlightTarget::Kind::kIgcFolder ? AsFolder(target.path)
-                                                            : NumberedPath(target.path, number);
-  save.name_end = IncompleteText(flight);
-  save.is_template = target.kind == FlightTarget::Kind::kIgcFolder;
+  const bool folder = target.kind == FlightTarget::Kind::kIgcFolder;
+  save.path = folder ? AsFolder(target.path) : FilePath(target, flight, number);
+  if (folder) save.name_end = IncompleteText(flight);
+  save.is_template = folder;
   save.overwrite = target.overwrite;
   save.header = Header(saving);
   // A part of a flight is not what the instrument recorded: it gets no signature.
   save.options = {.sign = true,
-                  .may_be_signed = !IsGiven(target.filter),
+                  .may_be_signed = !IsGiven(target.filter) && flight.missing.empty(),
                   // A download has no serial number in the three characters of an A record; "000"
                   // stands for that.
                   .serial = "000",
@@ -94,7 +105,7 @@ int SaveAsTrackFile(const Saving& saving, const Flight& flight, size_t number, s
   contents.header.site = header.site;
   contents.header.competition_class = header.competition_class;
   contents.header.competition_id = header.competition_id;
-  const std::string file = WithNameEnd(target.path, NumberText(number) + IncompleteText(flight));
+  const std::string file = FilePath(target, flight, number);
   const int saved = SaveFile(saving.operation, file, target.keyword, contents, target.overwrite);
   if (saved >= 0) path = file;
   return saved;
@@ -140,9 +151,10 @@ int SaveOne(const Saving& saving, const Flight& flight, size_t number,
 void Rescue(const Saving& saving, const Flight& flight, const std::vector<std::string>& written,
             std::string& path) {
   IgcSave save = MakeIgcSave(saving, flight, 1, written);
+  save.name_end = IncompleteText(flight);
   save.is_template = false;
   save.overwrite = false;
-  save.options.may_be_signed = true;
+  save.options.may_be_signed = flight.missing.empty();
   std::string tried;
   for (const std::string& folder : saving.session->defaults->rescue_folders) {
     save.path = AsFolder(folder);

@@ -149,8 +149,10 @@ int LoadIgcFile(const Operation& operation, const std::string& path,
   const int count = ReadIgcTrack(contents.text, contents, message);
   if (count < 0) return Fail(operation, message, kReadTitle, path);
   // The first note names the file, because many are looked at in one run.
+  std::string start = path + ": ";
   for (const std::string& note : contents.notes) {
-    ShowStatus(operation, &note == &contents.notes.front() ? path + ": " + note : note);
+    ShowStatus(operation, start.append(note));
+    start.clear();
   }
   return count;
 }

@@ -208,6 +208,14 @@ TEST_F(DownloadFlightsTest, AFailureKeepsTheOldFlightAndWhatArrivedWhole) {
   request.join = true;
   request.target = {.kind = Kind::kFile, .path = folder.File("joined.kml")};
   EXPECT_EQ(Run().written, Texts{folder.File("joined-part.kml")});
+  // Each try has a file of its own.
+  request.join = false;
+  simulator.manners.cut_at = 600;
+  Choose({1});
+  for (const char* name : {"a-incomplete.igc", "a-incomplete-2.igc"}) {
+    request.target.path = folder.File("a.igc");
+    EXPECT_EQ(Run().written, Texts{folder.File(name)});
+  }
   request.instrument.protocol_type = kFlymaster;
   EXPECT_FALSE(Run().done);
   EXPECT_EQ(recorder.messages.back(), "GPS access: Unsupported access function");

@@ -75,11 +75,12 @@ class DownloadSweep : public SessionBench {
   }
 
   // Stalls and cuts one flight's answer at each byte. Returns how many runs did not bring both.
-  size_t SweepManners(flytec_simulator::Manners manners, int64_t flytec_simulator::Manners::*at) {
+  size_t SweepManners(const flytec_simulator::Manners& manners,
+                      int64_t flytec_simulator::Manners::*at) {
     size_t not_done = 0;
     for (int64_t n = 0; n < static_cast<int64_t>(memory[0].size()); n += kStep) {
-      manners.*at = n;
       simulator.manners = manners;
+      simulator.manners.*at = n;
       SCOPED_TRACE(manners.request + " broken off at " + std::to_string(n));
       Run({});
       Check({});
@@ -178,14 +179,14 @@ TEST_F(DownloadSweep, FailedWritesPulledPlugsAndAborts) {
 TEST_F(DownloadSweep, FlightsThatBreakOff) {
   using flytec_simulator::Manners;
   for (const char* asked : {"PBRTR,00", "PBRTR,01"}) {
-    for (const uint64_t stall_s : {2, 3, 4}) {
-      const Manners slow = {.request = asked, .nth = 1, .stall_ns = stall_s * 1'100'000'000};
+    for (const uint64_t stall_ns : {2'200'000'000U, 3'300'000'000U, 4'200'000'000U}) {
+      const Manners slow = {.request = asked, .nth = 1, .stall_ns = stall_ns};
       EXPECT_EQ(SweepManners(slow, &Manners::stall_at), 0U);
     }
     EXPECT_EQ(SweepManners({.request = asked, .nth = 1}, &Manners::stall_at), 0U);
     EXPECT_EQ(SweepManners({.request = asked, .nth = 1}, &Manners::cut_at), 0U);
     SweepManners({.request = asked, .stall_ns = 2'200'000'000}, &Manners::stall_at);
-    for (const uint64_t stall_ns : {5'500'000'000, 8'000'000'000}) {
+    for (const uint64_t stall_ns : {uint64_t{5'500'000'000}, uint64_t{8'000'000'000}}) {
       SweepManners({.request = asked, .nth = 1, .stall_ns = stall_ns}, &Manners::stall_at);
     }
     EXPECT_EQ(SweepManners({.request = asked}, &Manners::stall_at), Runs(memory[0].size()));

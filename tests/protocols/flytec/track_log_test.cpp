@@ -179,9 +179,9 @@ TEST(TrackLogJob, AFlightIsWholeOrRequestedOnceMoreOrNamed) {
     b.script.answers["$PBRTR,00"] = answers;
     b.recorder.choice = {0, 1};
     EXPECT_EQ(TrackLogJob(b.job) >= 0, missing.empty()) << missing;
-    const Texts messages = {"Read GPS track log: " + first_line +
-                            "Flight 1 is incomplete: " + missing};
-    EXPECT_EQ(b.recorder.messages, missing.empty() ? Texts{} : messages);
+    std::string message = "Read GPS track log: ";
+    message.append(first_line).append("Flight 1 is incomplete: ").append(missing);
+    EXPECT_EQ(b.recorder.messages, missing.empty() ? Texts{} : Texts{message});
     const std::vector<Flight>& flights = b.job.data.flights;
     ASSERT_EQ(flights.size(), text.empty() ? 1U : 2U);
     EXPECT_EQ(flights.back().instrument_igc.text, b.oldest) << "the other one is fetched";
