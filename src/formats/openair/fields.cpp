@@ -41,8 +41,7 @@ bool TakeDegrees(std::string_view& rest, double& degrees) {
   return true;
 }
 
-// "47:30:15 N", the hemisphere behind the number and with or without a blank.
-// Degrees and one of two letters.
+// "47:30:15 N" or "47:30:15N": degrees and one of two letters.
 bool TakeCoordinate(std::string_view& rest, std::string_view letters, double limit_deg,
                     int32_t& semicircles) {
   double degrees = 0;
@@ -95,6 +94,31 @@ void AppendCoordinate(std::string& text, int32_t semicircles, size_t degree_digi
   text += letters[semicircles < 0 ? 1 : 0];
 }
 
+bool TakeCode(std::string_view& rest, std::string_view code, bool any_case) {
+  const std::string_view word = rest.substr(0, code.size());
+  if (word != code && !(any_case && EqualIgnoringCase(word, code))) return false;
+  rest.remove_prefix(code.size());
+  return true;
+}
+
+// Whether a text begins with "DC 5", "DA 10,", "V D=" or "V X=". The records of points are known by
+// their positions.
+bool BeginsRecord(std::string_view text, bool any_case) {
+  double ignored = 0;
+  if (TakeCode(text, "DC", any_case)) return TakeNumber(text, ignored);
+  if (TakeCode(text, "DA", any_case)) {
+    if (!TakeNumber(text, ignored)) return false;
+    SkipBlanks(text);
+    // "DA 12" alone is a name as danger areas have them.
+    return text.starts_with(',');
+  }
+  if (!TakeCode(text, "V", any_case)) return false;
+  SkipBlanks(text);
+  if (!TakeCharacter(text, 'X') && !TakeCharacter(text, 'D')) return false;
+  SkipBlanks(text);
+  return text.starts_with('=');
+}
+
 }  // namespace
 
 // "DA 10,270,290" and "DA 10, 270, 290" are both common.
@@ -131,20 +155,33 @@ bool TakePosition(std::string_view& rest, AirspacePosition& position) {
   return TakeCoordinate(rest, "EW", 180, position.lon);
 }
 
-bool HasPosition(std::string_view text) {
-  std::string_view rest = text.substr(std::min(text.find_first_of("0123456789"), text.size()));
-  AirspacePosition ignored;
-  return TakePosition(rest, ignored);
+bool HasOutline(std::string_view text) {
+  char before = ' ';
+  for (; !text.empty(); text.remove_prefix(1)) {
+    // In the middle of a word only capitals are a code: "cornerDC 5", but not "Lady 5".
+    const bool word_begins = !IsLetter(before) && !IsDigit(before);
+    if (BeginsRecord(text, word_begins)) return true;
+    std::string_view rest = text;
+    AirspacePosition ignored;
+    if (IsDigit(text.front()) && !IsDigit(before) && TakePosition(rest, ignored)) return true;
+    before = text.front();
+  }
+  return false;
+}
+
+bool IsMarked(std::string_view text) {
+  constexpr std::string_view kMarks = ";#/(\"";
+  SkipBlanks(text);
+  return text.empty() || kMarks.find(text.front()) != kMarks.npos;
 }
 
 bool IsMarkedComment(std::string_view rest) {
-  constexpr std::string_view kMarks = ";#/(\"";
-  SkipBlanks(rest);
-  return rest.empty() || kMarks.find(rest.front()) != kMarks.npos;
+  return IsMarked(rest) && !HasOutline(rest);
 }
 
 bool IsComment(std::string_view rest) {
-  if (IsMarkedComment(rest)) return true;
+  if (HasOutline(rest)) return false;
+  if (IsMarked(rest)) return true;
   // "E, 47:20:00 N" and "E .5" go on with numbers; "E - corner" and "E," do not.
   const size_t first = rest.find_first_not_of(" \t,.:+-'");
   return first == rest.npos || !IsDigit(rest[first]);

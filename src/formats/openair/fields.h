@@ -28,17 +28,22 @@ bool TakeNumber(std::string_view& rest, double& number);
 // 90 and 180 degrees.
 bool TakePosition(std::string_view& rest, AirspacePosition& position);
 
-// Whether a text has a position that begins with its first digit: "X 47:30:00 N 008:15:00 E".
-bool HasPosition(std::string_view text);
+// Whether a text holds a piece of an outline anywhere: a position, "DC 5", "DA 10,270", "V X=" or
+// "V D=". Where a line end was lost, the next record stands so behind another one:
+// "DP 48:00:00 N 010:00:00 EDC 5".
+bool HasOutline(std::string_view text);
 
-// Whether what follows a complete line is nothing or a comment that says so: "; corner", "#
-// corner",
+// Whether a text is nothing, or begins as a comment that says so: "; corner", "# corner",
 // "// corner", "(corner)", "\"corner\"".
+bool IsMarked(std::string_view text);
+
+// Whether what follows a complete line is nothing or such a comment, without a piece of an outline
+// in it.
 bool IsMarkedComment(std::string_view rest);
 
-// Whether what follows a complete position is nothing or a comment: a marked one, or one that
-// begins with a word. A digit that comes first is none, because the position may have been cut
-// there.
+// Whether what follows a complete position is nothing or a comment without a piece of an outline: a
+// marked one, or one that begins with a word. A digit that comes first is none, because the
+// position may have been cut there.
 bool IsComment(std::string_view rest);
 
 // Appends a number in the fewest decimals, at most 9, that scale back to the value: number * scale

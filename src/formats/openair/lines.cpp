@@ -1,5 +1,7 @@
 #include "formats/openair/lines.h"
 
+#include <algorithm>
+
 #include "core/text/digits.h"
 #include "core/text/letter_case.h"
 #include "core/text/scan.h"
@@ -41,9 +43,13 @@ bool TakeLine(std::string_view& rest, Line& line) {
   if (rest.empty()) return false;
   const std::string_view whole = skyhaul::TakeLine(rest);
   // "DP 47:30:00 N 008:15:30 E * the church": comments also stand behind something else.
-  line.content = TrimBlanks(whole.substr(0, whole.find('*')));
+  const size_t star = std::min(whole.find('*'), whole.size());
+  line.content = TrimBlanks(whole.substr(0, star));
   line.code = CodeOf(line.content);
   line.argument = TrimBlanks(line.content.substr(line.code.size()));
+  // "DP 47:30:00 N 008:15:30 E*DP 47:20:00 N 008:15:30 E" has a star where the line end was.
+  const std::string_view comment = whole.substr(std::min(star + 1, whole.size()));
+  line.swallowed = !line.content.empty() && IsOutlineCode(CodeOf(comment)) && HasOutline(comment);
   return true;
 }
 
@@ -53,13 +59,17 @@ bool IsOutlineCode(std::string_view code) {
 }
 
 bool MayBeOutline(const Line& line) {
-  // "AT 47:30:00 N 008:15:00 E"
-  if (EqualIgnoringCase(line.code, "AT")) return false;
+  if (EqualIgnoringCase(line.code, "AT")) {
+    // "AT 47:30:00 N 008:15:00 E", and nothing that belongs to another line.
+    std::string_view rest = line.argument;
+    AirspacePosition label;
+    return TakePosition(rest, label) && HasOutline(rest);
+  }
   // "; DP 47:30:00 N 008:15:00 E" was taken out by somebody who took ';' for the sign of comments.
-  if (IsMarkedComment(line.content)) return false;
+  if (IsMarked(line.content)) return false;
   // "DO 5" for "DC 5"; and "EP 47:30:00 N 008:15:00 E", whatever was bent.
   const bool like_segment = line.code.size() == 2 && UpperLetter(line.code.front()) == 'D';
-  return like_segment || HasPosition(line.content);
+  return like_segment || HasOutline(line.content);
 }
 
 }  // namespace skyhaul::openair

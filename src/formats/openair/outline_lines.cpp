@@ -38,7 +38,7 @@ const char* ReadDirection(Reading& reading, std::string_view value) {
   const bool understood =
       (value.starts_with('+') || value.starts_with('-')) && IsMarkedComment(value.substr(1));
   reading.faults.direction.reset();
-  reading.cost = Cost::kDirection;
+  reading.cost = HasOutline(value) ? Cost::kOutline : Cost::kDirection;
   if (!understood) return "direction not understood";
   reading.direction = value.front() == '-' ? kCounterClockwise : kClockwise;
   return nullptr;
@@ -47,19 +47,23 @@ const char* ReadDirection(Reading& reading, std::string_view value) {
 // "V X=47:30:00 N 008:15:30 E"
 const char* ReadCentre(Reading& reading, std::string_view value) {
   // After a broken centre there is none, lest an arc turn about the one before.
-  reading.has_centre = TakePosition(value, reading.centre) && IsComment(value);
+  const bool position = TakePosition(value, reading.centre);
+  reading.has_centre = position && IsComment(value);
   reading.faults.centre.reset();
-  reading.cost = Cost::kCentre;
+  // A record behind it is lost whether or not the centre is needed.
+  reading.cost = position && HasOutline(value) ? Cost::kOutline : Cost::kCentre;
   return reading.has_centre ? nullptr : kBadPosition;
 }
 
 // "V Y=47:30:00 N 008:15:30 E": a position can only have been meant as a centre. "V W=5" is a
 // width.
-const char* MissVariable(Reading& reading, std::string_view argument) {
-  if (HasPosition(argument)) {
-    reading.has_centre = false;
-    reading.cost = Cost::kCentre;
-  }
+const char* MissVariable(Reading& reading, std::string_view value) {
+  if (!HasOutline(value)) return "not understood";
+  reading.has_centre = false;
+  AirspacePosition ignored;
+  // "V W=5DP 47:30:00 N 008:15:30 E" has lost a point.
+  const bool only_centre = TakePosition(value, ignored) && !HasOutline(value);
+  reading.cost = only_centre ? Cost::kCentre : Cost::kOutline;
   return "not understood";
 }
 
@@ -83,7 +87,7 @@ const char* ReadVariable(Reading& reading, std::string_view argument) {
   const char variable = UpperLetter(name.front());
   if (variable == 'X') return ReadCentre(reading, value);
   if (variable == 'D') return ReadDirection(reading, value);
-  return MissVariable(reading, argument);
+  return MissVariable(reading, value);
 }
 
 // "DP 47:30:00 N 008:15:30 E", with or without "; the church" behind it.

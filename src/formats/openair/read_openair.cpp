@@ -1,5 +1,7 @@
 #include "formats/openair/read_openair.h"
 
+#include <algorithm>
+
 #include "core/text/charset.h"
 #include "core/text/utf8.h"
 #include "formats/common/messages.h"
@@ -13,6 +15,26 @@ namespace skyhaul::openair {
 
 namespace {
 
+// Two points, or one and itself again, enclose nothing: others are missing. A circle or an arc
+// does.
+bool HasArea(const std::vector<AirspaceSegment>& segments) {
+  std::vector<AirspacePosition> corners;  // different ones, up to the third
+  for (const AirspaceSegment& segment : segments) {
+    if (segment.type != SegmentType::kPoint) return true;
+    if (std::ranges::find(corners, segment.point) == corners.end())
+      corners.push_back(segment.point);
+    if (corners.size() == 3) return true;
+  }
+  return false;
+}
+
+void CheckArea(Reading& reading) {
+  if (HasArea(Airspace(reading).segments) || !Airspace(reading).damage.empty()) return;
+  AddFault(reading.faults,
+           LineNote(reading.airspace_line, "fewer than three points in this airspace"),
+           Cost::kOutline, &Airspace(reading));
+}
+
 // Whether an airspace has an outline is known only when the next one begins or the file ends.
 void LeaveAirspace(Reading& reading) {
   // One whose every line was broken stays: a list should not look as if it had never been there.
@@ -23,8 +45,17 @@ void LeaveAirspace(Reading& reading) {
                       "airspace without an outline left out: " + Airspace(reading).name),
              Cost::kNothing, nullptr);
     reading.file.airspaces.pop_back();
+    reading.airspace_line = 0;
   }
+  if (reading.airspace_line != 0) CheckArea(reading);
   reading.airspace_line = 0;
+}
+
+// "AL GND DP 47:30:00 N 008:15:30 E": a point that is lost, because a line end was.
+const char* MissOutline(Reading& reading, std::string_view argument) {
+  if (!HasOutline(argument)) return nullptr;
+  reading.cost = Cost::kOutline;
+  return "holds a piece of an outline";
 }
 
 // "AC D"
@@ -39,7 +70,7 @@ const char* ReadClass(Reading& reading, std::string_view argument) {
   reading.faults.centre.reset();
   reading.faults.direction.reset();
   reading.file.airspaces.push_back({.airspace_class = PlainText(argument)});
-  return nullptr;
+  return MissOutline(reading, argument);
 }
 
 // "TO lake" or "TC wood". The points that follow fall outside any airspace and are skipped there.
@@ -55,23 +86,28 @@ const char* ReadName(Reading& reading, std::string_view argument) {
   // Behind an outline: what follows is the next airspace's, and would become a part of this one.
   if (!Airspace(reading).segments.empty()) reading.cost = Cost::kOutline;
   name = PlainText(argument);
+  const char* lost = MissOutline(reading, argument);
+  if (lost != nullptr) return lost;
   return repeated ? "replaces the name before it" : nullptr;
 }
 
 // "AH FL65", "AL 2500ft AGL"
-const char* ReadLimit(AirspaceLimit& limit, std::string_view argument) {
+const char* ReadLimit(Reading& reading, AirspaceLimit& limit, std::string_view argument) {
   const bool repeated = !limit.text.empty();
   // An airspace with a limit that is only text can still be drawn, so it is not left out.
-  if (ParseLimit(argument, limit) != 0) return "altitude kept as text only";
+  const bool understood = ParseLimit(argument, limit) == 0;
+  const char* lost = MissOutline(reading, argument);
+  if (lost != nullptr) return lost;
+  if (!understood) return "altitude kept as text only";
   return repeated ? "replaces the altitude before it" : nullptr;
 }
 
 const char* ReadCeiling(Reading& reading, std::string_view argument) {
-  return ReadLimit(Airspace(reading).ceiling, argument);
+  return ReadLimit(reading, Airspace(reading).ceiling, argument);
 }
 
 const char* ReadFloor(Reading& reading, std::string_view argument) {
-  return ReadLimit(Airspace(reading).floor, argument);
+  return ReadLimit(reading, Airspace(reading).floor, argument);
 }
 
 struct LineKind {
@@ -104,7 +140,7 @@ const char* ReadDetail(Reading& reading, const DetailCode& detail, std::string_v
   // "AF" alone says nothing, and some files give two frequencies, a line each.
   if (!field.empty() && !text.empty()) field += '\n';
   field += text;
-  return nullptr;
+  return MissOutline(reading, argument);
 }
 
 // A line that is not understood costs itself only, as colours and pens do, which say nothing about
@@ -145,6 +181,10 @@ int Read(std::string_view text, AirspaceFile& file, std::string& message) {
     // Blank lines and lines that are a comment.
     if (line.content.empty()) continue;
     const char* wrong = ReadLine(reading, line);
+    if (line.swallowed) {
+      reading.cost = Cost::kOutline;
+      wrong = "holds a piece of an outline behind the star";
+    }
     if (wrong == nullptr) continue;
     const std::string what =
         std::string(wrong) + ": " + PlainText(FirstCharacters(line.content, kQuoted));

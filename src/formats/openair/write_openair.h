@@ -16,8 +16,7 @@ namespace skyhaul::openair {
 //                         the same, as name and class
 //   positions             the same semicircles, for latitudes within 90 degrees
 //   radii                 those read from a file to the last bit when they have at most 9 decimals
-//   of
-//                         nautical miles, others to 2 micrometres
+//                         of nautical miles, others to 2 micrometres
 //   bearings              likewise in degrees, when within 0 to 360
 //   direction             the same; of points and circles none is written
 //   remark, warning       lost

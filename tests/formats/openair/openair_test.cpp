@@ -106,13 +106,25 @@ TEST(OpenAirRead, BrokenLinesAreSkippedWithANote) {
         "DP 47:61:00 N 008:00:00 E", "DP 47:30.5:15 N 008:00:00 E", "DP 47:30:15:10 N 008:00:00 E",
         "DP -47:30:15 N 008:00:00 E", "DP 008:00:00 E 47:30:15 N",
         "DP 47:30:15 N 008:00:00 E 47:30:15", "DP 47:30:15 N 008:00:00 E, .5",
-        "DP inf N 008:00:00 E", "DB 47:30:15 N 008:00:00 E"}},
+        "DP inf N 008:00:00 E", "DB 47:30:15 N 008:00:00 E", "DP 48 N 10 EDP 49 N 10 E",
+        "DP 48 N 9 E corner 12DP 48 N 10 E", "DP 48 N 9 E ; cornerDC 5", "DP 48 N 9 E dc 5",
+        "DP 48 N 9 EDA 10,270,290", "DB 1 N 2 E,3 N 4 EV D=-", "V X=48 N 9 E DC 5"}},
       {"bearings not understood: ",
        true,
-       {"DA 5,270", "DA 5,270,361", "DA 5,270,-10", "DA 5,1,2 km"}},
-      {"radius", true, {"DA 0,270,300", "DC -1", "DC 5401", "DC 1 2", "DC 1e3", "DC 5 km"}},
+       {"DA 5,270", "DA 5,270,361", "DA 5,270,-10", "DA 5,1,2 km", "DA 5,1,2 ;DC 5"}},
+      {"radius",
+       true,
+       {"DA 0,270,300", "DC -1", "DC 5401", "DC 1 2", "DC 1e3", "DC 5 km", "DC 5 (V D=-)"}},
+      {"holds a piece of an outline: ",
+       true,
+       {"AN X DP 5 N 6 E", "AH FL65DC 5", "AL GND DP 5 N 6 E", "AF 122.8V X=5 N 6 E",
+        "AI XDA 1,2,3"}},
       {"airways are not read: ", true, {"DY 5 N 6 E"}},
-      {"Line 4: not understood: ", true, {"EP 5 N 6 E", "5:00 N 6:00 E", "DO 5", "VX 5 N 6 E"}},
+      {"Line 4: not understood: ",
+       true,
+       {"EP 5 N 6 E", "5:00 N 6:00 E", "DO 5", "VX 5 N 6 E", "AT 1 N 2 EDP 3 N 4 E",
+        "SP 0,1,255,0,0DC 5", "V W=5DP 5 N 6 E"}},
+      {"direction not understood: ", true, {"V D=+DC 5"}},
       {"direction not understood: ", false, {"V D=x"}},
       {"Line 4: not understood: ",
        false,
@@ -121,31 +133,37 @@ TEST(OpenAirRead, BrokenLinesAreSkippedWithANote) {
   };
   for (const auto& [note, damages, lines] : cases) {
     for (const std::string& line : lines) {
-      const AirspaceFile file = ReadGood("AC A\nDP 1 N 2 E\nV X=3 N 4 E\n" + line + "\nDP 5 N 6 E");
+      const AirspaceFile file =
+          ReadGood("AC A\nDP 1 N 2 E\nV X=3 N 4 E\n" + line + "\nDP 5 N 6 E\nDP 7 N 6 E");
       const auto& notes = damages ? file.damage : file.notes;
       ASSERT_THAT(notes, ElementsAre(AllOf(HasSubstr(note), HasSubstr("Line 4: "),
                                            testing::EndsWith(": " + line))));
       EXPECT_EQ(file.damage.size() + file.notes.size(), 1U) << line;
       EXPECT_EQ(file.airspaces.at(0).damage, damages ? notes[0] : "");
-      EXPECT_THAT(file.airspaces.at(0).segments, SizeIs(2)) << line;
+      EXPECT_THAT(file.airspaces.at(0).segments, SizeIs(3)) << line;
     }
   }
 }
 
 TEST(OpenAirRead, DamageIsWhatALaterLineOfTheSameAirspaceNeeds) {
   const std::pair<std::string, std::string> cases[] = {
-      {"V X=bad\nDP 1 N 1 E", ""},
+      {"V X=bad\nDP 1 N 1 E\nDP 1 N 2 E\nDP 2 N 1 E", ""},
       {"V X=bad\nV X=1 N 1 E\nDC 5", ""},
-      {"DP 1 N 1 E\nV X=bad\nAC B\nV X=1 N 1 E\nDC 5", ""},
+      {"DC 5\nV X=bad\nAC B\nV X=1 N 1 E\nDC 5", ""},
       {"V X=bad\nDC 5", "Line 3: position not understood: V X=bad"},
       {"V Y=1 N 1 E\nDC 5", "Line 3: not understood: V Y=1 N 1 E"},
       {"V D=x\nV D=+\nDA 1,0,90", ""},
       {"V D=x\nDA 1,0,90", "Line 3: direction not understood: V D=x"},
       {"AN A\nDP 1 N 1 E\nAN B\nDP 2 N 2 E", "Line 5: replaces the name before it: AN B"},
-      {"DP 1 N 1 E\nTO Lake\nDP bad", ""},
+      {"DC 1\nTO Lake\nDP bad", ""},
+      {"DP 1 N 1 E\nDP 2 N 2 E\nDP 1 N 1 E", "Line 1: fewer than three points in this airspace"},
+      {"DC 1\nDP 1 N 1 E*DP 2 N 2 E",
+       "Line 4: holds a piece of an outline behind the star: DP 1 N 1 E"},
+      {"DC 1 * DP 1 N 1 E", ""},
   };
   for (const auto& [lines, damage] : cases) {
-    const AirspaceFile file = ReadGood("AC A\nV X=47 N 8 E\n" + lines + "\nAC C\nDP 1 N 1 E");
+    const AirspaceFile file =
+        ReadGood("AC A\nV X=47 N 8 E\n" + lines + "\nAC C\nV X=1 N 1 E\nDC 5");
     EXPECT_EQ(file.airspaces.at(0).damage, damage);
     EXPECT_EQ(file.airspaces.back().damage, "");
     EXPECT_EQ(file.damage.empty(), damage.empty()) << lines;
@@ -167,15 +185,15 @@ TEST(OpenAirRead, GivesAirspacesAndNotesOrRefuses) {
        "Line 5: position not understood: V X=broken\n"
        "Line 6: no centre (V X=) before it: DC 5\n"
        "Line 8: no centre (V X=) before it: DC 5\n"},
-      {"DP 1 N 1 E\nAC A\nAN Empty\nAC B\nAN Kept\nAN Gen\xE8ve\nAH see NOTAM\nDP 1 N 1 E\n"
+      {"DP 1 N 1 E\nAC A\nAN Empty\nAC B\nAN Kept\nAN Gen\xE8ve\nAH see NOTAM\nV X=1 N 1 E\nDC 5\n"
        "TO Lake\nDP 2 N 2 E\n",
-       "AC B\r\nAN Genève\r\nAH see NOTAM\r\nDP 01:00:00 N 001:00:00 E\r\n"
+       "AC B\r\nAN Genève\r\nAH see NOTAM\r\nV X=01:00:00 N 001:00:00 E\r\nDC 5\r\n"
        "Line 1: outside an airspace: DP 1 N 1 E\n"
        "Line 2: airspace without an outline left out: Empty\n"
        "Line 6: replaces the name before it: AN Genève\n"
        "Line 7: altitude kept as text only: AH see NOTAM\n"
-       "Line 9: terrain is not used: TO Lake\n"
-       "Line 10: outside an airspace: DP 2 N 2 E\n"},
+       "Line 10: terrain is not used: TO Lake\n"
+       "Line 11: outside an airspace: DP 2 N 2 E\n"},
       {"", no_airspace},
       {"* AC A\n* DP 1 N 1 E\n", no_airspace},
       {"DP 1 N 1 E\nAC A\n", no_outline},
