@@ -101,8 +101,7 @@ bool TakeCode(std::string_view& rest, std::string_view code, bool any_case) {
   return true;
 }
 
-// Whether a text begins with "DC 5", "DA 10,", "V D=" or "V X=". The records of points are known by
-// their positions.
+// Whether a text begins with "DC 5", "DA 10,", "V D=", "V X=" or "DP 47:30 N 008:15 E".
 bool BeginsRecord(std::string_view text, bool any_case) {
   double ignored = 0;
   if (TakeCode(text, "DC", any_case)) return TakeNumber(text, ignored);
@@ -111,6 +110,10 @@ bool BeginsRecord(std::string_view text, bool any_case) {
     SkipBlanks(text);
     // "DA 12" alone is a name as danger areas have them.
     return text.starts_with(',');
+  }
+  AirspacePosition position;
+  for (const std::string_view code : {"DP", "DB", "DY"}) {
+    if (TakeCode(text, code, any_case)) return TakePosition(text, position);
   }
   if (!TakeCode(text, "V", any_case)) return false;
   SkipBlanks(text);
@@ -155,12 +158,20 @@ bool TakePosition(std::string_view& rest, AirspacePosition& position) {
   return TakeCoordinate(rest, "EW", 180, position.lon);
 }
 
-bool HasOutline(std::string_view text) {
+bool HasRecord(std::string_view text) {
   char before = ' ';
   for (; !text.empty(); text.remove_prefix(1)) {
     // In the middle of a word only capitals are a code: "cornerDC 5", but not "Lady 5".
-    const bool word_begins = !IsLetter(before) && !IsDigit(before);
-    if (BeginsRecord(text, word_begins)) return true;
+    if (BeginsRecord(text, !IsLetter(before) && !IsDigit(before))) return true;
+    before = text.front();
+  }
+  return false;
+}
+
+bool HasOutline(std::string_view text) {
+  if (HasRecord(text)) return true;
+  char before = ' ';
+  for (; !text.empty(); text.remove_prefix(1)) {
     std::string_view rest = text;
     AirspacePosition ignored;
     if (IsDigit(text.front()) && !IsDigit(before) && TakePosition(rest, ignored)) return true;

@@ -28,9 +28,12 @@ bool TakeNumber(std::string_view& rest, double& number);
 // 90 and 180 degrees.
 bool TakePosition(std::string_view& rest, AirspacePosition& position);
 
-// Whether a text holds a piece of an outline anywhere: a position, "DC 5", "DA 10,270", "V X=" or
-// "V D=". Where a line end was lost, the next record stands so behind another one:
-// "DP 48:00:00 N 010:00:00 EDC 5".
+// Whether a text holds a record of an outline anywhere: "DC 5", "DA 10,270", "V X=", "V D=", or a
+// DP, DB or DY with a position. Where a line end was lost, the next record stands so behind another
+// one: "DP 48:00:00 N 010:00:00 EDC 5".
+bool HasRecord(std::string_view text);
+
+// Whether a text holds such a record, or a position without one.
 bool HasOutline(std::string_view text);
 
 // Whether a text is nothing, or begins as a comment that says so: "; corner", "# corner",

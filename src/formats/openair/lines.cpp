@@ -47,9 +47,9 @@ bool TakeLine(std::string_view& rest, Line& line) {
   line.content = TrimBlanks(whole.substr(0, star));
   line.code = CodeOf(line.content);
   line.argument = TrimBlanks(line.content.substr(line.code.size()));
-  // "DP 47:30:00 N 008:15:30 E*DP 47:20:00 N 008:15:30 E" has a star where the line end was.
-  const std::string_view comment = whole.substr(std::min(star + 1, whole.size()));
-  line.swallowed = !line.content.empty() && IsOutlineCode(CodeOf(comment)) && HasOutline(comment);
+  // "DP 47:30:00 N 008:15:30 E * cornerDP 47:20:00 N 008:15:30 E" has lost a line end. A position
+  // alone may be the same one in another form.
+  line.swallowed = !line.content.empty() && HasRecord(whole.substr(star));
   return true;
 }
 

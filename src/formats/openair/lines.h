@@ -12,7 +12,7 @@ struct Line {
   std::string_view code;      // "AC", "DP", "V", ...; empty on a line without content
   std::string_view argument;  // what follows the code, without a comment and blanks around it
   std::string_view content;   // both
-  bool swallowed = false;     // whether its comment begins with a piece of an outline
+  bool swallowed = false;     // whether its comment holds a record of an outline
 };
 
 // The records that are kept as they are.

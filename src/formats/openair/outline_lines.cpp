@@ -113,8 +113,8 @@ const char* ReadArcByBearings(Reading& reading, std::string_view argument) {
   return nullptr;
 }
 
-// "DB 47:30:00 N 008:15:30 E,47:20:00 N 008:10:00 E": from and to, about the centre of the last V
-// X=.
+// "DB 47:30:00 N 008:15:30 E,47:20:00 N 008:10:00 E": from and to, about the centre of the last
+// V X=.
 const char* ReadArcByPoints(Reading& reading, std::string_view argument) {
   AirspaceSegment arc = {
       .type = SegmentType::kArcByPoints, .point = reading.centre, .direction = reading.direction};

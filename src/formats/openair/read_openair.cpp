@@ -183,7 +183,7 @@ int Read(std::string_view text, AirspaceFile& file, std::string& message) {
     const char* wrong = ReadLine(reading, line);
     if (line.swallowed) {
       reading.cost = Cost::kOutline;
-      wrong = "holds a piece of an outline behind the star";
+      wrong = "holds a record behind the star";
     }
     if (wrong == nullptr) continue;
     const std::string what =

@@ -157,9 +157,8 @@ TEST(OpenAirRead, DamageIsWhatALaterLineOfTheSameAirspaceNeeds) {
       {"AN A\nDP 1 N 1 E\nAN B\nDP 2 N 2 E", "Line 5: replaces the name before it: AN B"},
       {"DC 1\nTO Lake\nDP bad", ""},
       {"DP 1 N 1 E\nDP 2 N 2 E\nDP 1 N 1 E", "Line 1: fewer than three points in this airspace"},
-      {"DC 1\nDP 1 N 1 E*DP 2 N 2 E",
-       "Line 4: holds a piece of an outline behind the star: DP 1 N 1 E"},
-      {"DC 1 * DP 1 N 1 E", ""},
+      {"DC 1\nDP 1 N 1 E*DP 2 N 2 E", "Line 4: holds a record behind the star: DP 1 N 1 E"},
+      {"DC 1 * 1 N 1 E\n* DP 1 N 1 E", ""},
   };
   for (const auto& [lines, damage] : cases) {
     const AirspaceFile file =
