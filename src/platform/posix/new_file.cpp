@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -168,8 +167,10 @@ int WriteAll(int fd, const std::string& text) {
   while (done < text.size()) {
     // A pipe or a disk that is nearly full takes a part; the next call gets the reason.
     const ssize_t count = write(fd, text.data() + done, text.size() - done);
-    if (count < 0 && errno != EINTR) return errno;
-    done += static_cast<size_t>(std::max<ssize_t>(count, 0));
+    if (count < 0 && errno == EINTR) continue;
+    // A device that takes nothing and says so would be asked for ever.
+    if (count <= 0) return count == 0 ? EIO : errno;
+    done += static_cast<size_t>(count);
   }
   return 0;
 }
