@@ -92,7 +92,10 @@ std::string Holder(const Lock& lock, const std::string& path) {
   const std::string by = ", by the lock file " + path;
   if (!lock.readable) return "one that cannot be told" + by;
   if (lock.process == 0) {
-    return time(nullptr) - lock.written < kWritten_s ? "one that is just opening it" + by : "";
+    const time_t now = time(nullptr);
+    // A file from the future, as a clock that was set leaves it, is no sign of somebody at work.
+    const bool just_written = lock.written <= now && now - lock.written < kWritten_s;
+    return just_written ? "one that is just opening it" + by : "";
   }
   // In a container each start of a program may get the number of the one before.
   const bool holds = lock.process == getpid() ? IsOwn(path) : ProcessLives(lock.process);
