@@ -4,6 +4,7 @@
 
 #include <cerrno>
 
+#include "core/text/printable.h"
 #include "platform/file.h"
 
 namespace skyhaul {
@@ -18,7 +19,8 @@ std::string ProcessText(const std::string& proc_root, pid_t process) {
   const std::string number = std::to_string(process);
   std::string name;  // "minicom\n"
   ReadWholeFile(proc_root + "/" + number + "/comm", name);
-  if (name.ends_with('\n')) name.pop_back();
+  // A program gives itself any name, a line feed in it too, which would forge a line of output.
+  name = OneLine(name);
   return name.empty() ? "process " + number : name + " (" + number + ")";
 }
 

@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -65,21 +66,22 @@ TEST_F(PortSharingTest, ALivingProcessKeepsThePortAndADeadOneDoesNot) {
   const std::string four_bytes(reinterpret_cast<const char*>(&living), sizeof living);
   const struct {
     std::string text;
-    bool old = false;
+    int age_s = 0;
     bool held = false;
   } cases[] = {
       {.text = "   " + std::to_string(living) + " minicom root\n", .held = true},
-      {.text = four_bytes, .old = true, .held = true},
+      {.text = four_bytes, .age_s = 60, .held = true},
       {.text = TenCharacters(DeadProcess())},
       {.text = TenCharacters(getpid())},  // of a process before this one
-      {.text = "-1\n", .old = true},
+      {.text = "-1\n", .age_s = 60},
       {.text = "", .held = true},
-      {.text = "", .old = true},
+      {.text = "", .age_s = 60},
+      {.text = "", .age_s = -60},  // of a clock that was ahead
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     WriteText(lock, c.text);
-    const auto age = std::chrono::seconds(c.old ? 60 : 0);
+    const auto age = std::chrono::seconds(c.age_s);
     fs::last_write_time(lock, fs::file_time_type::clock::now() - age);
     const PortOpening opening = Open();
     EXPECT_EQ(opening.problem, c.held ? PortProblem::kBusy : PortProblem::kNone);
@@ -113,6 +115,7 @@ TEST_F(PortSharingTest, OtherProgramsThatHaveThePortOpenAreNamed) {
   ASSERT_EQ(pipe2(ready, O_CLOEXEC), 0);
   const pid_t child = fork();
   if (child == 0) {
+    prctl(PR_SET_NAME, "two\nlines");
     close(static_cast<int>(cable.instrument.handle));  // the other end is not what counts
     const int port = open(cable.name.c_str(), O_RDWR | O_NOCTTY);
     static_cast<void>(!write(ready[1], &port, 1));
@@ -124,7 +127,7 @@ TEST_F(PortSharingTest, OtherProgramsThatHaveThePortOpenAreNamed) {
   const PortOpening opening = Open();
   EXPECT_EQ(opening.problem, PortProblem::kNone) << opening.reason;
   EXPECT_THAT(opening.warning, StartsWith("Other programs have this port open: "));
-  EXPECT_THAT(opening.warning, HasSubstr(" (" + std::to_string(child) + ")"));
+  EXPECT_THAT(opening.warning, HasSubstr("two lines (" + std::to_string(child) + ")"));
   Serial().close(&sharing, opening.handle);
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
