@@ -1,5 +1,6 @@
 #include "settings/run_defaults.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -72,8 +73,13 @@ RunDefaults MakeRunDefaults(const SettingValues& values, const SettingValues& de
   settings.fai_rule = values.use_fai_max_distance_rules != 0;
   settings.loop_gap_m =
       ChooseGap_m(values.loop_flight_gap_m, defaults.loop_flight_gap_m, operation);
-  settings.rescue_folders = {values.igc_dir, HomeFolder(), TemporaryFolder()};
-  std::erase(settings.rescue_folders, "");
+  for (const std::string& folder : {values.igc_dir, HomeFolder(), TemporaryFolder()}) {
+    // The folder of flights is often the home folder itself; a place that failed is not tried
+    // again.
+    const bool known =
+        std::ranges::find(settings.rescue_folders, folder) != settings.rescue_folders.end();
+    if (!folder.empty() && !known) settings.rescue_folders.push_back(folder);
+  }
   return settings;
 }
 

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "instruments/bench.h"
+#include "platform/user_folders.h"
 #include "settings/table.h"
 #include "tests/support/fake_registry.h"
 #include "tests/support/recording_shell.h"
@@ -49,6 +52,9 @@ TEST(RunSettings, NothingStoredIsNothingSaid) {
   values.igc_contest_id = "42";
   settings = MakeRunDefaults(values, defaults, {}, {});
   EXPECT_EQ(header.competition_id, "42");
+  values.igc_dir = HomeFolder();
+  settings = MakeRunDefaults(values, defaults, {}, {});
+  EXPECT_EQ(std::ranges::count(settings.rescue_folders, HomeFolder()), 1);
 }
 
 TEST(RunSettings, AGapThatCannotBeIsNotUsed) {
