@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/text/letter_case.h"
+#include "core/text/printable.h"
 #include "files/igc_files.h"
 #include "platform/file.h"
 
@@ -20,12 +21,16 @@ int Fail(const Operation& operation, const std::string& text, const char* title)
 }
 
 // All damage, and first: who overlooks it flies by an outline that is wrong. Of the rest at most
-// kMostNotes, because a file full of strange lines should not bury the other messages.
-void ShowNotes(const Operation& operation, const FileContents& contents) {
-  for (const std::string& damage : contents.damage) ShowStatus(operation, damage);
-  for (size_t i = 0; i < contents.notes.size() && i < kMostNotes; ++i) {
-    ShowStatus(operation, contents.notes[i]);
-  }
+// kMostNotes, because a file full of strange lines should not bury the other messages. The first
+// note names the file, because many are read in one run.
+void ShowNotes(const Operation& operation, const std::string& path, const FileContents& contents) {
+  std::string start = PrintableText(path) + ": ";
+  const auto show = [&](const std::string& note) {
+    ShowStatus(operation, start + note);
+    start.clear();
+  };
+  for (const std::string& damage : contents.damage) show(damage);
+  for (size_t i = 0; i < contents.notes.size() && i < kMostNotes; ++i) show(contents.notes[i]);
   if (contents.notes.size() <= kMostNotes) return;
   ShowStatus(operation, "... and " + std::to_string(contents.notes.size() - kMostNotes) +
                             " more lines of that file");
@@ -51,19 +56,20 @@ int LoadFile(const Operation& operation, const std::string& path, const igc::Rea
   std::string text;
   const FileResult read = ReadWholeFile(path, text);
   if (read.problem != FileProblem::kNone) {
-    return Fail(operation, "Error opening file\n" + path + ": " + read.reason, kReadTitle);
+    return Fail(operation, "Error opening file\n" + PrintableText(path) + ": " + read.reason,
+                kReadTitle);
   }
   // Said by itself, since "no known format" would send a person to look in the wrong place.
-  if (text.empty()) return Fail(operation, "File is empty\n" + path, kReadTitle);
+  if (text.empty()) return Fail(operation, "File is empty\n" + PrintableText(path), kReadTitle);
   std::string message;
   const FileFormat* format = FormatToRead(path, text, message);
   if (format == nullptr) return Fail(operation, message, kReadTitle);
   contents.kind = format->kind;
   const int count = format->read(text, contents, message);
-  if (count < 0) return Fail(operation, message + "\n" + path, kReadTitle);
+  if (count < 0) return Fail(operation, message + "\n" + PrintableText(path), kReadTitle);
   // Only tracks are saved as the text that they came as.
   if (contents.kind == FileKind::kTrack) contents.text = std::move(text);
-  ShowNotes(operation, contents);
+  ShowNotes(operation, path, contents);
   return count;
 }
 
@@ -80,9 +86,10 @@ int SaveFile(const Operation& operation, const std::string& path, std::string_vi
     case FileProblem::kNone:
       return static_cast<int>(Count(contents));
     case FileProblem::kExists:
-      return Fail(operation, path + " exists already", kWriteTitle);
+      return Fail(operation, PrintableText(path) + " exists already", kWriteTitle);
     default:
-      return Fail(operation, "File write error\n" + path + ": " + written.reason, kWriteTitle);
+      return Fail(operation, "File write error\n" + PrintableText(path) + ": " + written.reason,
+                  kWriteTitle);
   }
 }
 
@@ -96,7 +103,8 @@ int LoadFileToOpen(const Operation& operation, const std::string& path,
 int CheckKind(const Operation& operation, const std::string& path, const FileContents& contents,
               std::optional<FileKind> only) {
   if (only.value_or(contents.kind) == contents.kind) return 0;
-  return Fail(operation, path + " holds something else: " + KindText(contents.kind), kReadTitle);
+  return Fail(operation, PrintableText(path) + " holds something else: " + KindText(contents.kind),
+              kReadTitle);
 }
 
 }  // namespace skyhaul

@@ -9,9 +9,9 @@
 
 namespace skyhaul {
 
-// Reads a file of any known format. Lines that were skipped or repaired are told as
-// statuses. Returns the
-// number of records, or -1 after a message titled "Reading file".
+// Reads a file of any known format. Lines that were skipped or repaired are told as statuses, the
+// first of which names the file. Returns the number of records, or -1 after a message titled
+// "Reading file".
 int LoadFile(const Operation& operation, const std::string& path, const igc::ReadOptions& options,
              FileContents& contents);
 

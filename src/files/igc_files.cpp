@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/text/printable.h"
 #include "files/formats.h"
 #include "formats/igc/names.h"
 #include "platform/file.h"
@@ -16,7 +17,7 @@ constexpr const char* kSaveTitle = "Save IGC log";
 
 int Fail(const Operation& operation, const std::string& text, const char* title,
          const std::string& reason = {}) {
-  ShowMessage(operation, reason.empty() ? text : text + "\n" + reason, title);
+  ShowMessage(operation, reason.empty() ? text : text + "\n" + PrintableText(reason), title);
   return -1;
 }
 
@@ -149,7 +150,7 @@ int LoadIgcFile(const Operation& operation, const std::string& path,
   const int count = ReadIgcTrack(contents.text, contents, message);
   if (count < 0) return Fail(operation, message, kReadTitle, path);
   // The first note names the file, because many are looked at in one run.
-  std::string start = path + ": ";
+  std::string start = PrintableText(path) + ": ";
   for (const std::string& note : contents.notes) {
     ShowStatus(operation, start.append(note));
     start.clear();

@@ -1,8 +1,16 @@
 #include "report/file_summary.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 namespace skyhaul {
+
+bool HasDamage(const FileSummary& summary) {
+  const auto* list = std::get_if<ListSummary>(&summary);
+  return list != nullptr && std::ranges::any_of(list->airspaces, [](const CtrRecord& airspace) {
+           return !airspace.damage.empty();
+         });
+}
 
 std::string SummaryText(const FileSummary& summary) {
   return std::visit([](const auto& any) { return SummaryText(any); }, summary);

@@ -82,13 +82,13 @@ TEST_F(FileCommandsTest, LeavesDamagedAirspacesOutAndShowsTheirNotesFirst) {
   for (int i = 0; i < 25; ++i) text += "AC R\nAN Bad\nDP 47:99 N 8 E\n";
   const std::string zones = folder.File("a.txt");
   const std::string copy = folder.File("b.txt");
-  WriteText(zones, text + "AC D\nAN Good\nDP 1 N 1 E\n");
+  WriteText(zones, text + "AC D\nAN Good\nV X=1 N 1 E\nDC 5\n");
   const ConvertFileResult result = ConvertFile(session, {.from = zones, .to = copy});
   EXPECT_FALSE(result.done);
   EXPECT_EQ(result.records, 1U);
   EXPECT_EQ(ReadText(copy).find("Bad"), std::string::npos);
   EXPECT_TRUE(Said("Writing file: Airspace Bad is damaged and left out\nLine 33: position"));
-  EXPECT_EQ(recorder.statuses.at(0).find("Line 33: position not understood"), 0U);
+  EXPECT_EQ(recorder.statuses.at(0).find(zones + ": Line 33: position not understood"), 0U);
   EXPECT_EQ(recorder.statuses.at(24).find("Line 105: position not understood"), 0U);
   EXPECT_EQ(recorder.statuses.at(25).find("Line 1: "), 0U);
 

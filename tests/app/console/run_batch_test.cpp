@@ -91,6 +91,11 @@ TEST_F(RunBatchTest, ResultsAreShownAndTheClientIsTold) {
       RunBlock({.present = true, .command = Command::kOpenFile, .file = folder.File("a.cup")}),
       kExitDone);
   EXPECT_NE(out.find("1 waypoints\n"), std::string::npos);
+  WriteText(folder.File("b.txt"), "AC R\nDP 1 N 1 E\n");
+  EXPECT_EQ(
+      RunBlock({.present = true, .command = Command::kOpenFile, .file = folder.File("b.txt")}),
+      kExitFailed);
+  EXPECT_NE(out.find("Damaged         : Line 1: fewer than three"), std::string::npos) << out;
 }
 
 TEST_F(RunBatchTest, FailuresAreShownAndTheClientIsTold) {
