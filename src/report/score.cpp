@@ -6,6 +6,7 @@
 
 #include "core/text/date_time.h"
 #include "core/text/numbers.h"
+#include "core/text/printable.h"
 #include "core/time_scale.h"
 #include "core/units.h"
 
@@ -112,7 +113,7 @@ std::string Kind(const FlightScore& score) {
 }  // namespace
 
 std::string ScoreText(const FlightScore& score, std::span<const TrackPoint> points) {
-  std::string text = score.file + "\nDistances " + Kind(score) + "\nGap " +
+  std::string text = PrintableText(score.file) + "\nDistances " + Kind(score) + "\nGap " +
                      std::to_string(score.settings.gap_m) + " m, FAI rule " +
                      (score.settings.fai_rule ? "on" : "off") + ", times in UTC\n" +
                      Left("Task", kTaskWidth) + ' ' + Right("km", kNumberWidth) + ' ' +

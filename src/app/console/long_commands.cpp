@@ -1,5 +1,6 @@
 #include "app/console/long_commands.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "commands/repair_file.h"
 #include "commands/score_flight.h"
 #include "core/text/digits.h"
+#include "core/text/printable.h"
 #include "core/version.h"
 #include "formats/igc/repairs.h"
 #include "platform/terminal.h"
@@ -60,7 +62,9 @@ int PrintInfo(const Session& session, Console& console, const LongOptions& optio
   }
   // One array for all files, also when none could be read: a program always gets valid JSON.
   if (json) PrintResult(console, SummariesJson(summaries));
-  return summaries.size() == options.files.size() ? kExitDone : kExitFailed;
+  const bool whole =
+      summaries.size() == options.files.size() && std::ranges::none_of(summaries, HasDamage);
+  return whole ? kExitDone : kExitFailed;
 }
 
 int PrintChecks(const Session& session, Console& console, const LongOptions& options) {
@@ -69,7 +73,7 @@ int PrintChecks(const Session& session, Console& console, const LongOptions& opt
     const auto result = CheckSignature(session, file);
     all_passed = all_passed && result.has_value() && result->check == igc::SecurityCheck::kPassed;
     if (!result.has_value()) continue;
-    std::string text = file + ": " + igc::SecurityCheckText(result->check) + '\n';
+    std::string text = PrintableText(file) + ": " + igc::SecurityCheckText(result->check) + '\n';
     // "failed" alone would sound like a forged flight, though only the maker can say that.
     if (result->check == igc::SecurityCheck::kFailed && !result->ours) {
       text +=
@@ -143,8 +147,8 @@ int PrintConversion(const Session& session, Console& console, const LongOptions&
   const ConvertFileResult result = ConvertFile(session, request);
   // Records may have been left out, which has been said: the file is there all the same.
   if (result.records > 0) {
-    PrintResult(console,
-                std::to_string(result.records) + " records written to " + request.to + '\n');
+    PrintResult(console, std::to_string(result.records) + " records written to " +
+                             PrintableText(request.to) + '\n');
   }
   return result.done ? kExitDone : kExitFailed;
 }
@@ -156,12 +160,13 @@ int PrintRepair(const Session& session, Console& console, const LongOptions& opt
                            .to = options.files[1],
                            .overwrite = IsGiven(options, SideOption::kOverwrite)});
   std::string text;
-  if (!result.needed) text = options.files[0] + " needs no repair; nothing was written\n";
+  if (!result.needed)
+    text = PrintableText(options.files[0]) + " needs no repair; nothing was written\n";
   // Printed after a failure too: the first of several flights may have been written.
   if (!result.written.empty()) {
     text = igc::LeftOutText(result.lines_left_out) + ", " + std::to_string(result.fixes) +
            " fixes written to";
-    for (const std::string& path : result.written) text.append(" ").append(path);
+    for (const std::string& path : result.written) text.append(" ").append(PrintableText(path));
     text += '\n';
   }
   PrintResult(console, text);

@@ -9,6 +9,7 @@
 #include "app/console/exit_status.h"
 #include "app/console/run_to_end.h"
 #include "commands/open_file.h"
+#include "core/text/printable.h"
 #include "report/flight_table.h"
 
 namespace skyhaul {
@@ -43,7 +44,7 @@ int RunDownloadFlights(const Batch& batch) {
   });
   std::string text = IdentityText(result.identity);
   // Printed after a failure too: some of the flights may have been saved.
-  for (const std::string& path : result.written) text += "Saved " + path + '\n';
+  for (const std::string& path : result.written) text += "Saved " + PrintableText(path) + '\n';
   Print(batch, text);
   return Finish(batch, result.done, result.written);
 }
@@ -68,7 +69,8 @@ int RunDownloadWaypoints(const Batch& batch) {
   });
   Print(batch, IdentityText(result.identity));
   if (result.done) {
-    Print(batch, std::to_string(result.saved) + " waypoints saved in " + batch.block->file + '\n');
+    Print(batch, std::to_string(result.saved) + " waypoints saved in " +
+                     PrintableText(batch.block->file) + '\n');
   }
   return Finish(batch, result.done, result.written);
 }
@@ -117,7 +119,7 @@ int RunConvertWaypoints(const Batch& batch) {
 int RunIgcToKml(const Batch& batch) {
   const ConvertFileRequest request = MakeIgcToKmlRequest(*batch.block);
   if (!ConvertFile(*batch.session, request).done) return Finish(batch, false);
-  Print(batch, "Saved " + request.to + '\n');
+  Print(batch, "Saved " + PrintableText(request.to) + '\n');
   return Finish(batch, true, {request.to});
 }
 
@@ -125,7 +127,7 @@ int RunOpenFile(const Batch& batch) {
   const OpenFileResult result = OpenFile(*batch.session, {.path = batch.block->file});
   if (!result.done) return kExitFailed;
   Print(batch, SummaryText(result.summary));
-  return kExitDone;
+  return HasDamage(result.summary) ? kExitFailed : kExitDone;
 }
 
 // The commands that this version carries out.
