@@ -98,6 +98,8 @@ const char* ReadLine(std::string_view rest, SpokenLine& line) {
 
 void LogBytes(ConversationLog& log, Speaker speaker, std::string_view bytes, uint64_t now_ns) {
   FlushLog(log, now_ns);
+  // A read that brought nothing does not end what the other side is saying.
+  if (bytes.empty()) return;
   if (speaker != log.speaker) Finish(log);
   log.speaker = speaker;
   for (const char c : bytes) {

@@ -188,7 +188,7 @@ void Pause(const SerialLink& link, uint32_t ms) {
   const uint64_t end_ms = clock.tick_ms(clock.context) + ms;
   while (!link.operation->aborted) {
     const uint64_t now_ms = clock.tick_ms(clock.context);
-    LogTraced(Speaker::kInstrument, {}, now_ms);
+    LogTracedTime(now_ms);
     if (now_ms >= end_ms) return;
     const uint64_t slice_ms = std::min<uint64_t>(end_ms - now_ms, kPauseSlice_ms);
     clock.wait(clock.context, static_cast<uint32_t>(slice_ms));

@@ -84,12 +84,12 @@ void LogTracedJob(std::string_view what, uint64_t tick_ms) {
 
 void LogTraced(Speaker speaker, std::string_view bytes, uint64_t tick_ms) {
   WithLines(tick_ms, [&](TraceLog& log, uint64_t now_ns) {
-    if (bytes.empty()) {
-      FlushLog(log.lines, now_ns);
-    } else {
-      LogBytes(log.lines, speaker, bytes, now_ns);
-    }
+    LogBytes(log.lines, speaker, bytes, now_ns);
   });
+}
+
+void LogTracedTime(uint64_t tick_ms) {
+  WithLines(tick_ms, [](TraceLog& log, uint64_t now_ns) { FlushLog(log.lines, now_ns); });
 }
 
 void LogTracedRemark(std::string_view text, uint64_t tick_ms) {

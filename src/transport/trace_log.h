@@ -29,9 +29,12 @@ void EndTraceLog();
 // A job begins: times count from here on, and its first line is a remark that names it.
 void LogTracedJob(std::string_view what, uint64_t tick_ms);
 
-// Bytes of one side. Without any this only says that time has passed, so that a line which its
-// sender does not go on with is written: a link says so every 50 ms.
+// Bytes of one side.
 void LogTraced(Speaker speaker, std::string_view bytes, uint64_t tick_ms);
+
+// Says that time has passed, so that a line which its sender does not go on with is written. A link
+// says so every 50 ms.
+void LogTracedTime(uint64_t tick_ms);
 
 void LogTracedRemark(std::string_view text, uint64_t tick_ms);
 

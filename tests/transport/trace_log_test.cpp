@@ -18,11 +18,11 @@ TEST(TraceLog, PutsALineThatHangsOnTheDiskWithinASecond) {
                  }});
   LogTracedJob("first", 50'000);
   LogTraced(Speaker::kInstrument, "$PBR", 50'200);
-  LogTraced(Speaker::kInstrument, {}, 50'250);
+  LogTracedTime(50'250);
   EXPECT_TRUE(text.ends_with("$PBR|\n")) << text;
-  LogTraced(Speaker::kInstrument, {}, 50'950);
+  LogTracedTime(50'950);
   EXPECT_TRUE(text.ends_with("$PBR|\n")) << text;
-  LogTraced(Speaker::kInstrument, {}, 51'000);
+  LogTracedTime(51'000);
   EXPECT_TRUE(text.ends_with("$PBR|\nsettled\n")) << text;
   LogTraced(Speaker::kHost, "x", 51'100);
   LogTracedJob("second\nline", 61'000);
