@@ -13,6 +13,7 @@ void Fuzz(std::string_view text) {
   std::vector<SpokenLine> lines;
   std::string message;
   RequireAllOrNothing(ReadConversation(text, lines, message), lines.size(), message);
+  if (lines.empty()) return;
   std::string written;
   for (SpokenLine& line : lines) {
     written += FormatSpokenLine(line);

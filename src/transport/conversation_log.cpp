@@ -79,6 +79,12 @@ const char* ReadColumns(std::string_view rest, SpokenLine& line) {
   return nullptr;
 }
 
+// True for what begins with a job's first line.
+bool BeginsJob(std::string_view rest) {
+  std::string_view line = TakeLine(rest);
+  return TakeWord(line) == "0.000" && TakeWord(line) == kRemark;
+}
+
 // Reads one line; a remark or an empty line leaves no bytes. Returns what is wrong, null when
 // nothing is.
 const char* ReadLine(std::string_view rest, SpokenLine& line) {
@@ -132,6 +138,11 @@ std::string FormatSpokenLine(const SpokenLine& line) {
   return text;
 }
 
+bool IsRemark(std::string_view line) {
+  SpokenLine spoken;
+  return ReadLine(line, spoken) == nullptr && spoken.bytes.empty();
+}
+
 int ReadConversation(std::string_view text, std::vector<SpokenLine>& lines, std::string& message) {
   lines.clear();
   message.clear();
@@ -141,6 +152,8 @@ int ReadConversation(std::string_view text, std::vector<SpokenLine>& lines, std:
     SpokenLine line{.line_number = number};
     const char* problem = ReadLine(TakeLine(rest), line);
     if (problem != nullptr && rest.empty() && !last_is_whole) break;
+    // Where a run died in the middle of a line the next one began on a new line.
+    if (problem != nullptr && BeginsJob(rest)) continue;
     if (problem != nullptr) {
       message = "Line " + std::to_string(number) + " cannot be read: " + problem;
       lines.clear();
@@ -148,7 +161,8 @@ int ReadConversation(std::string_view text, std::vector<SpokenLine>& lines, std:
     }
     if (!line.bytes.empty()) lines.push_back(std::move(line));
   }
-  return static_cast<int>(lines.size());
+  if (lines.empty()) message = "It holds no conversation";
+  return lines.empty() ? -1 : static_cast<int>(lines.size());
 }
 
 }  // namespace skyhaul

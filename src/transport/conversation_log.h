@@ -57,9 +57,13 @@ struct SpokenLine {
 // The line of a file, its line end included.
 std::string FormatSpokenLine(const SpokenLine& line);
 
-// Reads a file of such lines; remarks and empty lines are skipped. A last line that was cut off, as
-// a computer that loses its power leaves it, is left out. Returns the number of lines read, or -1
-// when another line cannot be read; then the message names it and there are no lines.
+// True for a line of a remark or without any text.
+bool IsRemark(std::string_view line);
+
+// Reads a file of such lines; remarks and empty lines are skipped. A line that cannot be read is
+// left out where a computer that lost its power leaves one: at the end, without a line end, and
+// directly before the first remark of a job. Returns the number of lines read, or -1 when another
+// line cannot be read or there are none; then the message says so, and lines is empty.
 int ReadConversation(std::string_view text, std::vector<SpokenLine>& lines, std::string& message);
 
 }  // namespace skyhaul
