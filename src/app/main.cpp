@@ -1,5 +1,7 @@
 #include <cerrno>
 #include <cstring>
+#include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -23,27 +25,50 @@ namespace {
 
 using namespace skyhaul;
 
-int RunLongOptions(Session& session, Console& console, const std::vector<std::string>& arguments) {
-  LongOptions options;
-  std::string message;
-  if (ParseLongOptions(arguments, options, message) != 0) {
-    ShowMessage(Operation{.shell = session.shell}, message, kCommandLineTitle);
-    return kExitBadCommandLine;
-  }
-  return RunLongCommand(session, console, options);
+// The options that go with switches too.
+struct CommonOptions {
+  std::optional<std::string> trace;
+  std::optional<std::string> warning;
+};
+
+int RefuseCommandLine(const Session& session, const std::string& message) {
+  ShowMessage(Operation{.shell = session.shell}, message, kCommandLineTitle);
+  return kExitBadCommandLine;
 }
 
-int RunSwitches(Session& session, Console& console, const ProgramArguments& arguments) {
+// Runs a command that has been understood, and writes down what it says to an instrument.
+template <typename Function>
+int RunTraced(const Session& session, const CommonOptions& common,
+              std::span<const std::string> files, Function run) {
+  const Operation operation = {.shell = session.shell};
+  LogFile trace;
+  const std::string path = common.trace ? *common.trace : EnvironmentVariable("SKYHAUL_TRACE");
+  if (StartTracing(trace, path, files, operation) != 0) return kExitFailed;
+  const int status = run();
+  StopTracing(trace, operation);
+  return status;
+}
+
+int RunLongOptions(Session& session, Console& console, const std::vector<std::string>& words,
+                   const CommonOptions& common) {
+  LongOptions options;
+  std::string message;
+  if (ParseLongOptions(words, options, message) != 0) return RefuseCommandLine(session, message);
+  if (common.warning) return RefuseCommandLine(session, kWarningMisplaced);
+  return RunTraced(session, common, options.files,
+                   [&] { return RunLongCommand(session, console, options); });
+}
+
+int RunSwitches(Session& session, Console& console, const ProgramArguments& arguments,
+                const CommonOptions& common) {
   CommandLineBlock block;
   std::string message;
   const CommandLineHost host = {.is_port_name = IsPortName};
   // On Linux an absolute path looks like a switch, so a word that names an existing file is not
   // one.
-  const ArgumentText given = CommandTextFromArguments(arguments.words, arguments.text, FileExists);
-  if (ParseArguments(given, host, block, message) != 0) {
-    ShowMessage(Operation{.shell = session.shell}, message, kCommandLineTitle);
-    return kExitBadCommandLine;
-  }
+  ArgumentText given = CommandTextFromArguments(arguments.words, arguments.text, FileExists);
+  given.warning = common.warning;
+  if (ParseArguments(given, host, block, message) != 0) return RefuseCommandLine(session, message);
   // Called with nothing at all: the help is the answer, and no failure.
   if (!block.present) {
     PrintResult(console, HelpText());
@@ -52,29 +77,24 @@ int RunSwitches(Session& session, Console& console, const ProgramArguments& argu
   // Opening a file has nothing to abort but itself.
   console.aborts_on_interrupt = block.command != Command::kOpenFile;
   if (console.aborts_on_interrupt) CountInterrupts(nullptr);
-  return RunBatch(session, console, block);
+  const std::string files[] = {block.file, block.waypoint_source, block.waypoint_destination};
+  return RunTraced(session, common, files, [&] { return RunBatch(session, console, block); });
 }
 
-int RunTraced(Session& session, Console& console, ProgramArguments arguments) {
-  const Operation operation = {.shell = session.shell};
-  std::string option;
+int RunProgram(Session& session, Console& console, ProgramArguments arguments) {
+  CommonOptions common;
   std::string message;
-  if (TakeTraceOption(arguments.words, option, message) != 0) {
-    ShowMessage(operation, message, kCommandLineTitle);
-    return kExitBadCommandLine;
+  if (TakeOption(arguments.words, kTraceOption, common.trace, message) != 0 ||
+      TakeOption(arguments.words, kWarningOption, common.warning, message) != 0) {
+    return RefuseCommandLine(session, message);
   }
-  // The text as it was typed still holds the option.
-  if (!option.empty()) arguments.text.clear();
-  TraceFile trace;
-  const std::string path = option.empty() ? EnvironmentVariable("SKYHAUL_TRACE") : option;
-  if (StartTracing(trace, path, operation) != 0) return kExitFailed;
-  // The option alone is not the call without arguments that the help answers.
-  const bool alone = !option.empty() && arguments.words.empty();
-  const int status = HasLongOptions(arguments.words) || alone
-                         ? RunLongOptions(session, console, arguments.words)
-                         : RunSwitches(session, console, arguments);
-  StopTracing(trace, operation);
-  return status;
+  // The text as it was typed still holds them.
+  if (common.trace || common.warning) arguments.text.clear();
+  // The trace alone is not the call without arguments that the help answers.
+  const bool alone = common.trace && arguments.words.empty();
+  return HasLongOptions(arguments.words) || alone
+             ? RunLongOptions(session, console, arguments.words, common)
+             : RunSwitches(session, console, arguments, common);
 }
 
 // A result that did not reach its reader is no success, whatever it said.
@@ -102,7 +122,7 @@ int main(int argc, char** argv) {
   Document document;
   Session session = {
       .platform = &NativePlatform(), .shell = &shell, .defaults = &defaults, .document = &document};
-  const int status = RunTraced(session, console, ReadProgramArguments(argc, argv));
+  const int status = RunProgram(session, console, ReadProgramArguments(argc, argv));
   // So that the shell's prompt does not stand behind the last percentage.
   FinishProgressLine(console);
   return CheckOutput(Operation{.shell = &shell}, console.output_error, status);

@@ -16,7 +16,8 @@ struct AppendOpening {
 };
 
 // Opens a file to write behind what it holds, and makes it when there is none, for this user's eyes
-// alone. A pipe that nobody reads is refused.
+// alone. A pipe that nobody reads is refused, and on Linux a terminal: an instrument may be behind
+// it.
 AppendOpening OpenToAppend(const std::string& path);
 
 // Hands the whole text to the system, which keeps it also when the program dies. Never waits for

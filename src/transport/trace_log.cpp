@@ -83,9 +83,8 @@ void LogTracedJob(std::string_view what, uint64_t tick_ms) {
 }
 
 void LogTraced(Speaker speaker, std::string_view bytes, uint64_t tick_ms) {
-  WithLines(tick_ms, [&](TraceLog& log, uint64_t now_ns) {
-    LogBytes(log.lines, speaker, bytes, now_ns);
-  });
+  WithLines(tick_ms,
+            [&](TraceLog& log, uint64_t now_ns) { LogBytes(log.lines, speaker, bytes, now_ns); });
 }
 
 void LogTracedTime(uint64_t tick_ms) {

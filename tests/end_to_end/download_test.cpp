@@ -57,6 +57,8 @@ TEST_F(DownloadTest, SavesTheFlightToTheByteAndShowsIt) {
 TEST_F(DownloadTest, ATraceReplacesTheInstrument) {
   StartInstrument(instrument, {"--flight", folder.File("flight.igc"), "--baud", "0"});
   const std::string trace = folder.File("trace");
+  // What a run that lost its power has left.
+  WriteText(trace, "   0.000 host        11 24 5");
   setenv("SKYHAUL_TRACE", trace.c_str(), 1);
   EXPECT_EQ(RunToEnd(program, Download()), 0) << program.Err();
   unsetenv("SKYHAUL_TRACE");
@@ -135,13 +137,16 @@ TEST_F(DownloadTest, AMissingFileDoesNotStopTheScores) {
 }
 
 TEST_F(DownloadTest, BadCommandLinesAreTold) {
+  const std::string file = folder.File("flight.igc");
   const std::tuple<Texts, int, const char*> cases[] = {
       {{"/GPS=NOBODY"}, 2, "Parsing command line: Bad GPS type\n"},
       {{"--info", folder.File("missing.igc")}, 1, "Error opening IGC Log File"},
-      {{folder.File("flight.igc"), "/EXIT"}, 0, ""},
-      {{folder.File("flight.igc"), folder.File("client"), "/EXIT"}, 2, "Unrecognized command"},
+      {{file, "/EXIT"}, 0, ""},
+      {{file, folder.File("client"), "/EXIT"}, 2, "Unrecognized command"},
       {{"--ports"}, 0, ""},
       {{"--ports", "--trace", folder.File("none/trace")}, 1, "Writing the trace: "},
+      {{"--check", file, "--trace", folder.File("./flight.igc")}, 1, " is a file of the command"},
+      {{"--ports", "--trace", "/dev/ptmx"}, 1, "It is a terminal or a serial port"},
   };
   for (const auto& [more, status, message] : cases) {
     Texts arguments = {SKYHAUL_PROGRAM};

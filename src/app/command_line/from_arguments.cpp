@@ -71,28 +71,11 @@ bool ReadsAsTyped(std::string_view text) {
   return CountSwitches(text) > 0 || IsQuotedAsAWhole(text);
 }
 
-// Takes "--warning" and the word behind it out of the words. An option without a value gives an
-// empty one.
-std::vector<std::string> WithoutWarning(std::span<const std::string> words, ArgumentText& result) {
-  std::vector<std::string> others;
-  for (size_t i = 0; i < words.size(); ++i) {
-    if (words[i] != kWarningOption) {
-      others.push_back(words[i]);
-    } else {
-      ++i;
-      result.warning = i < words.size() ? words[i] : "";
-    }
-  }
-  return others;
-}
-
 }  // namespace
 
-ArgumentText CommandTextFromArguments(std::span<const std::string> all_words,
-                                      const std::string& typed,
+ArgumentText CommandTextFromArguments(std::span<const std::string> words, const std::string& typed,
                                       const FileExistsFunction& file_exists) {
   ArgumentText result;
-  const std::vector<std::string> words = WithoutWarning(all_words, result);
   if (ReadsAsTyped(typed)) {
     result.text = typed;
     return result;

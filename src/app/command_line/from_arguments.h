@@ -9,15 +9,13 @@
 
 namespace skyhaul {
 
-inline constexpr std::string_view kWarningOption = "--warning";
-
 using FileExistsFunction = std::function<bool(const std::string& path)>;
 
 // What a program's arguments come to.
 struct ArgumentText {
   std::vector<std::string> files;  // arguments that are existing files, whatever they look like
   std::string text;                // the rest as a command line to parse
-  std::optional<std::string> warning = {};  // the value of --warning, which goes with switches
+  std::optional<std::string> warning = {};  // the value of --warning; filled in by the caller
 
   friend bool operator==(const ArgumentText&, const ArgumentText&) = default;
 };
@@ -28,8 +26,7 @@ struct ArgumentText {
 // or with one pair of quotes around all of them. Otherwise every word is a file that exists or one
 // switch, so '/PILOT=First Last' becomes /PILOT="First Last"; a single word may hold all switches.
 // A value that holds a double quote stays as it is: quotes in quotes cannot be written. Words that
-// do not begin with a switch are the words of one file name. "--warning METRES" may stand anywhere
-// among them, but not inside quotes around all switches.
+// do not begin with a switch are the words of one file name.
 ArgumentText CommandTextFromArguments(std::span<const std::string> words, const std::string& typed,
                                       const FileExistsFunction& file_exists);
 

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <numeric>
 
-#include "app/command_line/from_arguments.h"
-
 namespace skyhaul {
 
 namespace {
@@ -43,6 +41,7 @@ std::string UnknownOption(const std::string& argument) {
   for (const SideOptionName& side : kSideOptions) consider(side.name);
   for (const LongOption& option : kLongOptions) consider(option.name);
   consider(kTraceOption);
+  consider(kWarningOption);
   const std::string unknown = "Unknown option " + Quoted(argument);
   if (EditDistance(argument, nearest) > kMaxEdits) return unknown + " (see \"--help\")";
   return unknown + " (did you mean " + Quoted(nearest) + "?)";
@@ -124,28 +123,27 @@ std::string CheckOptions(const Parsing& parsing, const LongOptions& options) {
 
 }  // namespace
 
-int TakeTraceOption(std::vector<std::string>& arguments, std::string& file, std::string& message) {
+int TakeOption(std::vector<std::string>& arguments, std::string_view name,
+               std::optional<std::string>& value, std::string& message) {
   const auto find = [&] {
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
-    const auto found = std::find(arguments.begin(), end, kTraceOption);
+    const auto found = std::find(arguments.begin(), end, name);
     return found == end ? arguments.end() : found;
   };
   for (auto option = find(); option != arguments.end(); option = find()) {
-    const auto value = option + 1;
-    if (value == arguments.end() || value->empty()) {
-      message = "Missing file name after " + Quoted(kTraceOption);
+    const auto next = option + 1;
+    if (next == arguments.end() || next->empty()) {
+      message = "Missing value after " + Quoted(name);
       return -1;
     }
-    file = *value;
-    arguments.erase(option, value + 1);
+    value = *next;
+    arguments.erase(option, next + 1);
   }
   return 0;
 }
 
 bool HasLongOptions(std::span<const std::string> arguments) {
-  // This one goes with switches, and may stand before them.
-  return !arguments.empty() && arguments.front().starts_with("--") &&
-         arguments.front() != kWarningOption;
+  return !arguments.empty() && arguments.front().starts_with("--");
 }
 
 int ParseLongOptions(std::span<const std::string> arguments, LongOptions& options,

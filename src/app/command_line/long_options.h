@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -147,13 +148,18 @@ inline const std::string& ValueOf(const LongOptions& options, SideOption option)
 // the instrument.
 inline constexpr std::string_view kTraceOption = "--trace";
 
-// Takes that option and its file name out of the arguments, wherever they stand before a "--"; of
-// several the last counts. file stays as it is when there is none. Returns 0, or -1 with one line
-// that says what is wrong.
-int TakeTraceOption(std::vector<std::string>& arguments, std::string& file, std::string& message);
+// Goes with /WR_CTR alone: how far before an airspace the instrument warns.
+inline constexpr std::string_view kWarningOption = "--warning";
+inline constexpr char kWarningMisplaced[] = "\"--warning\" goes with /WR_CTR only";
 
-// True when the program was called with long options: the first argument begins with two dashes,
-// and is not the one that goes with switches alone.
+// Takes one of these two and its value out of the arguments, wherever they stand before a "--"; of
+// several the last counts. value stays as it is when there is none. Returns 0, or -1 with one line
+// that says what is wrong.
+int TakeOption(std::vector<std::string>& arguments, std::string_view name,
+               std::optional<std::string>& value, std::string& message);
+
+// True when the program was called with long options: the first argument begins with two dashes.
+// Those that go with switches too have been taken out.
 bool HasLongOptions(std::span<const std::string> arguments);
 
 // Parses long options and files, in any order. After "--" every argument is a file. Returns 0, or

@@ -4,6 +4,7 @@
 
 #include "app/command_line/characters.h"
 #include "app/command_line/checks.h"
+#include "app/command_line/long_options.h"
 #include "app/command_line/tokeniser.h"
 #include "app/command_line/value_text.h"
 
@@ -51,7 +52,7 @@ std::string TakeWarning(const std::string& value, CommandLineBlock& block) {
     return "\"--warning\" needs a number of metres from 0 to 9999";
   }
   // Where it would be passed over nobody may trust it to have worked.
-  return block.command == Command::kUploadAirspace ? "" : "\"--warning\" goes with /WR_CTR only";
+  return block.command == Command::kUploadAirspace ? "" : kWarningMisplaced;
 }
 
 // What becomes of a value or a file name that is too long.

@@ -1,7 +1,8 @@
 #include "app/console/trace_file.h"
 
-#include <string_view>
+#include <algorithm>
 
+#include "platform/file.h"
 #include "transport/trace_log.h"
 
 namespace skyhaul {
@@ -10,38 +11,30 @@ namespace {
 
 constexpr const char* kTitle = "Writing the trace";
 
-void WriteLine(void* context, std::string_view line) {
-  auto& file = *static_cast<TraceFile*>(context);
-  // Not tried again: what comes after a gap would look as if it had followed.
-  if (file.problem.empty()) file.problem = Append(file.handle, line);
-}
-
-void Settle(void* context) {
-  SettleAppended(static_cast<TraceFile*>(context)->handle);
-}
-
 }  // namespace
 
-int StartTracing(TraceFile& file, const std::string& path, const Operation& operation) {
+int StartTracing(LogFile& trace, const std::string& path, std::span<const std::string> files,
+                 const Operation& operation) {
   if (path.empty()) return 0;
-  const AppendOpening opening = OpenToAppend(path);
-  if (opening.handle == kNoAppendHandle) {
-    ShowMessage(operation, path + ": " + opening.reason, kTitle);
+  // One would be written into the other, or replace it. A file to be made has only its name yet.
+  const bool taken = std::any_of(files.begin(), files.end(), [&](const std::string& file) {
+    return file == path || SameFile(file, path);
+  });
+  const std::string problem =
+      taken ? path + " is a file of the command itself" : OpenLogFile(trace, path);
+  if (!problem.empty()) {
+    ShowMessage(operation, problem, kTitle);
     return -1;
   }
-  file = {.path = path, .handle = opening.handle, .problem = {}};
-  StartTraceLog({.context = &file, .write = WriteLine, .settle = Settle});
+  StartTraceLog({.context = &trace, .write = WriteLogLine, .settle = SettleLog});
   return 0;
 }
 
-void StopTracing(TraceFile& file, const Operation& operation) {
-  if (file.handle == kNoAppendHandle) return;
+void StopTracing(LogFile& trace, const Operation& operation) {
   EndTraceLog();
-  CloseAppended(file.handle);
-  file.handle = kNoAppendHandle;
   // Only now: a transfer is worth more than its trace, and one message is enough.
-  if (file.problem.empty()) return;
-  ShowMessage(operation, file.path + " ends before the conversation does: " + file.problem, kTitle);
+  const std::string problem = CloseLogFile(trace);
+  if (!problem.empty()) ShowMessage(operation, problem, kTitle);
 }
 
 }  // namespace skyhaul

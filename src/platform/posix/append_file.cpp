@@ -23,7 +23,9 @@ AppendOpening OpenToAppend(const std::string& path) {
   constexpr int kFlags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
   const int fd = open(path.c_str(), kFlags, 0600);
   if (fd < 0) return {.handle = kNoAppendHandle, .reason = SystemReason(errno)};
-  return {.handle = fd, .reason = {}};
+  if (isatty(fd) == 0) return {.handle = fd, .reason = {}};
+  close(fd);
+  return {.handle = kNoAppendHandle, .reason = "It is a terminal or a serial port"};
 }
 
 std::string Append(AppendHandle file, std::string_view text) {

@@ -3,11 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
-
-#include "app/command_line/long_options.h"
 
 namespace skyhaul {
 namespace {
@@ -41,18 +38,6 @@ TEST(FromArguments, RebuildsTheCommandLineFromWords) {
   };
   for (const auto& [words, text] : cases) {
     EXPECT_EQ(Convert(words), (ArgumentText{.files = {}, .text = text}));
-  }
-}
-
-TEST(FromArguments, TheWarningDistanceStandsAnywhereAmongTheSwitches) {
-  const std::tuple<Words, const char*, const char*> cases[] = {
-      {{"/WR_CTR=my a.txt", "--warning", "500"}, "/WR_CTR=\"my a.txt\"", "500"},
-      {{"--warning", "/x", "/EXIT"}, "/EXIT", "/x"},
-      {{"/EXIT", "--warning"}, "/EXIT", ""},
-  };
-  for (const auto& [words, text, warning] : cases) {
-    EXPECT_EQ(Convert(words), (ArgumentText{.files = {}, .text = text, .warning = warning}));
-    EXPECT_FALSE(HasLongOptions(words));
   }
 }
 

@@ -52,20 +52,20 @@ TEST(LongOptions, TheTraceIsTakenOutOfAnyArguments) {
   const struct {
     Arguments arguments;
     Arguments left;
-    std::string file;
+    std::optional<std::string> file;
     int result = 0;
   } cases[] = {
       {{"/EXIT", "--trace", "a", "--trace", "--b"}, {"/EXIT"}, "--b"},
-      {{"--info", "--", "--trace", "a"}, {"--info", "--", "--trace", "a"}, ""},
-      {{"--info", "a", "--trace"}, {"--info", "a", "--trace"}, "", -1},
-      {{"--trace", ""}, {"--trace", ""}, "", -1},
+      {{"--info", "--", "--trace", "a"}, {"--info", "--", "--trace", "a"}, {}},
+      {{"--info", "a", "--trace"}, {"--info", "a", "--trace"}, {}, -1},
+      {{"--trace", ""}, {"--trace", ""}, {}, -1},
   };
   for (const auto& c : cases) {
     Arguments left = c.arguments;
-    std::string file;
+    std::optional<std::string> file;
     std::string message;
-    EXPECT_EQ(TakeTraceOption(left, file, message), c.result);
-    EXPECT_EQ(message, c.result == 0 ? "" : "Missing file name after \"--trace\"");
+    EXPECT_EQ(TakeOption(left, kTraceOption, file, message), c.result);
+    EXPECT_EQ(message, c.result == 0 ? "" : "Missing value after \"--trace\"");
     EXPECT_EQ(left, c.left);
     EXPECT_EQ(file, c.file);
   }
@@ -75,6 +75,7 @@ TEST(LongOptions, SaysWhatIsWrong) {
   const std::pair<Arguments, const char*> cases[] = {
       {{"--chek", "a"}, "Unknown option \"--chek\" (did you mean \"--check\"?)"},
       {{"--info", "-json", "a"}, "Unknown option \"-json\" (did you mean \"--json\"?)"},
+      {{"--waring", "5"}, "Unknown option \"--waring\" (did you mean \"--warning\"?)"},
       {{"--transmogrify"}, "Unknown option \"--transmogrify\" (see \"--help\")"},
       {{"--ports", "a", "b"}, "Unexpected \"a\" after \"--ports\""},
       {{"--info", "--check", "a"}, "\"--info\" and \"--check\" cannot be combined"},
