@@ -133,7 +133,7 @@ constexpr std::string_view kOptionsHelp =
     "  --refuse HOW      refuse every upload: plausibility, memory, protected, syntax or silent;\n"
     "                    a refused waypoint is just not kept\n"
     "  --link PATH       keep a symbolic link to the terminal\n"
-    "  --log FILE        write the conversation to a file\n"
+    "  --log FILE        append the conversation to a file\n"
     "  --baud RATE       speed of the line in bits per second; 0 is as fast as it goes\n"
     "                    (default 57600)\n"
     "  --help            show this text\n";

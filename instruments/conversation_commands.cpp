@@ -6,7 +6,6 @@
 #include "instruments/anonymise.h"
 #include "instruments/choices.h"
 #include "instruments/host.h"
-#include "instruments/log_file.h"
 #include "instruments/replay.h"
 #include "platform/file.h"
 
@@ -21,14 +20,15 @@ constexpr std::string_view kUsage =
     "\n"
     "Conversations:\n"
     "  replay            play the instrument's part of FILE back behind a pseudo-terminal. FILE\n"
-    "                    is what --log writes, or the program's own --trace. What\n"
-    "                    the host sends otherwise than in FILE is told; it is answered only when\n"
-    "                    it stands further on in FILE\n"
+    "                    is what --log writes, or the program's own --trace. What the host sends\n"
+    "                    otherwise than in FILE is told; a line of its that stands further on in\n"
+    "                    FILE is answered, any other is not\n"
     "  --at-once         without the pauses of FILE\n"
     "  anonymise         write FILE to OUT without the names and numbers of pilot, glider and\n"
     "                    instrument: letters become X, digits 0. Lengths and the checksums of\n"
     "                    sentences stay right. A flight's security record (G) does not verify\n"
-    "                    afterwards; where and when it was flown stays, and so do the remarks\n";
+    "                    afterwards; where and when it was flown stays, and so do the remarks.\n"
+    "                    Look through OUT: a name in a damaged line may not be recognised\n";
 
 struct ReplayChoices {
   std::string file;
@@ -79,17 +79,19 @@ int RunReplay(const std::vector<std::string>& arguments) {
   if (!problem.empty()) return Refuse(problem);
   std::vector<SpokenLine> lines;
   if (ReadConversation(text, lines, problem) < 0) return Refuse(choices.file + ": " + problem);
-  LogFile log_file;
-  ConversationLog* const log = OpenLog(log_file, choices.log_path, problem);
-  if (!problem.empty()) return Refuse(problem);
-  Replay replay{.turns = TurnsOf(lines),
-                .at_once = choices.at_once,
-                .log = TellDifference,
-                .log_context = log};
-  SimulatedInstrument instrument = MakeReplayInstrument(replay);
-  Choices host;
-  host.link_path = choices.link_path;
-  return RunBehindTerminal(instrument, host, log);
+  // FILE itself, by whatever name, or another conversation. A device is never the same as itself.
+  if (SameFile(choices.log_path, choices.log_path))
+    return Refuse(choices.log_path + " exists already");
+  return RunLogged(choices.log_path, [&](ConversationLog* log) {
+    Replay replay{.turns = TurnsOf(lines),
+                  .at_once = choices.at_once,
+                  .log = TellDifference,
+                  .log_context = log};
+    SimulatedInstrument instrument = MakeReplayInstrument(replay);
+    Choices host;
+    host.link_path = choices.link_path;
+    return RunBehindTerminal(instrument, host, log);
+  });
 }
 
 int RunAnonymise(const std::vector<std::string>& arguments) {

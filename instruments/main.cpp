@@ -11,7 +11,7 @@
 #include "instruments/choices.h"
 #include "instruments/conversation_commands.h"
 #include "instruments/families.h"
-#include "instruments/log_file.h"
+#include "instruments/host.h"
 
 namespace skyhaul {
 
@@ -24,10 +24,8 @@ int RunChoices(const Choices& choices) {
       std::find_if(families.begin(), families.end(),
                    [&](const SimulatedFamily& known) { return known.name == choices.family; });
   if (family == families.end()) return Refuse("Unknown family " + choices.family);
-  LogFile log_file;
-  std::string problem;
-  ConversationLog* const log = OpenLog(log_file, choices.log_path, problem);
-  return problem.empty() ? family->run(choices, log) : Refuse(problem);
+  return RunLogged(choices.log_path,
+                   [&](ConversationLog* log) { return family->run(choices, log); });
 }
 
 }  // namespace

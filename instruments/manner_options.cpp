@@ -81,7 +81,8 @@ constexpr Option kOptions[] = {
 constexpr std::string_view kHelp =
     "\n"
     "Manners:\n"
-    "  --hear-while-busy take what is sent between XOFF and XON; without this it is dropped, as\n"
+    "  --hear-while-busy\n"
+    "                    take what is sent between XOFF and XON; without this it is dropped, as\n"
     "                    by a real instrument\n"
     "  --keep-sending    go on with an answer when the port was closed; who opens it next gets\n"
     "                    the rest\n"
