@@ -95,11 +95,20 @@ TEST(Anonymise, BlanksWhatTellsWhoItWas) {
       {"HFPLTPILOTINCHARGE:Jos\xE9 M.\r\n", "HFPLTPILOTINCHARGE:XXXX XX\r\n"},
       {"HPGIDD-1234\r\n", "HPGIDXX0000\r\n"},
       {"HFDTE240526\r\n", "HFDTE240526\r\n"},
+      // Damaged: a bent name, a lost '$', a lost line end, noise.
+      {"$PBRSNQ,6030,ANNA MUSTER", "$PBRSNQ,6030,XXXX XXXXXX"},
+      {"PBRSNP,6030,ANNA MUSTER,01001", "PBRSNP,6030,XXXX XXXXXX,00000"},
+      {"HFDTE240526HFGIDGLIDERID:D-1234", "HFDTE240526HFGIDGLIDERID:XX0000"},
+      {"\x7F\xFE\x01"
+       "AFLY01001",
+       "\x7F\xFE\x01"
+       "AFLY00000"},
   };
   for (const auto& [line, expected] : cases) EXPECT_EQ(AnonymiseLine(line), expected);
 }
 
-// A name on two lines of the file with XOFF inside, the host's words between them, a line cut off.
+// A name on two lines of the file with XOFF inside, the host's words between them, a line cut off
+// in each of two runs; and the same name where nothing else tells what it is.
 TEST(Anonymise, PutsTogetherWhatOneSideSaid) {
   const auto file = [](const std::string& first, const std::string& second) {
     std::string text = "   0.000 remark      of ANNA\n";
@@ -113,12 +122,13 @@ TEST(Anonymise, PutsTogetherWhatOneSideSaid) {
   };
   std::string anonymous;
   std::string message;
-  EXPECT_EQ(AnonymiseConversation(file("$PBRSNP,6030,AN\x13N", "A MUSTER      ,01001,3.30*0E\r\n") +
-                                      "   0.012 instrument  41 4E 4E 41  |AN",
-                                  anonymous, message),
-            2)
-      << message;
-  EXPECT_EQ(anonymous, file("$PBRSNP,6030,XX\x13X", "X XXXXXX      ,00000,3.30*06\r\n"));
+  const std::string cut = "   0.012 instrument  41 4E 4E 41  |AN";
+  const std::string before = file("$PBRSNP,6030,AN\x13N", "A MUSTER      ,01001,3.30*0E\r\n") +
+                             cut + '\n' +
+                             file("$?,ANNA MUSTER*41\rHFPLT:ANNA\r", "B1201001N;01001\r\n") + cut;
+  EXPECT_EQ(AnonymiseConversation(before, anonymous, message), 4) << message;
+  EXPECT_EQ(anonymous, file("$PBRSNP,6030,XX\x13X", "X XXXXXX      ,00000,3.30*06\r\n") +
+                           file("$?,XXXX XXXXXX*49\rHFPLT:XXXX\r", "B1201001N;00000\r\n"));
 }
 
 }  // namespace
