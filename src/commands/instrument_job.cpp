@@ -5,7 +5,6 @@
 
 #include "commands/now.h"
 #include "core/text/date_time.h"
-#include "core/text/digits.h"
 #include "core/version.h"
 #include "protocols/families.h"
 
@@ -24,9 +23,8 @@ struct PendingJob {
 // wants to know first.
 std::string JobTitle(const Session& session, uint32_t protocol_type) {
   const CalendarTime now = Now(session.platform->clock);
-  std::string title = "Skyhaul " + std::to_string(kVersionNumber / 100) + '.' +
-                      PaddedNumber(kVersionNumber % 100, 2) + ", " + DateText(now) + ' ' +
-                      TimeText(now) + " UTC";
+  std::string title =
+      "Skyhaul " + VersionText() + ", " + DateText(now) + ' ' + TimeText(now) + " UTC";
   const std::span<const Family> families = Families();
   if (protocol_type < families.size()) {
     title.append(", ").append(families[protocol_type].maker);

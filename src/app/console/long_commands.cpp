@@ -15,7 +15,6 @@
 #include "commands/open_file.h"
 #include "commands/repair_file.h"
 #include "commands/score_flight.h"
-#include "core/text/digits.h"
 #include "core/text/printable.h"
 #include "core/version.h"
 #include "formats/igc/repairs.h"
@@ -28,9 +27,7 @@ namespace skyhaul {
 namespace {
 
 int PrintVersion(Console& console) {
-  // "Skyhaul 0.10": the number is the version times 100.
-  PrintResult(console, "Skyhaul " + std::to_string(kVersionNumber / 100) + '.' +
-                           PaddedNumber(kVersionNumber % 100, 2) + '\n');
+  PrintResult(console, "Skyhaul " + VersionText() + '\n');
   return kExitDone;
 }
 

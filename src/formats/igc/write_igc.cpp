@@ -161,8 +161,7 @@ void AppendFix(std::string& igc, const TrackPoint& point, bool enl) {
 
 // "LXSH Downloaded 2026-05-14  17:03:21"
 void AppendLog(std::string& igc, const CalendarTime& download) {
-  igc += "LXSH Skyhaul version " + std::to_string(kVersionNumber / 100) + '.' +
-         PaddedNumber(kVersionNumber % 100, 2);
+  igc += "LXSH Skyhaul version " + VersionText();
   igc += kLineEnd;
   igc += "LXSH Downloaded " + DateText(download) + "  " + TimeText(download);
   igc += kLineEnd;
