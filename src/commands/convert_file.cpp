@@ -25,7 +25,12 @@ ConvertFileResult ConvertFile(const Session& session, const ConvertFileRequest& 
     return {};
   }
   FileContents contents;
-  const igc::ReadOptions options = ReadOptionsOf(session, request.strict);
+  igc::ReadOptions options = ReadOptionsOf(session, request.strict);
+  // An IGC file that this program writes has no fixes marked V; a format that is none is told when
+  // it is written.
+  std::string ignored;
+  const FileFormat* format = FormatToWrite(request.to, request.keyword, FileKind::kTrack, ignored);
+  options.leave_out_marked = format != nullptr && format->keyword == "igc";
   if (LoadFile(operation, request.from, options, contents) < 0) return {};
   // The kind is known only once the file has been read, because its text is recognised too.
   if (CheckKind(operation, request.from, contents, request.only) != 0) return {};

@@ -6,6 +6,7 @@
 #include "core/geodesy/geodesic.h"
 #include "core/time_scale.h"
 #include "core/units.h"
+#include "formats/igc/fields.h"
 
 namespace skyhaul::igc {
 
@@ -87,6 +88,41 @@ bool IsReached(const TrackPoint& from, const TrackPoint& to) {
   return CanBeFlown(from, to, to.time > from.time ? to.time - from.time : 0);
 }
 
+// Gives the points days of their own again, from that of the first one on.
+void CountDays(std::vector<TrackPoint>& points, uint32_t midnight) {
+  uint32_t previous_s = 0;
+  for (TrackPoint& point : points) {
+    const uint32_t time_of_day_s = point.time % kSecondsPerDay;
+    if (IsPastMidnight(time_of_day_s, previous_s)) midnight += kSecondsPerDay;
+    point.time = midnight + time_of_day_s;
+    previous_s = time_of_day_s;
+  }
+}
+
+// Removes the points that do not stay.
+LeftOutFixes Remove(const std::vector<bool>& stays, std::vector<TrackPoint>& points,
+                    std::vector<FixSource>& sources) {
+  LeftOutFixes left_out;
+  const uint32_t midnight =
+      points.empty() ? 0 : points.front().time / kSecondsPerDay * kSecondsPerDay;
+  size_t kept = 0;
+  for (size_t i = 0; i < points.size(); ++i) {
+    if (!stays[i]) {
+      if (left_out.count++ == 0) left_out.first_line = sources[i].line;
+      continue;
+    }
+    points[kept] = points[i];
+    sources[kept++] = sources[i];
+  }
+  if (left_out.count == 0) return left_out;
+  points.resize(kept);
+  sources.resize(kept);
+  // The track begins with what is its first fix now.
+  if (kept > 0) points.front().segment_start = 1;
+  CountDays(points, midnight);
+  return left_out;
+}
+
 }  // namespace
 
 bool CanBeFlown(const TrackPoint& from, const TrackPoint& to, uint32_t time_s) {
@@ -120,28 +156,25 @@ std::vector<bool> FindFlight(std::span<const TimedFix> fixes) {
 
 LeftOutFixes LeaveOutUnknownPlaces(std::vector<TrackPoint>& points,
                                    std::vector<FixSource>& sources) {
-  LeftOutFixes left_out;
-  size_t kept = 0;
   size_t next_valid = 0;
+  const TrackPoint* previous = nullptr;
+  std::vector<bool> stays(points.size());
   for (size_t i = 0; i < points.size(); ++i) {
     next_valid = std::max(next_valid, i);
     while (next_valid < points.size() && !sources[next_valid].valid) ++next_valid;
-    const bool unknown =
-        !sources[i].valid &&
-        (IsNowhere(points[i]) || (kept > 0 && !IsReached(points[kept - 1], points[i])) ||
-         (next_valid < points.size() && !IsReached(points[i], points[next_valid])));
-    if (!unknown) {
-      points[kept] = points[i];
-      sources[kept++] = sources[i];
-    } else if (left_out.count++ == 0) {
-      left_out.first_line = sources[i].line;
-    }
+    stays[i] = sources[i].valid ||
+               (!IsNowhere(points[i]) && (previous == nullptr || IsReached(*previous, points[i])) &&
+                (next_valid == points.size() || IsReached(points[i], points[next_valid])));
+    if (stays[i]) previous = &points[i];
   }
-  points.resize(kept);
-  sources.resize(kept);
-  // The track begins with what is its first fix now.
-  if (kept > 0) points.front().segment_start = 1;
-  return left_out;
+  return Remove(stays, points, sources);
+}
+
+LeftOutFixes LeaveOutMarked(std::vector<TrackPoint>& points, std::vector<FixSource>& sources) {
+  std::vector<bool> stays(points.size());
+  std::transform(sources.begin(), sources.end(), stays.begin(),
+                 [](const FixSource& source) { return source.valid; });
+  return Remove(stays, points, sources);
 }
 
 }  // namespace skyhaul::igc

@@ -16,7 +16,7 @@ inline constexpr size_t kMaxLineLength = 80;
 // Where a fix came from.
 struct FixSource {
   uint32_t line = 0;  // of the text, counted from 1
-  bool valid = true;  // false: the record is marked V, 2D or no GPS data at all
+  bool valid = true;  // false: the record is not marked A: 2D, or no GPS data at all
 };
 
 // Reads the fixes of an IGC file's text. A line ends at LF, a CR ends its useful content, and at

@@ -33,6 +33,14 @@ int ReadDamaged(std::string_view text, Track& track, std::vector<FixSource>& sou
   return 0;
 }
 
+// "12 fixes marked V, the first on line 345"
+std::string LeftOutFixesText(const LeftOutFixes& left_out, const char* what) {
+  if (left_out.count == 0) return {};
+  const std::string line = std::to_string(left_out.first_line);
+  if (left_out.count == 1) return std::string("1 fix ") + what + ", on line " + line;
+  return std::to_string(left_out.count) + " fixes " + what + ", the first on line " + line;
+}
+
 }  // namespace
 
 int ReadTrack(std::string_view text, const ReadOptions& options, Track& track,
@@ -48,8 +56,10 @@ int ReadTrack(std::string_view text, const ReadOptions& options, Track& track,
   if (options.leave_out_unknown) {
     track.reading.left_out = LeaveOutUnknownPlaces(track.points, sources);
   }
+  if (options.leave_out_marked) track.reading.marked = LeaveOutMarked(track.points, sources);
   if (!track.points.empty()) return static_cast<int>(track.points.size());
-  message = "No positions: all " + std::to_string(all) + " fixes are marked V and have none";
+  message = "No positions: all " + std::to_string(all) + " fixes are marked V" +
+            (track.reading.marked.count == 0 ? " and have none" : "");
   return -1;
 }
 
@@ -80,14 +90,15 @@ std::vector<std::string> ReadingNotes(const Reading& reading) {
   }
   if (reading.left_out.count > 0)
     notes.push_back("Left out: " + UnknownPlacesText(reading.left_out));
+  if (reading.marked.count > 0) {
+    notes.push_back("Left out, because all fixes of the result are marked A: " +
+                    LeftOutFixesText(reading.marked, "marked V"));
+  }
   return notes;
 }
 
 std::string UnknownPlacesText(const LeftOutFixes& left_out) {
-  if (left_out.count == 0) return {};
-  const std::string line = std::to_string(left_out.first_line);
-  if (left_out.count == 1) return "1 fix without a position, on line " + line;
-  return std::to_string(left_out.count) + " fixes without a position, the first on line " + line;
+  return LeftOutFixesText(left_out, "without a position");
 }
 
 }  // namespace skyhaul::igc

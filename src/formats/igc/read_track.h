@@ -17,6 +17,7 @@ namespace skyhaul::igc {
 struct ReadOptions {
   bool strict = false;            // only the strict reader
   bool leave_out_unknown = true;  // fixes without a place, see LeaveOutUnknownPlaces()
+  bool leave_out_marked = false;  // all fixes that are not marked A, see LeaveOutMarked()
 };
 
 // How a file was read.
@@ -26,7 +27,8 @@ struct Reading {
   std::vector<std::string> refused;  // flights of the file that could not be repaired
   size_t flights = 1;                // that could be read; the first one is taken
   uint32_t second_flight_line = 0;   // of the file, when there is one
-  LeftOutFixes left_out;
+  LeftOutFixes left_out;             // without a place
+  LeftOutFixes marked;               // left out for their mark alone
 };
 
 struct Track {
@@ -36,7 +38,7 @@ struct Track {
 };
 
 // Reads an IGC file for looking at, scoring or converting it: strictly, and when that refuses,
-// leniently; then fixes without a place are left out. Returns the number of fixes, or -1 with a
+// leniently; then fixes are left out as the options say. Returns the number of fixes, or -1 with a
 // message that begins with the strict reader's; then track has no points.
 int ReadTrack(std::string_view text, const ReadOptions& options, Track& track,
               std::string& message);
