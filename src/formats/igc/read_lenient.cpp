@@ -17,10 +17,10 @@ namespace {
 // As much as a flight from an instrument may have.
 constexpr size_t kMaxLength = size_t{64} << 20;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-// A date that departs from the times by more than this and less than a night is a new flight's.
+// A recorder that goes on sooner has not begun another flight without an A record.
 constexpr uint32_t kSameFlightGap_s = 3600;
-// A recorder that goes on within a minute has not begun another flight.
-constexpr uint32_t kNoPause_s = 60;
+// Ends a text file in DOS, and stands between two files that were copied into one.
+constexpr char kDosEndMark = '\x1A';
 
 // Takes a line end: LF, CR LF, or CRs alone, each of which ends a line. Several CRs before an LF
 // are one line end, which some transfers make of CR LF. Returns how many lines end.
@@ -29,6 +29,13 @@ uint32_t TakeLineEnd(std::string_view& text, bool& alone) {
   alone = other == text.size() || text[other] != '\n';
   text.remove_prefix(alone ? other : other + 1);
   return alone ? static_cast<uint32_t>(other) : 1;
+}
+
+void AddLine(std::vector<FileLine>& lines, FileLine line, Repairs& repairs) {
+  const size_t start = std::min(line.text.find_first_not_of(kDosEndMark), line.text.size());
+  if (start > 0) NoteRepair(repairs, RepairKind::kEndMark, line.number);
+  line.text.remove_prefix(start);
+  if (!line.text.empty()) lines.push_back(line);
 }
 
 // Lines that hold something.
@@ -42,7 +49,7 @@ std::vector<FileLine> SplitLines(std::string_view text, Repairs& repairs) {
   while (!text.empty()) {
     const size_t end = std::min(text.find_first_of("\r\n"), text.size());
     const bool ended = end < text.size();
-    if (end > 0) lines.push_back({.text = text.substr(0, end), .number = number, .ended = ended});
+    AddLine(lines, {.text = text.substr(0, end), .number = number, .ended = ended}, repairs);
     text.remove_prefix(end);
     if (!ended) break;
     bool alone = false;
@@ -61,6 +68,13 @@ struct LateDate {
   uint32_t date = 0;
 };
 
+// Header records between two fixes, where a flight may begin whose A record is lost.
+struct LateHeader {
+  size_t place = 0;       // of the first of them
+  bool has_date = false;  // whatever it is
+  bool is_head = false;   // records that stand at the head of a flight only
+};
+
 // Finds where flights begin. What may begin one is only known for sure some lines later.
 struct FlightSearch {
   std::span<const FileLine> lines;
@@ -71,6 +85,7 @@ struct FlightSearch {
   uint32_t last_time_of_day_s = 0;
   std::optional<size_t> perhaps_start = {};  // an A record behind fixes or a date
   std::optional<LateDate> late_date = {};    // another date than the flight's
+  std::optional<LateHeader> late_header = {};
   std::string contradiction = {};
 };
 
@@ -81,11 +96,13 @@ void Begin(FlightSearch& search, size_t place, uint32_t date, bool has_a_record)
   search.date = date;
   search.perhaps_start.reset();
   search.late_date.reset();
+  search.late_header.reset();
 }
 
-void Contradict(FlightSearch& search, size_t place) {
-  search.contradiction = "the date on line " + std::to_string(search.lines[place].number) +
-                         " contradicts the one before";
+void Contradict(FlightSearch& search, std::string_view what, size_t place) {
+  search.contradiction = "the " + std::string(what) + " on line " +
+                         std::to_string(search.lines[place].number) +
+                         " contradicts what stands before it";
 }
 
 void SeeARecord(FlightSearch& search, size_t place) {
@@ -106,10 +123,41 @@ void SeeDate(FlightSearch& search, size_t place) {
     search.date = date;
   } else if (!search.has_fix || (search.late_date && search.late_date->date != date)) {
     // Two dates and nothing that tells which of them is damaged.
-    Contradict(search, place);
+    Contradict(search, "date", place);
   } else {
     search.late_date = LateDate{.place = place, .date = date};
   }
+}
+
+// Header records that a recorder writes into a running flight are not told from a new flight's by
+// themselves: the pilot and the recorder's kind stand at the head only, and so does an I record
+// that follows a date.
+void SeeHeader(FlightSearch& search, size_t place) {
+  const std::string_view line = search.lines[place].text;
+  const bool is_date = line.starts_with("HFDTE");
+  if (search.has_fix) {
+    if (!search.late_header) search.late_header = LateHeader{.place = place};
+    LateHeader& header = *search.late_header;
+    header.has_date = header.has_date || is_date;
+    header.is_head = header.is_head || line.starts_with("HFPLT") || line.starts_with("HFFTY") ||
+                     (line.front() == 'I' && header.has_date);
+  }
+  if (is_date) SeeDate(search, place);
+}
+
+// Decides at a fix what the header records in front of it were.
+void DecideLateHeader(FlightSearch& search, uint32_t time_of_day_s) {
+  const uint32_t gap_s =
+      (time_of_day_s + kSecondsPerDay - search.last_time_of_day_s) % kSecondsPerDay;
+  const std::optional<LateDate> late = search.late_date;
+  const LateHeader header = *search.late_header;
+  search.late_date.reset();
+  search.late_header.reset();
+  const bool next_day = late && late->date == search.date + kSecondsPerDay;
+  const bool paused = gap_s >= kSameFlightGap_s;
+  if (!header.is_head && (!late || (next_day && !paused))) return;
+  if (paused) return Begin(search, header.place, late ? late->date : search.date, false);
+  Contradict(search, late ? "date" : "header", late ? late->place : header.place);
 }
 
 void SeeFix(FlightSearch& search, size_t place) {
@@ -119,43 +167,34 @@ void SeeFix(FlightSearch& search, size_t place) {
   const int time_s = ReadFixRecord(UsefulContent(search.lines[place]), {}, point);
   if (time_s < 0) return;
   const auto time_of_day_s = static_cast<uint32_t>(time_s);
-  if (search.late_date.has_value()) {
-    const LateDate late = *search.late_date;
-    const uint32_t gap_s =
-        (time_of_day_s + kSecondsPerDay - search.last_time_of_day_s) % kSecondsPerDay;
-    search.late_date.reset();
-    const bool next_day = late.date == search.date + kSecondsPerDay;
-    if (!next_day && gap_s <= kNoPause_s) return Contradict(search, late.place);
-    if (!next_day || gap_s > kSameFlightGap_s) Begin(search, late.place, late.date, false);
-  }
+  if (search.late_header) DecideLateHeader(search, time_of_day_s);
   search.last_time_of_day_s = time_of_day_s;
   search.has_fix = true;
 }
 
 void SeeLine(FlightSearch& search, size_t place) {
-  const std::string_view line = search.lines[place].text;
-  switch (line.front()) {
-    case 'A':
-      return SeeARecord(search, place);
-    case 'B':
-      return SeeFix(search, place);
-    case 'H':
-    case 'I':
-      if (search.perhaps_start.has_value()) Begin(search, *search.perhaps_start, 0, true);
-      if (line.starts_with("HFDTE")) SeeDate(search, place);
-      return;
-    default:
-      return;
-  }
+  const FileLine& line = search.lines[place];
+  const char letter = line.text.front();
+  if (letter == 'B') return SeeFix(search, place);
+  if (letter != 'A' && letter != 'H' && letter != 'I') return;
+  // A bent B, or a header record that has swallowed a fix; its date is needed all the same.
+  if (HidesFix(line) && !line.text.starts_with("HFDTE")) return;
+  if (letter == 'A') return SeeARecord(search, place);
+  if (search.perhaps_start) Begin(search, *search.perhaps_start, 0, true);
+  SeeHeader(search, place);
 }
 
-// Mends each flight; those that cannot be mended are named.
+// Mends each flight; those that cannot be mended are named. What was done to the file counts for
+// the first one.
 void MendFlights(const FlightSearch& search, LenientFile& file, std::string& first_reason) {
+  Repairs of_file = std::move(file.repairs);
+  file.repairs.clear();
   for (size_t i = 0; i < search.starts.size(); ++i) {
     const size_t begin = search.starts[i];
     const size_t end = i + 1 < search.starts.size() ? search.starts[i + 1] : search.lines.size();
-    MendedFlight flight;
-    std::string reason = MendFlight(search.lines.subspan(begin, end - begin), flight, file.repairs);
+    MendedFlight flight = {.repairs = std::exchange(of_file, {})};
+    std::string reason = MendFlight(search.lines.subspan(begin, end - begin), flight);
+    MergeRepairs(file.repairs, flight.repairs);
     if (reason.empty()) {
       file.flights.push_back(std::move(flight));
       continue;

@@ -15,6 +15,10 @@ constexpr int kMaxLongitudeDegrees = 179;
 constexpr int kMaxMilliminutes = 60000;
 constexpr int kMilliminutesPerDegree = 60000;
 
+// "I023638FXA3940TDS": a count and so many entries
+constexpr size_t kEntriesColumn = 3;
+constexpr size_t kEntryLength = 7;
+
 // One entry of an I record: "ssee" and a three-letter code, for example "3638FXA".
 bool ReadExtension(std::string_view entry, ExtensionColumns& fraction) {
   const int start = ReadDigits(entry, 0, 2);
@@ -91,18 +95,30 @@ uint32_t ReadDateRecord(std::string_view line) {
 }
 
 bool ReadExtensionRecord(std::string_view line, ExtensionColumns& fraction) {
-  // "I023638FXA3940TDS": a count and so many entries
-  constexpr size_t kEntryLength = 7;
-  if (line.size() < 3) return false;
+  if (line.size() < kEntriesColumn) return false;
   const int count = ReadDigits(line, 1, 2);
   if (count < 0) return false;
-  const std::string_view entries = line.substr(3);
+  const std::string_view entries = line.substr(kEntriesColumn);
   // Fewer entries than announced is a fault; text behind them is not.
   if (entries.size() < static_cast<size_t>(count) * kEntryLength) return false;
   for (size_t i = 0; i < static_cast<size_t>(count); ++i) {
     if (!ReadExtension(entries.substr(i * kEntryLength, kEntryLength), fraction)) return false;
   }
   return true;
+}
+
+std::string ShortenExtensionRecord(std::string_view line, size_t max_length) {
+  const auto count = static_cast<size_t>(ReadDigits(line, 1, 2));
+  const size_t kept = std::min(count, (max_length - kEntriesColumn) / kEntryLength);
+  const std::string_view entries = line.substr(kEntriesColumn, count * kEntryLength);
+  std::string record = "I" + PaddedNumber(kept, 2);
+  record += entries.substr(0, kept * kEntryLength);
+  for (size_t i = kept; i < count; ++i) {
+    const std::string_view entry = entries.substr(i * kEntryLength, kEntryLength);
+    // The only one that this program reads takes the place of the last.
+    if (entry.ends_with("TDS")) record.replace(record.size() - kEntryLength, kEntryLength, entry);
+  }
+  return record;
 }
 
 int ReadFixRecord(std::string_view line, const ExtensionColumns& fraction, TrackPoint& point) {
@@ -114,7 +130,7 @@ int ReadFixRecord(std::string_view line, const ExtensionColumns& fraction, Track
 }
 
 bool IsMarkedValid(std::string_view line) {
-  return line[kValidityColumn] != 'V';
+  return line[kValidityColumn] == 'A';
 }
 
 }  // namespace skyhaul::igc

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "core/track_point.h"
@@ -25,11 +26,16 @@ uint32_t ReadDateRecord(std::string_view line);
 // record names it. Returns whether all announced entries are there and right.
 bool ReadExtensionRecord(std::string_view line, ExtensionColumns& fraction);
 
+// An I record that ReadExtensionRecord() takes, cut to as many entries as that length has room for:
+// the first ones, that of TDS among them in any case.
+std::string ShortenExtensionRecord(std::string_view line, size_t max_length);
+
 // Reads a B record into everything of the point but its time and segment. Returns the time of day
 // in seconds, or -1 when a field is wrong or the line too short.
 int ReadFixRecord(std::string_view line, const ExtensionColumns& fraction, TrackPoint& point);
 
-// False for a B record that is marked V: 2D, or no GPS data at all. The line must be a whole fix.
+// Whether a B record is marked A. V is 2D, or no GPS data at all, and any other mark is damaged and
+// promises no more. The line must be a whole fix.
 bool IsMarkedValid(std::string_view line);
 
 }  // namespace skyhaul::igc
