@@ -1,6 +1,5 @@
 #include "commands/repair_file.h"
 
-#include "core/text/digits.h"
 #include "core/version.h"
 #include "files/formats.h"
 #include "formats/igc/read_igc.h"
@@ -18,19 +17,18 @@ int Fail(const Session& session, const std::string& text) {
   return -1;
 }
 
-// "a.igc" for the first flight, then "a-2.igc".
-std::string NumberedPath(const std::string& path, size_t number) {
-  return number == 1 ? path : WithNameEnd(path, "-" + std::to_string(number));
-}
-
 // The last line of a repaired flight; a checker finds no security record behind it.
-std::string LogRecord(size_t lines_left_out) {
-  return "LXSH Repaired by Skyhaul " + std::to_string(kVersionNumber / 100) + '.' +
-         PaddedNumber(kVersionNumber % 100, 2) +
-         ", not original: " + igc::LeftOutText(lines_left_out) + "\r\n";
+std::string LogRecord(const igc::MendedFlight& flight) {
+  return "LXSH Repaired by Skyhaul " + VersionText() +
+         ", not original: " + igc::LeftOutText(igc::LinesLeftOut(flight.repairs)) + "\r\n";
 }
 
 int CheckTargets(const Session& session, const RepairFileRequest& request, size_t flights) {
+  // Only a regular file is the same as itself. "/dev/null-2" would be a file among the devices.
+  if (flights > 1 && FileExists(request.to) && !SameFile(request.to, request.to)) {
+    return Fail(session, request.to + " is no file, and cannot take " + std::to_string(flights) +
+                             " flights");
+  }
   for (size_t number = 1; number <= flights; ++number) {
     const std::string path = NumberedPath(request.to, number);
     // What was left out may still be of use to another program or person.
@@ -42,22 +40,28 @@ int CheckTargets(const Session& session, const RepairFileRequest& request, size_
   return 0;
 }
 
-int WriteFlight(const Session& session, const RepairFileRequest& request, const std::string& text,
-                RepairFileResult& result) {
+// The strict reader has taken the flight, and passes over the log record.
+int WriteFlight(const Session& session, const RepairFileRequest& request,
+                const igc::MendedFlight& flight, RepairFileResult& result) {
   const std::string path = NumberedPath(request.to, result.written.size() + 1);
-  std::vector<TrackPoint> points;
-  std::string message;
-  // What is written is read by programs that are as strict.
-  const int fixes = igc::Read(text, points, message);
-  if (fixes < 0) return Fail(session, message + "\n" + path);
   const FileResult written =
-      WriteWholeFile(path, text, request.overwrite ? IfExists::kReplace : IfExists::kRefuse);
+      WriteWholeFile(path, flight.text + LogRecord(flight),
+                     request.overwrite ? IfExists::kReplace : IfExists::kRefuse);
   if (written.problem != FileProblem::kNone) {
     return Fail(session, "File write error\n" + path + ": " + written.reason);
   }
-  result.fixes += static_cast<size_t>(fixes);
+  result.fixes += flight.points.size();
   result.written.push_back(path);
   return 0;
+}
+
+// Says which flights of the file are not in the result. Returns -1 when there are any.
+int NameRefused(const Session& session, const RepairFileRequest& request,
+                const std::vector<std::string>& refused) {
+  if (refused.empty()) return 0;
+  std::string text;
+  for (const std::string& flight : refused) text.append(flight).append("\n");
+  return Fail(session, text + request.from);
 }
 
 // Repairs a file that the strict reader refused with that message.
@@ -71,17 +75,17 @@ int Repair(const Session& session, const RepairFileRequest& request, const std::
   }
   if (CheckTargets(session, request, file.flights.size()) != 0) return -1;
   igc::Reading reading = igc::DescribeRepairs(strict_message, file);
-  // Here the further flights are not passed over.
+  // Here the further flights are not passed over, and those that are lost are an error.
   reading.flights = 1;
+  reading.refused.clear();
   for (const std::string& note : igc::ReadingNotes(reading)) {
     ShowStatus(Operation{.shell = session.shell}, note);
   }
   result.lines_left_out = igc::LinesLeftOut(file.repairs);
   for (const igc::MendedFlight& flight : file.flights) {
-    const std::string text = flight.text + LogRecord(result.lines_left_out);
-    if (WriteFlight(session, request, text, result) != 0) return -1;
+    if (WriteFlight(session, request, flight, result) != 0) return -1;
   }
-  return 0;
+  return NameRefused(session, request, file.refused);
 }
 
 }  // namespace

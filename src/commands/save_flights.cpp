@@ -41,16 +41,6 @@ igc::HeaderTexts Header(const Saving& saving) {
   return header;
 }
 
-// What stands before the extension of the n-th of several files: nothing for the first one, then
-// "-2", "-3" and so on.
-std::string NumberText(size_t number) {
-  return number == 1 ? "" : "-" + std::to_string(number);
-}
-
-std::string NumberedPath(const std::string& path, size_t number) {
-  return WithNameEnd(path, NumberText(number));
-}
-
 // No file with a part of a flight has the name of a file with a whole one.
 std::string IncompleteText(const Flight& flight) {
   return flight.missing.empty() ? "" : "-incomplete";
@@ -58,11 +48,12 @@ std::string IncompleteText(const Flight& flight) {
 
 // The path of the n-th flight of a target that names a file.
 std::string FilePath(const FlightTarget& target, const Flight& flight, size_t number) {
-  const std::string end = NumberText(number) + IncompleteText(flight);
-  std::string path = WithNameEnd(target.path, end);
+  const std::string plain = WithNameEnd(NumberedPath(target.path, number), IncompleteText(flight));
+  std::string path = plain;
   // One tries again with a flight that did not arrive whole, and what came before is kept.
-  for (int again = 2; !flight.missing.empty() && !target.overwrite && FileExists(path); ++again) {
-    path = WithNameEnd(target.path, end + "-" + std::to_string(again));
+  for (size_t again = 2; !flight.missing.empty() && !target.overwrite && FileExists(path);
+       ++again) {
+    path = NumberedPath(plain, again);
   }
   return path;
 }

@@ -266,6 +266,10 @@ std::string WithNameEnd(const std::string& path, const std::string& name_end) {
   return path.substr(0, end) + name_end + path.substr(end);
 }
 
+std::string NumberedPath(const std::string& path, size_t number) {
+  return number == 1 ? path : WithNameEnd(path, "-" + std::to_string(number));
+}
+
 bool HasUnknownExtension(const std::string& path) {
   return !IsKnown(TableExtension(path));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -52,6 +53,9 @@ std::string Extension(const std::string& path);
 
 // The path with a text added to the file's name, before its extension.
 std::string WithNameEnd(const std::string& path, const std::string& name_end);
+
+// The path for one of several flights: "a.igc" for number 1, then "a-2.igc".
+std::string NumberedPath(const std::string& path, size_t number);
 
 // True when a path's extension belongs to no format, so that a default may be taken.
 bool HasUnknownExtension(const std::string& path);

@@ -131,6 +131,7 @@ nlohmann::ordered_json SummaryJson(const FlightSummary& summary) {
           {"strict_message", summary.reading.strict_message},
           {"repairs", RepairsJson(summary.reading.repairs)},
           {"flights_in_file", summary.reading.flights},
+          {"flights_refused", summary.reading.refused},
           {"fixes_left_out", summary.reading.left_out.count},
           {"first_left_out_line", summary.reading.left_out.first_line}};
 }

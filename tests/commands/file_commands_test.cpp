@@ -153,6 +153,16 @@ TEST_F(FileCommandsTest, FixesWithoutAPositionAreLeftOutAsTheSettingSays) {
   WriteText(flight, "AXXX\nHFDTE140526\n" + nowhere);
   EXPECT_FALSE(OpenFile(session, {.path = flight}).done);
   EXPECT_TRUE(Said("No positions: all 1 fixes are marked V and have none"));
+
+  // A good place that is marked V, and one that is none, whatever the setting says.
+  defaults.log_filter = false;
+  const std::string igc = IgcOfHour("12");
+  std::string marked = igc;
+  marked[marked.find('A', marked.find("\nB"))] = 'V';
+  WriteText(flight, marked + nowhere);
+  EXPECT_EQ(ConvertFile(session, {.from = flight, .to = folder.File("d.igc")}).records, 29U);
+  EXPECT_TRUE(Said("marked A: 2 fixes marked V, the first on line 4"));
+  EXPECT_EQ(ReadText(folder.File("d.igc")).find("0000000N"), std::string::npos);
 }
 
 TEST_F(FileCommandsTest, RepairsKeepTheLinesAndNeverTheOriginalsPlace) {
@@ -177,6 +187,18 @@ TEST_F(FileCommandsTest, RepairsKeepTheLinesAndNeverTheOriginalsPlace) {
   EXPECT_TRUE(RepairFile(session, {.from = flight, .to = out, .overwrite = true}).done);
   EXPECT_FALSE(RepairFile(session, {.from = flight, .to = flight, .overwrite = true}).done);
   EXPECT_EQ(ReadText(flight), damaged);
+  const std::string no_file = folder.File(".");
+  EXPECT_FALSE(RepairFile(session, {.from = flight, .to = no_file, .overwrite = true}).done);
+  EXPECT_TRUE(Said(no_file + " is no file, and cannot take 2 flights"));
+
+  // A flight that is lost beside a good one; each has its own count.
+  WriteText(flight, "\n" + damaged + "AXXX\nHFDTExx\n" + good.substr(good.find('B')));
+  const RepairFileResult some = RepairFile(session, {.from = flight, .to = out, .overwrite = true});
+  EXPECT_FALSE(some.done);
+  EXPECT_EQ(some.written.size(), 2U);
+  EXPECT_TRUE(Said(" on is left out: no date that can be read"));
+  EXPECT_NE(ReadText(out).find("original: 2 lines"), std::string::npos);
+  EXPECT_NE(ReadText(some.written[1]).find("original: 0 lines"), std::string::npos);
   WriteText(flight, "AXXX\n" + good.substr(good.find('B')));
   EXPECT_FALSE(RepairFile(session, {.from = flight, .to = out, .overwrite = true}).done);
   EXPECT_TRUE(Said("It cannot be repaired: no date that can be read"));

@@ -78,6 +78,7 @@ TEST(Summary, TellsWhatWasRepaired) {
   FlightSummary summary = {.file = "a.igc"};
   summary.reading = {.strict_message = "Format error on line 4",
                      .repairs = {{igc::RepairKind::kBadFix, 2, 4}},
+                     .refused = {"why"},
                      .flights = 2,
                      .left_out = {.count = 3, .first_line = 7}};
   const std::string text = SummaryText(summary);
@@ -88,6 +89,7 @@ TEST(Summary, TellsWhatWasRepaired) {
   const auto json =
       nlohmann::json::parse(SummariesJson(std::vector<FileSummary>{summary}), nullptr, false)[0];
   EXPECT_EQ(json["repairs"].dump(), R"([{"first_line":4,"kind":"bad_fix","lines":2}])");
+  EXPECT_EQ(json["flights_refused"].dump(), R"(["why"])");
   EXPECT_EQ(json["fixes_left_out"], 3);
 }
 
