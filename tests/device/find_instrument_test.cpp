@@ -61,6 +61,23 @@ TEST_F(FindInstrumentTest, GivesUpAfterItsRounds) {
             "\na cannot be opened\nb cannot be opened\nc cannot be opened");
 }
 
+// The rest of a transfer that an earlier run has broken off, for longer than the rounds take.
+TEST_F(FindInstrumentTest, WaitsForAnInstrumentThatStillSends) {
+  instrument.closed = [](void*, Wire&) {};
+  script.answers["$WHO"] = {"."};
+  job.link.attempts = 2;
+  const auto send_for = [&](uint64_t s) {
+    for (uint64_t ms = 0; ms < s * 1000; ms += 50) {
+      Send(instrument.wire, "x", bench.now_ns + ms * 1'000'000);
+    }
+  };
+  send_for(60);
+  EXPECT_EQ(Find(), 0);
+  send_for(200);
+  EXPECT_EQ(Find(), -1);
+  EXPECT_TRUE(recorder.messages.back().ends_with("c does not fall silent"));
+}
+
 TEST_F(FindInstrumentTest, AnAbortAtAnyWaitEndsIt) {
   for (size_t at = 0; at < 60; ++at) {
     job.operation.aborted = false;
