@@ -27,7 +27,8 @@ void Fuzz(std::string_view line) {
   }
 
   TrackListEntry entry;
-  if (flytec::ParseTrackListLine(line, entry) == nullptr) {
+  uint32_t announced = 0;
+  if (flytec::ParseTrackListLine(line, entry, announced) == nullptr) {
     Require(entry.start_time >= 315532800 && entry.duration_s < 360000);
   }
   flytec::ProductData product;
