@@ -130,7 +130,7 @@ TEST(IgcReadLenient, DamageCostsTheDamagedLinesOnly) {
     if (Read(text, all, message) < 0) all = original;
     const bool generated = &text - flights.data() < 2;
     for (const Damage damage : {kFlipBit, kLoseByte, kBendLetter, kBendMark}) {
-      for (const unsigned percent : {5, 15, 30}) {
+      for (const unsigned percent : {5U, 15U, 30U}) {
         // The blank line keeps the strict reader, which takes some damage for good, out of it.
         std::string bent = "\n" + text;
         const size_t damaged = DamageFixes(bent, damage, percent, random);
