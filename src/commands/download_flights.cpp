@@ -37,9 +37,11 @@ void Install(Download& download, JobEnd& job, bool saved) {
 
 void Finish(Download& download, JobEnd job) {
   DownloadFlightsResult result;
-  // Flights that could not be joined are kept one by one, and none passes for all of them.
-  if (job.result < 0 && download.request.join) {
-    download.request.target.path = WithNameEnd(download.request.target.path, "-part");
+  // Flights that could not be joined are kept one by one. In a folder each has its own name; under
+  // a name that was given the first one would pass for all of them.
+  FlightTarget& target = download.request.target;
+  if (job.result < 0 && download.request.join && target.kind == FlightTarget::Kind::kFile) {
+    target.path = WithNameEnd(target.path, "-part");
   }
   // Saving comes before installing, because installing moves the newest flight away. Flights that
   // arrived before a failure are saved too: another download takes minutes.

@@ -206,6 +206,7 @@ TEST_F(DownloadFlightsTest, AFailureKeepsTheOldFlightAndWhatArrivedWhole) {
   Choose({1, 2});
   EXPECT_EQ(Run().written, Texts{AsFolder(folder.File(".")) + "2017-04-27-xxx-123-01.igc"});
   request.join = true;
+  EXPECT_EQ(Run().written, Texts{AsFolder(folder.File(".")) + "2017-04-27-xxx-123-02.igc"});
   request.target = {.kind = Kind::kFile, .path = folder.File("joined.kml")};
   EXPECT_EQ(Run().written, Texts{folder.File("joined-part.kml")});
   // Each try has a file of its own.
