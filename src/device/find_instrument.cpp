@@ -65,7 +65,8 @@ int FindInstrument(Job& job, const SerialSettings& settings, IdentifyOnce identi
   SerialLink& link = job.link;
   std::vector<std::string> reasons;
   Round round;
-  const uint64_t start_ms = internal::Tick_ms(link);
+  const ClockFunctions& clock = link.platform->clock;
+  const uint64_t start_ms = clock.tick_ms(clock.context);
   for (uint32_t left = link.attempts; left > 0;) {
     ShowProgress(job.operation, FormatCountMessage("Connecting to GPS (%)", left));
     round = {};  // the message is about the last round
@@ -79,7 +80,7 @@ int FindInstrument(Job& job, const SerialSettings& settings, IdentifyOnce identi
     if (round.opened == 0) Pause(link, kRoundWithoutPort_ms);
     // What does not stop sending may be the instrument, with the rest of an earlier transfer.
     // Rounds that wait for it do not count.
-    const bool waiting = round.noisy && internal::Tick_ms(link) - start_ms < kLongestRest_ms;
+    const bool waiting = round.noisy && clock.tick_ms(clock.context) - start_ms < kLongestRest_ms;
     if (!waiting) left -= std::min(left, kAttemptsPerRound);
   }
   // The last wait may have been cut short by an abort, which has no message.

@@ -49,11 +49,11 @@ struct LeftOutFixes {
 // Leaves out the fixes that are not marked A and have no place: those at 0 north 0 east, and those
 // that cannot be flown to from the fix before them, or from which the next fix marked A cannot be
 // reached. V means 2D or no GPS data at all, and recorders go on writing such records for their
-// pressure altitude (FAI, Technical Specification for GNSS Flight Recorders, appendix A, B record).
-// A 2D fix at a place that can be flown to stays. Where something is left out, days are counted
-// anew: the file's date is that of the first fix that stays (same source, H record DTE: the date of
-// the first valid fix), and a clock without satellites passes no midnight. points and sources are
-// as Read() gives them; points may become empty.
+// pressure altitude (the FAI's document on IGC-approved GNSS flight recorders, appendix A, B
+// record). A 2D fix at a place that can be flown to stays. Where something is left out, days are
+// counted anew: the file's date is that of the first fix that stays (same source, H record DTE: the
+// date of the first valid fix), and a clock without satellites passes no midnight. points and
+// sources are as Read() gives them; points may become empty.
 LeftOutFixes LeaveOutUnknownPlaces(std::vector<TrackPoint>& points,
                                    std::vector<FixSource>& sources);
 
